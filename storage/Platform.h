@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/SocMiddleware.h"
+
+#include <memory>
+
+namespace tvfirmware {
+
+/// A fresh handle to the storage manager. Callers use it for one call and drop it: the platform may replace its managers.
+inline std::shared_ptr<SocMwStorageUsbMgr> storageManager()
+{
+    return SocMiddleware::getInstance()->getStorageUsbMgr();
+}
+
+} // namespace tvfirmware
