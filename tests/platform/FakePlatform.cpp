@@ -1,0 +1,83 @@
+#include "platform/FakePlatform.h"
+
+#include "platform/SocMwLog.h"
+
+#include <cstdarg>
+#include <stdexcept>
+
+namespace {
+
+FakePlatform* current = nullptr;
+
+} // namespace
+
+FakePlatform::FakePlatform()
+{
+    if (current != nullptr) {
+        throw std::logic_error("one fake platform at a time");
+    }
+    current = this;
+    storageManager = std::make_shared<SocMwStorageUsbMgr>();
+    systemManager = std::make_shared<SocMwSystemMgr>();
+}
+
+FakePlatform::~FakePlatform()
+{
+    current = nullptr;
+}
+
+FakePlatform& FakePlatform::instance()
+{
+    if (current == nullptr) {
+        throw std::logic_error("no fake platform");
+    }
+    return *current;
+}
+
+void FakePlatform::record(const std::string& call)
+{
+    m_journal += m_output.take() + "<" + call + ">\n";
+}
+
+std::string FakePlatform::takeJournal()
+{
+    m_journal += m_output.take();
+    return std::exchange(m_journal, std::string());
+}
+
+int FakePlatform::status(const std::string& operation) const
+{
+    const auto found = statuses.find(operation);
+    return found != statuses.end() ? found->second : 0;
+}
+
+int FakePlatform::nextLogLevel()
+{
+    if (logLevels.empty()) {
+        return logLevel;
+    }
+    const int level = logLevels.front();
+    logLevels.pop_front();
+    return level;
+}
+
+extern "C" {
+
+int gSocMwStorageLogLevel = -1;
+
+int SocMwLogLevelGet()
+{
+    return FakePlatform::instance().nextLogLevel();
+}
+
+void SocMwLogPrintEx(const char* tag, int level, char* format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    char text[512] = {};
+    std::vsnprintf(text, sizeof text, format, arguments);
+    va_end(arguments);
+    FakePlatform::instance().record("log " + std::string(tag) + " " + std::to_string(level) + " " + text);
+}
+
+} // extern "C"

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "platform/FakePlatform.h"
+#include "support/TypedJson.h"
+
+#include <string>
+#include <type_traits>
+
+// How the fake writes a call: name and arguments in order. Strings are quoted and unsigned numbers end in u; what is written
+// back is shown with the value that it has before.
+
+namespace recording {
+
+inline std::string text(const std::string& argument)
+{
+    return '"' + argument + '"';
+}
+
+inline std::string text(bool argument)
+{
+    return argument ? "true" : "false";
+}
+
+inline std::string text(int argument)
+{
+    return std::to_string(argument);
+}
+
+inline std::string text(unsigned int argument)
+{
+    return std::to_string(argument) + "u";
+}
+
+inline std::string text(const Json::Value& argument)
+{
+    return testsupport::typed(argument);
+}
+
+template <typename T, std::enable_if_t<std::is_enum_v<T>, int> = 0>
+std::string text(T argument)
+{
+    return std::to_string(static_cast<int>(argument));
+}
+
+template <typename T>
+std::string text(const std::vector<T>& argument)
+{
+    return "[" + std::to_string(argument.size()) + " elements]";
+}
+
+/// Records "@p operation(arguments)" and returns the status scripted for it.
+template <typename... Arguments>
+int call(const std::string& operation, const Arguments&... arguments)
+{
+    std::string list;
+    ((list += (list.empty() ? "" : ", ") + text(arguments)), ...);
+    FakePlatform& platform = FakePlatform::instance();
+    platform.record(operation + "(" + list + ")");
+    return platform.status(operation);
+}
+
+} // namespace recording

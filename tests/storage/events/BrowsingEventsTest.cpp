@@ -1,0 +1,299 @@
+#include "support/Folders.h"
+#include "support/Scenario.h"
+#include "support/TypedJson.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using testsupport::parsed;
+using tvfirmware::CStorageMediaPlugin;
+
+/// Slot 0 with directory @p pending, and the directory-change flag.
+std::function<void(FakePlatform&, ExposedPlugin&)> changing(const std::string& pending, bool flag)
+{
+    return [=](FakePlatform&, ExposedPlugin& plugin) {
+        plugin.m_requestSlots[0] = {"c1", "r1", "", pending};
+        plugin.m_directoryChanging = flag;
+    };
+}
+
+std::function<void(const ExposedPlugin&)> leavesSlot(const std::string& extra, bool flag)
+{
+    return [=](const ExposedPlugin& plugin) {
+        EXPECT_EQ(plugin.m_requestSlots[0].channel, "c1");
+        EXPECT_EQ(plugin.m_requestSlots[0].reqId, "r1");
+        EXPECT_EQ(plugin.m_requestSlots[0].event, "");
+        EXPECT_EQ(plugin.m_requestSlots[0].extra, extra);
+        EXPECT_EQ(plugin.m_directoryChanging, flag);
+    };
+}
+
+std::string entry(const std::string& path, const std::string& type, const std::string& size, bool isPhoto360)
+{
+    return R"({"ctime":"time of )" + path + R"(","isPhoto360":)" + (isPhoto360 ? "true" : "false") + R"(,"name":"name of )" +
+           path + R"(","path":")" + path + R"(","size":)" + size + R"(u,"title":"title of )" + path + R"(","type":)" + type +
+           "}";
+}
+
+Happening complete(unsigned int count, const std::string& entries)
+{
+    return published("c1", "storagemedia.folder.chgdir.complete",
+                     R"({"filecount":)" + std::to_string(count) + R"(u,"filelst":[)" + entries + R"(],"reqId":"r1"})");
+}
+
+Happening fileLine(const std::string& path, int isPhoto360)
+{
+    return dbg("File name:name of " + path + ", ctime:time of " + path + ", isPhoto:" + std::to_string(isPhoto360));
+}
+
+const Happening kAnswered = info("chgdir.complete: reqId:r1, channelId:c1");
+
+TEST(DirectoryChanged, Entries_ArePublishedToTheRequester)
+{
+    std::vector<FolderFileInfo_s> files = {folderFile("/d/b", 4), folderFile("/d/a", -3, 0)};
+    files[1].isPhoto360 = 2;
+    Scenario(4, &files)
+        .given(changing("/d", false))
+        .happens({info("nEvt : 4"), manager(), did(R"(getFileDirPath("/d/b"))"), fileLine("/d/b", 0), fileLine("/d/a", 1),
+                  complete(2, entry("/d/b", "4", "5000000000", false) + "," + entry("/d/a", "-3", "0", true)), kAnswered})
+        .afterwards(leavesSlot("", false))
+        .check();
+}
+
+TEST(DirectoryChanged, NoEntries_IsPublishedAndEmptiesTheDirectory)
+{
+    for (const bool flag : {false, true}) {
+        std::vector<FolderFileInfo_s> files;
+        Scenario(4, &files)
+            .given(changing("/d", flag))
+            .happens({info("nEvt : 4"), complete(0, ""), kAnswered})
+            .afterwards(leavesSlot("", flag))
+            .check();
+    }
+}
+
+TEST(DirectoryChanged, NobodyWaits_IsPublishedWithEmptyIds)
+{
+    std::vector<FolderFileInfo_s> files;
+    Scenario(4, &files)
+        .happens({info("nEvt : 4"),
+                  published("", "storagemedia.folder.chgdir.complete", R"({"filecount":0u,"filelst":[],"reqId":""})"),
+                  info("chgdir.complete: reqId:, channelId:")})
+        .check();
+}
+
+TEST(DirectoryChanged, OvertakenByANewerChange_IsDropped)
+{
+    std::vector<FolderFileInfo_s> files = {folderFile("/a/x"), folderFile("/b/y")};
+    Scenario(4, &files)
+        .given(changing("/b", true))
+        .happens({info("nEvt : 4"), manager(), did(R"(getFileDirPath("/a/x"))"), info("Fast Switch dir:/a to /b ")})
+        .afterwards(leavesSlot("/b", true))
+        .check();
+}
+
+TEST(DirectoryChanged, ResultOfTheNewerChange_IsPublished)
+{
+    std::vector<FolderFileInfo_s> files = {folderFile("/b/y")};
+    Scenario(4, &files)
+        .given(changing("/b", true))
+        .happens({info("nEvt : 4"), manager(), did(R"(getFileDirPath("/b/y"))"), fileLine("/b/y", 0),
+                  complete(1, entry("/b/y", "4", "5000000000", false)), kAnswered})
+        .afterwards(leavesSlot("", true))
+        .check();
+}
+
+TEST(DirectoryChanged, FlagClear_PublishesAnyDirectory)
+{
+    std::vector<FolderFileInfo_s> files = {folderFile("/a/x")};
+    Scenario(4, &files)
+        .given(changing("/b", false))
+        .happens({info("nEvt : 4"), manager(), did(R"(getFileDirPath("/a/x"))"), fileLine("/a/x", 0),
+                  complete(1, entry("/a/x", "4", "5000000000", false)), kAnswered})
+        .afterwards(leavesSlot("", false))
+        .check();
+}
+
+TEST(DirectoryChanged, DirectoryIsTheEntrysOwnPath_IsPublished)
+{
+    std::vector<FolderFileInfo_s> files = {folderFile("/a")};
+    Scenario(4, &files)
+        .given([](FakePlatform& platform, ExposedPlugin& plugin) {
+            changing("/b", true)(platform, plugin);
+            platform.directories = {{"/a", "/a"}};
+        })
+        .happens({info("nEvt : 4"), manager(), did(R"(getFileDirPath("/a"))"), fileLine("/a", 0),
+                  complete(1, entry("/a", "4", "5000000000", false)), kAnswered})
+        .check();
+}
+
+TEST(DirectoryChanged, EntriesWithoutDirectory_LeaveTheTestToTheNext)
+{
+    std::vector<FolderFileInfo_s> files = {folderFile("x"), folderFile("/a/y"), folderFile("/a/z")};
+    Scenario(4, &files)
+        .given([](FakePlatform& platform, ExposedPlugin& plugin) {
+            changing("/b", true)(platform, plugin);
+            platform.directories = {{"x", ""}};
+        })
+        .happens({info("nEvt : 4"), manager(), did(R"(getFileDirPath("x"))"), fileLine("x", 0), manager(),
+                  did(R"(getFileDirPath("/a/y"))"), info("Fast Switch dir:/a to /b ")})
+        .afterwards(leavesSlot("/b", true))
+        .check();
+}
+
+TEST(DirectoryChanged, NoEntryHasADirectory_IsPublished)
+{
+    std::vector<FolderFileInfo_s> files = {folderFile("x")};
+    Scenario(4, &files)
+        .given([](FakePlatform& platform, ExposedPlugin& plugin) {
+            changing("/b", true)(platform, plugin);
+            platform.directories = {{"x", ""}};
+        })
+        .happens({info("nEvt : 4"), manager(), did(R"(getFileDirPath("x"))"), fileLine("x", 0),
+                  complete(1, entry("x", "4", "5000000000", false)), kAnswered})
+        .check();
+}
+
+TEST(DirectoryChanged, LaterEntries_AreNotTested)
+{
+    std::vector<FolderFileInfo_s> files = {folderFile("/b/x"), folderFile("/a/y")};
+    Scenario(4, &files)
+        .given(changing("/b", true))
+        .happens({info("nEvt : 4"), manager(), did(R"(getFileDirPath("/b/x"))"), fileLine("/b/x", 0), fileLine("/a/y", 0),
+                  complete(2, entry("/b/x", "4", "5000000000", false) + "," + entry("/a/y", "4", "5000000000", false)),
+                  kAnswered})
+        .check();
+}
+
+TEST(DirectoryChanged, NoVector_IsDroppedAndKeepsTheSlot)
+{
+    Scenario(4, nullptr)
+        .given(changing("/b", true))
+        .happens({info("nEvt : 4"), dbg("Pointer is NULL!!!")})
+        .afterwards(leavesSlot("/b", true))
+        .check();
+}
+
+TEST(DirectoryChanged, NewRequestDuringTheWalk_DoesNotChangeTheAnswer)
+{
+    // The folder browser is asked on the event thread; a command may rewrite the slot meanwhile.
+    static ExposedPlugin* rewritten = nullptr;
+    std::vector<FolderFileInfo_s> files = {folderFile("/d/a")};
+    Scenario(4, &files)
+        .given([](FakePlatform& platform, ExposedPlugin& plugin) {
+            changing("/d", false)(platform, plugin);
+            rewritten = &plugin;
+            platform.onDirectoryAsked = [] { rewritten->m_requestSlots[0] = {"c2", "r2", "", "/e"}; };
+        })
+        .happens({info("nEvt : 4"), manager(), did(R"(getFileDirPath("/d/a"))"), fileLine("/d/a", 0),
+                  complete(1, entry("/d/a", "4", "5000000000", false)), kAnswered})
+        .afterwards([](const ExposedPlugin& plugin) {
+            EXPECT_EQ(plugin.m_requestSlots[0].reqId, "r2");
+            EXPECT_EQ(plugin.m_requestSlots[0].extra, "");
+        })
+        .check();
+}
+
+TEST(DirectoryChanged, ChangeToBBeforeAFinishes_AnswersBAlone)
+{
+    FakePlatform platform;
+    ExposedPlugin plugin;
+    plugin.setCallback(recordPublication);
+    Json::Value reply;
+    Json::Value first = parsed(R"({"channelId":"c1","reqId":"ra","dirpath":"/a"})");
+    Json::Value second = parsed(R"({"channelId":"c1","reqId":"rb","dirpath":"/b"})");
+    ASSERT_TRUE(plugin.chgdir(&first, &reply));
+    ASSERT_TRUE(plugin.chgdir(&second, &reply));
+    platform.takeJournal();
+
+    std::vector<FolderFileInfo_s> resultOfA = {folderFile("/a/x")};
+    std::vector<FolderFileInfo_s> resultOfB = {folderFile("/b/y")};
+    platform.listener(4, &resultOfA);
+    EXPECT_EQ(platform.takeJournal().find("<publish"), std::string::npos);
+    platform.listener(4, &resultOfB);
+    EXPECT_NE(platform.takeJournal().find(R"("reqId":"rb"})"), std::string::npos);
+    EXPECT_EQ(plugin.m_requestSlots[0].extra, "");
+}
+
+struct SearchEvent {
+    int id;
+    std::string notification;
+    std::string line;
+};
+
+class SearchEvents : public testing::TestWithParam<SearchEvent> {
+};
+
+TEST_P(SearchEvents, Object_IsPublishedWithTheRequestId)
+{
+    const std::string frame = "nEvt : " + std::to_string(GetParam().id);
+    for (const std::string given : {R"({"reqId":"theirs","total":2})", R"({"total":2})"}) {
+        Json::Value object = parsed(given);
+        Scenario(GetParam().id, &object)
+            .given([](FakePlatform&, ExposedPlugin& plugin) { plugin.m_requestSlots[1] = {"c1", "r1", "event", "extra"}; })
+            .happens({info(frame), dbg(GetParam().line),
+                      published("c1", GetParam().notification, R"({"reqId":"r1","total":2})")})
+            .afterwards([](const ExposedPlugin& plugin) {
+                EXPECT_EQ(plugin.m_requestSlots[1].channel, "c1");
+                EXPECT_EQ(plugin.m_requestSlots[1].reqId, "r1");
+                EXPECT_EQ(plugin.m_requestSlots[1].event, "event");
+                EXPECT_EQ(plugin.m_requestSlots[1].extra, "extra");
+            })
+            .check();
+        EXPECT_EQ(testsupport::typed(object), given) << "the middleware's object was changed";
+    }
+}
+
+TEST_P(SearchEvents, NobodyWaits_IsPublishedWithAnEmptyId)
+{
+    Json::Value object = parsed("{}");
+    Scenario(GetParam().id, &object)
+        .happens({info("nEvt : " + std::to_string(GetParam().id)), dbg(GetParam().line),
+                  published("", GetParam().notification, R"({"reqId":""})")})
+        .check();
+}
+
+INSTANTIATE_TEST_SUITE_P(Events, SearchEvents,
+                         testing::Values(SearchEvent{5, "storagemedia.video.searchFiles.complete",
+                                                     "SOCMW_MM_EVENT_FB_FOLDER_UPDATE"},
+                                         SearchEvent{6, "storagemedia.video.searchFiles.fragment",
+                                                     "SOCMW_MM_EVENT_FILTER_DATA_READY_UPDATE"}));
+
+TEST(GroupingFinished, Keys_ArePublishedInOrder)
+{
+    std::vector<std::string> keys = {"Zappa", "", "Abba"};
+    Scenario(10, &keys)
+        .given([](FakePlatform&, ExposedPlugin& plugin) { plugin.m_requestSlots[2] = {"c1", "r1", "event", "extra"}; })
+        .happens({info("nEvt : 10"), dbg("====>>>>>group key:Zappa"), dbg("====>>>>>group key:"), dbg("====>>>>>group key:Abba"),
+                  published("c1", "storagemedia.group.musicorphoto.complete",
+                            R"({"keyNum":3u,"keylst":[{"keystr":"Zappa"},{"keystr":""},{"keystr":"Abba"}],"reqId":"r1"})")})
+        .afterwards([](const ExposedPlugin& plugin) {
+            EXPECT_EQ(plugin.m_requestSlots[2].channel, "c1");
+            EXPECT_EQ(plugin.m_requestSlots[2].reqId, "r1");
+            EXPECT_EQ(plugin.m_requestSlots[2].event, "event");
+            EXPECT_EQ(plugin.m_requestSlots[2].extra, "extra");
+        })
+        .check();
+}
+
+TEST(GroupingFinished, NoKeysAndNobodyWaits_IsPublishedEmpty)
+{
+    std::vector<std::string> keys;
+    Scenario(10, &keys)
+        .happens({info("nEvt : 10"),
+                  published("", "storagemedia.group.musicorphoto.complete", R"({"keyNum":0u,"keylst":[],"reqId":""})")})
+        .check();
+}
+
+TEST(PhotoInfo, Title_IsBroadcast)
+{
+    for (const std::string name : {"Sunset", ""}) {
+        std::string title = name;
+        Scenario(33, &title)
+            .happens({info("nEvt : 33"), broadcast("storagemedia.photo.infoupdate", R"({"strTitle":")" + name + R"("})")})
+            .check();
+    }
+}
+
+} // namespace
