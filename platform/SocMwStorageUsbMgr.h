@@ -42,7 +42,8 @@ public:
     /// Plays entry @p index of @p path; writes the index that plays into @p curIdx.
     int playMediaFile(FileType type, unsigned int index, unsigned int& curIdx, bool playAll, bool resume, std::string path);
     /// As playMediaFile, for the second browser.
-    int kiroPlayMediaFile(FileType type, unsigned int index, unsigned int& curIdx, bool playAll, bool resume, std::string path);
+    int kiroPlayMediaFile(FileType type, unsigned int index, unsigned int& curIdx, bool playAll, bool resume,
+                          std::string path);
     /// Stops playback of @p type; writes the index that played into @p index.
     int stopMediaFile(FileType type, unsigned int& index);
     /// Stops music that plays behind photos; writes the index that played into @p curIdx.

@@ -62,34 +62,34 @@ struct media_music_info_s {
 
 /// What the platform knows of one media file.
 struct media_file_info_s {
-    std::string path;                    ///< full path
+    std::string path; ///< full path
     FileType type = FILE_TYPE_UNKNOWN;
     std::string title;
     std::string year;
-    std::int32_t duration = 0;           ///< seconds
-    std::int32_t width = 0;              ///< pixels
-    std::int32_t height = 0;             ///< pixels
+    std::int32_t duration = 0; ///< seconds
+    std::int32_t width = 0;    ///< pixels
+    std::int32_t height = 0;   ///< pixels
     media_music_info_s music;
 };
 
 /// One entry of a folder.
 struct FolderFileInfo_s {
-    std::int32_t id = 0;                 ///< the platform's own; the plugin does not read it
-    std::int32_t type = 0;               ///< a FileType
-    std::uint64_t size = 0;              ///< bytes
-    std::string ctime;                   ///< creation time, formatted by the platform
-    std::string name;                    ///< file name without its directory
-    std::string path;                    ///< full path
+    std::int32_t id = 0;    ///< the platform's own; the plugin does not read it
+    std::int32_t type = 0;  ///< a FileType
+    std::uint64_t size = 0; ///< bytes
+    std::string ctime;      ///< creation time, formatted by the platform
+    std::string name;       ///< file name without its directory
+    std::string path;       ///< full path
     std::string title;
-    std::int32_t isPhoto360 = 0;         ///< non-zero: a 360-degree photo
+    std::int32_t isPhoto360 = 0; ///< non-zero: a 360-degree photo
 };
 
 /// Which page FolderBrowser::getOnePageFileInfo is asked for.
 struct page_option {
-    std::int32_t pageid = 0;             ///< index of the page, from 0
-    std::int32_t type = 0;               ///< list: 0 a directory by its path, 1 the current list, 2 a group by its key
-    std::string keystr;                  ///< the group's key, for list type 2
-    std::string dirpath;                 ///< the directory, for list type 0
+    std::int32_t pageid = 0; ///< index of the page, from 0
+    std::int32_t type = 0;   ///< list: 0 a directory by its path, 1 the current list, 2 a group by its key
+    std::string keystr;      ///< the group's key, for list type 2
+    std::string dirpath;     ///< the directory, for list type 0
 };
 
 /// Metadata of the medium that plays, as texts ready to show.
@@ -98,24 +98,24 @@ struct meta_data_t {
     std::string title;
     std::string date;
     std::string codec;
-    std::int32_t dolby = 4;              ///< Dolby indicator; 4 while the platform has not set it
+    std::int32_t dolby = 4; ///< Dolby indicator; 4 while the platform has not set it
 };
 
 /// Codec description of the medium that plays: video (and its sound), music and photo. Fields of other kinds stay empty.
 struct browser_codec {
     std::string strTitle;
     std::string strVCodec;
-    std::string strResolu;               ///< "WIDTHxHEIGHT"
+    std::string strResolu; ///< "WIDTHxHEIGHT"
     std::string strACodec;
     std::string strSubFormat;
     std::string strAprofile;
     std::string strAlevels;
-    std::uint32_t FrameRate = 0;         ///< frames a second
+    std::uint32_t FrameRate = 0; ///< frames a second
     std::int32_t Achannel = 0;
-    std::int32_t Afrequen = 0;           ///< Hz
-    std::int32_t Abitrate = 0;           ///< bits a second
-    std::int32_t culVideoCodec = 0;      ///< the platform's codec number
-    std::int32_t culAudioCodec = 0;      ///< the platform's codec number
+    std::int32_t Afrequen = 0;      ///< Hz
+    std::int32_t Abitrate = 0;      ///< bits a second
+    std::int32_t culVideoCodec = 0; ///< the platform's codec number
+    std::int32_t culAudioCodec = 0; ///< the platform's codec number
     std::uint32_t Mchanel = 0;
     std::string strMcodec;
     std::string strMfrequen;

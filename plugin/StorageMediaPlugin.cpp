@@ -5,7 +5,7 @@
 #include "platform/SocMwLog.h"
 
 // The host's framework logger; its format is declared writable but never written to.
-#define FRAMEWORK_LOG(level, format, ...)                                                                              \
+#define FRAMEWORK_LOG(level, format, ...) \
     SocMwLogPrintEx("FRAMEWORK", level, const_cast<char*>(format) __VA_OPT__(, ) __VA_ARGS__)
 
 namespace {

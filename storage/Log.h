@@ -30,11 +30,11 @@ private:
 
 // One line on standard output. The format is a literal, checked by the compiler; text from outside is only ever an argument.
 // A suppressed line costs one level read and one compare: its arguments are not evaluated.
-#define STORAGE_LOG(function, level, format, ...)                                                                      \
-    do {                                                                                                               \
-        if (tvfirmware::logLevelPasses(tvfirmware::LOG_LEVEL_##level))                                                 \
-            std::printf("[%s][%s][%s][%s-%d]" format "\r\n", tvfirmware::LogTime().text(), "DAEMON-STORAGEMEDIAMGR",   \
-                        #level, function, __LINE__ __VA_OPT__(, ) __VA_ARGS__);                                        \
+#define STORAGE_LOG(function, level, format, ...)                                                                    \
+    do {                                                                                                             \
+        if (tvfirmware::logLevelPasses(tvfirmware::LOG_LEVEL_##level))                                               \
+            std::printf("[%s][%s][%s][%s-%d]" format "\r\n", tvfirmware::LogTime().text(), "DAEMON-STORAGEMEDIAMGR", \
+                        #level, function, __LINE__ __VA_OPT__(, ) __VA_ARGS__);                                      \
     } while (false)
 
 #define LOG_DBG(...) STORAGE_LOG(__func__, DBG, __VA_ARGS__)

@@ -10,7 +10,7 @@ namespace {
 
 std::string displayName(const std::string& path)
 {
-    const std::string name = storageManager()->m_folderBrowser.splitFileName(path);
+    std::string name = storageManager()->m_folderBrowser.splitFileName(path);
     const std::string directory = storageManager()->m_folderBrowser.getFileDirPath(path);
     if (!name.empty()) {
         return name;

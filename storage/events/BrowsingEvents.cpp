@@ -69,16 +69,16 @@ void CStorageMediaPlugin::EventHandlers::searchFinished(const Json::Value* resul
     }
     Json::Value body = *result;
     LISTENER_DBG("SOCMW_MM_EVENT_FB_FOLDER_UPDATE");
-    answer(plugin.m_pPublishCallback, Requester(plugin.m_requestSlots[SLOT_SEARCH]), "storagemedia.video.searchFiles.complete",
-           body);
+    answer(plugin.m_pPublishCallback, Requester(plugin.m_requestSlots[SLOT_SEARCH]),
+           "storagemedia.video.searchFiles.complete", body);
 }
 
 void CStorageMediaPlugin::EventHandlers::searchFragment(const Json::Value& fragment) const
 {
     Json::Value body = fragment;
     LISTENER_DBG("SOCMW_MM_EVENT_FILTER_DATA_READY_UPDATE");
-    answer(plugin.m_pPublishCallback, Requester(plugin.m_requestSlots[SLOT_SEARCH]), "storagemedia.video.searchFiles.fragment",
-           body);
+    answer(plugin.m_pPublishCallback, Requester(plugin.m_requestSlots[SLOT_SEARCH]),
+           "storagemedia.video.searchFiles.fragment", body);
 }
 
 void CStorageMediaPlugin::EventHandlers::groupingFinished(const std::vector<std::string>* keys) const
@@ -97,8 +97,8 @@ void CStorageMediaPlugin::EventHandlers::groupingFinished(const std::vector<std:
     Json::Value body;
     body["keyNum"] = static_cast<Json::UInt>(keys->size());
     body["keylst"] = std::move(list);
-    answer(plugin.m_pPublishCallback, Requester(plugin.m_requestSlots[SLOT_GROUP]), "storagemedia.group.musicorphoto.complete",
-           body);
+    answer(plugin.m_pPublishCallback, Requester(plugin.m_requestSlots[SLOT_GROUP]),
+           "storagemedia.group.musicorphoto.complete", body);
 }
 
 void CStorageMediaPlugin::EventHandlers::photoInfo(const std::string* title) const

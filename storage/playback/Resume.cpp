@@ -39,8 +39,8 @@ bool CStorageMediaPlugin::isVideoFileResumeable(Json::Value* request, Json::Valu
     }
     unsigned int currentIndex = 0;
     bool resume = false;
-    const int ret = storageManager()->isresumePlayMediaFile(static_cast<FileType>(type), index, currentIndex, playAll,
-                                                            resume, path);
+    const int ret =
+        storageManager()->isresumePlayMediaFile(static_cast<FileType>(type), index, currentIndex, playAll, resume, path);
     if (ret != 0) {
         LOG_ERR("Failed!!! ret:%d", ret);
         return false;

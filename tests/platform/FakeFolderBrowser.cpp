@@ -4,8 +4,7 @@
 
 using recording::call;
 
-struct FolderBrowser::State {
-};
+struct FolderBrowser::State {};
 
 FolderBrowser::FolderBrowser() = default;
 FolderBrowser::~FolderBrowser() = default;

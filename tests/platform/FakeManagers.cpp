@@ -6,8 +6,7 @@
 
 using recording::call;
 
-struct SocMiddleware::State {
-};
+struct SocMiddleware::State {};
 
 SocMiddleware::SocMiddleware() = default;
 SocMiddleware::~SocMiddleware() = default;
@@ -33,8 +32,7 @@ std::shared_ptr<SocMwSystemMgr> SocMiddleware::getSystemMgr()
     return FakePlatform::instance().systemManager;
 }
 
-struct SocMwSystemMgr::State {
-};
+struct SocMwSystemMgr::State {};
 
 SocMwSystemMgr::SocMwSystemMgr() = default;
 SocMwSystemMgr::~SocMwSystemMgr() = default;
@@ -51,8 +49,7 @@ int SocMwSystemMgr::ScreenOff(int off)
     return call("ScreenOff", off);
 }
 
-struct SocMwStorageUsbMgr::State {
-};
+struct SocMwStorageUsbMgr::State {};
 
 SocMwStorageUsbMgr::SocMwStorageUsbMgr() = default;
 SocMwStorageUsbMgr::~SocMwStorageUsbMgr() = default;

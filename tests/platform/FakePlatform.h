@@ -43,10 +43,10 @@ public:
     std::function<void()> onListener; ///< runs while the listener is being set
 
     // Scripted answers
-    std::map<std::string, int> statuses;   ///< by the operation's name
-    int logLevel = 4;                      ///< 4: nothing is printed
-    std::deque<int> logLevels;             ///< levels of the next lines, before logLevel holds
-    Json::Value json;                      ///< what operations fill into a JSON value
+    std::map<std::string, int> statuses; ///< by the operation's name
+    int logLevel = 4;                    ///< 4: nothing is printed
+    std::deque<int> logLevels;           ///< levels of the next lines, before logLevel holds
+    Json::Value json;                    ///< what operations fill into a JSON value
     std::vector<FolderFileInfo_s> files;
     std::vector<media_file_info_s> media;
     media_file_info_s fileInfo;
@@ -64,11 +64,11 @@ public:
     int screenStatus = 0;
 
     // The machine as libc shows it
-    bool failHandles = false;                        ///< asking for a manager throws
+    bool failHandles = false; ///< asking for a manager throws
     bool usbDirectoryOpens = false;
     bool thumbnailDirectoriesExist = false;
-    bool runShellCommands = false;                   ///< else they are only recorded
-    std::optional<struct statfs> fileSystem;         ///< none: statfs fails
+    bool runShellCommands = false;           ///< else they are only recorded
+    std::optional<struct statfs> fileSystem; ///< none: statfs fails
 
 private:
     testsupport::StdoutCapture m_output;

@@ -56,8 +56,7 @@ TEST(EntryPoints, RecvNotificationBeforeLoad_LogsTheIdAndReturnsOne)
 {
     FakePlatform platform;
     EXPECT_EQ(Plugin_RecvNotification(5, nullptr), 1);
-    EXPECT_EQ(platform.takeJournal(),
-              "<log FRAMEWORK 0 [TVFW::StoragePlugin] storage plugin Plugin_RecvNotification: 5>\n");
+    EXPECT_EQ(platform.takeJournal(), "<log FRAMEWORK 0 [TVFW::StoragePlugin] storage plugin Plugin_RecvNotification: 5>\n");
 }
 
 TEST(EntryPoints, NotificationToPluginBeforeLoad_LogsThePointer)
@@ -135,9 +134,8 @@ TEST(EntryPoints, Unload_LogsAndDestroys)
     platform.takeJournal();
     platform.logLevel = 0;
     Plugin_Unload();
-    EXPECT_EQ(normalised(platform.takeJournal()),
-              "<log FRAMEWORK 0 [TVFW::StoragePlugin] storage plugin Plugin_Unload>\n"
-              "[DBG][~CStorageMediaPlugin][TVFW::~CStorageMediaPlugin] DELETE\r\n");
+    EXPECT_EQ(normalised(platform.takeJournal()), "<log FRAMEWORK 0 [TVFW::StoragePlugin] storage plugin Plugin_Unload>\n"
+                                                  "[DBG][~CStorageMediaPlugin][TVFW::~CStorageMediaPlugin] DELETE\r\n");
 }
 
 TEST(EntryPoints, UnloadAndLoadAgain_DispatchesAsBefore)

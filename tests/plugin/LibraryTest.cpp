@@ -43,8 +43,8 @@ Names lines(std::istream&& text)
 Names namesOf(const std::string& kind)
 {
     Names names;
-    for (const std::string& line :
-         lines(std::istringstream(outputOf(std::string(NM) + " -D -C --without-symbol-versions " + kind + " " + PLUGIN_LIBRARY)))) {
+    for (const std::string& line : lines(std::istringstream(
+             outputOf(std::string(NM) + " -D -C --without-symbol-versions " + kind + " " + PLUGIN_LIBRARY)))) {
         const auto letter = line.find_first_not_of("0123456789abcdef ");
         names.insert(line.substr(letter + 2));
     }
@@ -70,13 +70,14 @@ bool isBoundary(const std::string& name)
 /// Whether the C, C++ or jsoncpp library (or the compiler's runtime) provides @p name.
 bool isLibrary(const std::string& name)
 {
-    for (void* library : {dlopen("libc.so.6", RTLD_NOW), dlopen("libstdc++.so.6", RTLD_NOW), dlopen("libgcc_s.so.1", RTLD_NOW)}) {
+    for (void* library :
+         {dlopen("libc.so.6", RTLD_NOW), dlopen("libstdc++.so.6", RTLD_NOW), dlopen("libgcc_s.so.1", RTLD_NOW)}) {
         if (dlsym(library, name.c_str()) != nullptr) {
             return true;
         }
     }
-    for (const char* owner : {"Json::", "std::", "operator ", "vtable for __cxxabiv1", "__cxa", "__gxx", "_ITM_", "__gmon_start__",
-                              "__asan", "__ubsan", "__gcov", "__llvm", "__sanitizer"}) {
+    for (const char* owner : {"Json::", "std::", "operator ", "vtable for __cxxabiv1", "__cxa", "__gxx", "_ITM_",
+                              "__gmon_start__", "__asan", "__ubsan", "__gcov", "__llvm", "__sanitizer"}) {
         if (startsWith(name, owner)) {
             return true;
         }
@@ -154,12 +155,13 @@ TEST_F(LoadedLibrary, CalledInTheHostsOrder_Works)
     EXPECT_TRUE(execute("storagemedia.folder.chgdir", &request, &reply));
     std::vector<FolderFileInfo_s> files;
     platform.listener(4, &files);
-    EXPECT_EQ(platform.takeJournal(),
-              render({did("log FRAMEWORK 0 storageMedia plugin Plugin_Execute: storagemedia.folder.chgdir"),
-                      readString("channelId"), readString("reqId"), readInt("number", 9), manager(), did("stopThumbnail()"),
-                      manager(), did(R"(chdir("/a", 9))"),
-                      published("c1", "storagemedia.folder.chgdir.complete", R"({"filecount":0u,"filelst":[],"reqId":"r1"})")},
-                     "", 4));
+    EXPECT_EQ(
+        platform.takeJournal(),
+        render({did("log FRAMEWORK 0 storageMedia plugin Plugin_Execute: storagemedia.folder.chgdir"),
+                readString("channelId"), readString("reqId"), readInt("number", 9), manager(), did("stopThumbnail()"),
+                manager(), did(R"(chdir("/a", 9))"),
+                published("c1", "storagemedia.folder.chgdir.complete", R"({"filecount":0u,"filelst":[],"reqId":"r1"})")},
+               "", 4));
 
     EXPECT_EQ(entry<int(int, void*)>("Plugin_RecvNotification")(5, nullptr), 1);
     entry<void(void*)>("Server_NotificationToPlugin_Callback")(nullptr);
@@ -184,9 +186,10 @@ TEST_F(LoadedLibrary, BodiesThatTheHostKeeps_OutliveTheLibrary)
     entry<void()>("Plugin_Unload")();
     close();
     ASSERT_EQ(dlopen(PLUGIN_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "the library is still there";
-    EXPECT_EQ(testsupport::typed(kept),
-              R"({"filecount":1u,"filelst":[{"ctime":"","isPhoto360":false,"name":"","path":"/a/b","size":0u,"title":"","type":0}],)"
-              R"("reqId":""})");
+    EXPECT_EQ(
+        testsupport::typed(kept),
+        R"({"filecount":1u,"filelst":[{"ctime":"","isPhoto360":false,"name":"","path":"/a/b","size":0u,"title":"","type":0}],)"
+        R"("reqId":""})");
 }
 
 } // namespace

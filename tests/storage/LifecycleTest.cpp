@@ -86,15 +86,14 @@ TEST(Lifecycle, Destroyed_LogsAndLeavesTheInstancePointer)
         platform.takeJournal();
         platform.logLevel = 0;
     }
-    EXPECT_EQ(normalised(platform.takeJournal()),
-              "[DBG][~CStorageMediaPlugin][TVFW::~CStorageMediaPlugin] DELETE\r\n");
+    EXPECT_EQ(normalised(platform.takeJournal()), "[DBG][~CStorageMediaPlugin][TVFW::~CStorageMediaPlugin] DELETE\r\n");
     EXPECT_EQ(tvfirmware::CStorageMediaPlugin::m_pThisControl, address);
 }
 
 TEST(Lifecycle, SetCallback_LogsAndStoresAnyPointer)
 {
-    for (const PublishNotificationCallback callback : {PublishNotificationCallback(recordPublication),
-                                                       PublishNotificationCallback(nullptr)}) {
+    for (const PublishNotificationCallback callback :
+         {PublishNotificationCallback(recordPublication), PublishNotificationCallback(nullptr)}) {
         char pointer[32] = {};
         std::snprintf(pointer, sizeof pointer, "%p", reinterpret_cast<void*>(callback));
         Scenario("setCallback", [callback](ExposedPlugin& plugin) { plugin.setCallback(callback); })

@@ -107,5 +107,4 @@ TEST(Log, SuppressedLine_DoesNotEvaluateItsArguments)
     EXPECT_EQ(evaluated, 1);
 }
 
-
 } // namespace

@@ -87,7 +87,8 @@ std::string render(const std::vector<Happening>& journal, const std::string& fun
         std::string line = happening.text;
         const auto mark = line.find(kFunctionMark);
         if (happening.level < kAtEveryLevel && mark != std::string::npos) {
-            line.replace(mark, kFunctionMark.size(), "[" + (happening.function.empty() ? function : happening.function) + "]");
+            line.replace(mark, kFunctionMark.size(),
+                         "[" + (happening.function.empty() ? function : happening.function) + "]");
         }
         text += line;
     }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/FakePlatform.h"
-#include "support/Journal.h"
 #include "storage/CStorageMediaPlugin.h"
+#include "support/Journal.h"
 
 #include <functional>
 #include <optional>

@@ -36,7 +36,10 @@ public:
 
     void makeFile(const std::string& below) const { std::ofstream(path(below)) << "content"; }
 
-    bool has(const std::string& below) const { return std::filesystem::exists(std::filesystem::symlink_status(path(below))); }
+    bool has(const std::string& below) const
+    {
+        return std::filesystem::exists(std::filesystem::symlink_status(path(below)));
+    }
 
 private:
     std::filesystem::path m_before;

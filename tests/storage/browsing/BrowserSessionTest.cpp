@@ -127,7 +127,8 @@ TEST(ClearMediaMap, DirectoryGiven_IsCleared)
 {
     clearMap()
         .request(R"({"dirpath":"/mnt/usb/a"})")
-        .happens({readString("dirpath"), dbg("clear Media map: /mnt/usb/a ..."), manager(), did(R"(clearMediaMap("/mnt/usb/a"))")})
+        .happens({readString("dirpath"), dbg("clear Media map: /mnt/usb/a ..."), manager(),
+                  did(R"(clearMediaMap("/mnt/usb/a"))")})
         .succeeds()
         .check();
 }

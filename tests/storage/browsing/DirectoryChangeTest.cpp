@@ -16,9 +16,7 @@ Scenario chgdir()
 /// What happens from the first read to the change itself, with @p between before the thumbnails are stopped.
 std::vector<Happening> changing(const std::string& directory, const std::vector<Happening>& between = {})
 {
-    std::vector<Happening> journal = {readString("channelId"),
-                                      readString("reqId"),
-                                      readInt("number", 9),
+    std::vector<Happening> journal = {readString("channelId"), readString("reqId"), readInt("number", 9),
                                       info("Channleid:c1, reqId:r1, itemPerPage:20"),
                                       info("Change to dir: " + directory + ", ItemPerPage:20")};
     journal.insert(journal.end(), between.begin(), between.end());
@@ -178,7 +176,8 @@ TEST(ChangeDirectory, ThumbnailsCannotBeStopped_GoesOn)
 
 TEST(ChangeDirectory, ChannelUnreadableOrEmpty_StoresNothing)
 {
-    for (const char* request : {R"({"reqId":"r1"})", R"({"channelId":1,"reqId":"r1"})", R"({"channelId":"","reqId":"r1"})"}) {
+    for (const char* request :
+         {R"({"reqId":"r1"})", R"({"channelId":1,"reqId":"r1"})", R"({"channelId":"","reqId":"r1"})"}) {
         chgdir()
             .request(request)
             .happens({readString("channelId"), err("unknown channelId")})

@@ -30,17 +30,16 @@ struct Description {
     std::string reply;
 };
 
-class DescribedType : public testing::TestWithParam<Description> {
-};
+class DescribedType : public testing::TestWithParam<Description> {};
 
 TEST_P(DescribedType, Known_RepliesTheKeysOfItsType)
 {
     const int type = GetParam().type;
     fileInfo()
         .given([type](FakePlatform& platform, ExposedPlugin&) { platform.fileInfo = everything(type); })
-        .happens({readString("dirpath"), dbg("Path:/mnt/a.mp3"), manager(), did(R"(getMediaFileInfo("/mnt/a.mp3", 0, 0, ""))"),
-                  dbg("Type:" + std::to_string(type) + ", dura:61"), dbg("album:Album, artist:Artist"),
-                  dbg("height:480, width:640")})
+        .happens({readString("dirpath"), dbg("Path:/mnt/a.mp3"), manager(),
+                  did(R"(getMediaFileInfo("/mnt/a.mp3", 0, 0, ""))"), dbg("Type:" + std::to_string(type) + ", dura:61"),
+                  dbg("album:Album, artist:Artist"), dbg("height:480, width:640")})
         .succeeds()
         .leavesReply(GetParam().reply)
         .check();
@@ -49,7 +48,8 @@ TEST_P(DescribedType, Known_RepliesTheKeysOfItsType)
 INSTANTIATE_TEST_SUITE_P(
     Types, DescribedType,
     testing::Values(Description{5, R"({"album":"Album","artist":"Artist","duration":61u,"genre":"Genre","type":5u})"},
-                    Description{4, R"({"duration":61u,"type":4u})"}, Description{3, R"({"height":480u,"type":3u,"width":640u})"},
+                    Description{4, R"({"duration":61u,"type":4u})"},
+                    Description{3, R"({"height":480u,"type":3u,"width":640u})"},
                     Description{7, R"({"height":480u,"type":7u,"width":640u})"}, Description{6, R"({"type":6u})"},
                     Description{0, R"({"type":0u})"}, Description{2, R"({"type":2u})"}, Description{8, R"({"type":8u})"},
                     Description{-1, R"({"type":4294967295u})"}));
@@ -63,8 +63,9 @@ TEST(GetMediaFileInfo, NegativeNumbers_AreUnsignedInTheReply)
             platform.fileInfo.height = -1;
             platform.fileInfo.width = -2;
         })
-        .happens({readString("dirpath"), dbg("Path:/mnt/a.mp3"), manager(), did(R"(getMediaFileInfo("/mnt/a.mp3", 0, 0, ""))"),
-                  dbg("Type:3, dura:-3"), dbg("album:, artist:"), dbg("height:-1, width:-2")})
+        .happens({readString("dirpath"), dbg("Path:/mnt/a.mp3"), manager(),
+                  did(R"(getMediaFileInfo("/mnt/a.mp3", 0, 0, ""))"), dbg("Type:3, dura:-3"), dbg("album:, artist:"),
+                  dbg("height:-1, width:-2")})
         .succeeds()
         .leavesReply(R"({"height":4294967295u,"type":3u,"width":4294967294u})")
         .check();

@@ -69,11 +69,13 @@ std::vector<Happening> reading(const std::vector<Happening>& afterwards)
 TEST(GetOnePageFiles, PageWithEntries_ReplacesTheReply)
 {
     page(R"({"pageid":3,"type":0,"keystr":"k","dirpath":"/d"})")
-        .given([](FakePlatform& platform, ExposedPlugin&) { platform.files = {folderFile("/d/b"), folderFile("/d/a", -2, 0)}; })
-        .happens(reading({info("page:3, type:0, strkey:k, dirpath:/d"), manager(),
-                          did(R"(getOnePageFileInfo([0 elements], 3, 0, "k", "/d"))"),
-                          dbg("File name:name of /d/b, ctime:time of /d/b"),
-                          dbg("File name:name of /d/a, ctime:time of /d/a")}))
+        .given([](FakePlatform& platform, ExposedPlugin&) {
+            platform.files = {folderFile("/d/b"), folderFile("/d/a", -2, 0)};
+        })
+        .happens(
+            reading({info("page:3, type:0, strkey:k, dirpath:/d"), manager(),
+                     did(R"(getOnePageFileInfo([0 elements], 3, 0, "k", "/d"))"),
+                     dbg("File name:name of /d/b, ctime:time of /d/b"), dbg("File name:name of /d/a, ctime:time of /d/a")}))
         .succeeds()
         .leavesReply(R"({"filecount":2u,"filelst":[)"
                      R"({"ctime":"time of /d/b","name":"name of /d/b","path":"/d/b","size":5000000000u,)"
@@ -202,7 +204,8 @@ TEST(GetPageParams, KeysGiven_AreRead)
 
 TEST(GetPageParams, KeysUnreadableOrNoRequest_AreZero)
 {
-    for (const char* json : {"{}", R"({"pageIndex":"1","pageSize":true,"sortType":[]})", static_cast<const char*>(nullptr)}) {
+    for (const char* json :
+         {"{}", R"({"pageIndex":"1","pageSize":true,"sortType":[]})", static_cast<const char*>(nullptr)}) {
         const PageData page = pageParams(json);
         EXPECT_EQ(page.pageIndex, 0);
         EXPECT_EQ(page.pageSize, 0);
@@ -215,8 +218,7 @@ struct Parent {
     std::string parent;
 };
 
-class ParentPath : public testing::TestWithParam<Parent> {
-};
+class ParentPath : public testing::TestWithParam<Parent> {};
 
 TEST_P(ParentPath, Cut_IsTheParent)
 {
@@ -228,9 +230,9 @@ TEST_P(ParentPath, Cut_IsTheParent)
 }
 
 INSTANTIATE_TEST_SUITE_P(Paths, ParentPath,
-                         testing::Values(Parent{"/mnt/usb/a/", "/mnt/usb"}, Parent{"/mnt/usb/a", "/mnt/usb"}, Parent{"a", "a"},
-                                         Parent{"/", ""}, Parent{"", ""}, Parent{"a/", "a"}, Parent{"/a", ""},
-                                         Parent{"/a/", ""}, Parent{"//", ""}, Parent{"a//", "a"}, Parent{"/a//", "/a"},
-                                         Parent{"/mnt/usb//", "/mnt/usb"}, Parent{"a/b", "a"}));
+                         testing::Values(Parent{"/mnt/usb/a/", "/mnt/usb"}, Parent{"/mnt/usb/a", "/mnt/usb"},
+                                         Parent{"a", "a"}, Parent{"/", ""}, Parent{"", ""}, Parent{"a/", "a"},
+                                         Parent{"/a", ""}, Parent{"/a/", ""}, Parent{"//", ""}, Parent{"a//", "a"},
+                                         Parent{"/a//", "/a"}, Parent{"/mnt/usb//", "/mnt/usb"}, Parent{"a/b", "a"}));
 
 } // namespace

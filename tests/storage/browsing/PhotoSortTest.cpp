@@ -15,13 +15,16 @@ Scenario sort(const std::string& request)
 TEST(PhotoSort, Sorted_RepliesTheEntriesAndPrintsThemWithoutLineEnd)
 {
     sort(R"({"type":2,"order":1})")
-        .given([](FakePlatform& platform, ExposedPlugin&) { platform.files = {folderFile("/b", 3), folderFile("/a", 7, 1)}; })
+        .given([](FakePlatform& platform, ExposedPlugin&) {
+            platform.files = {folderFile("/b", 3), folderFile("/a", 7, 1)};
+        })
         .happens({readInt("type"), readInt("order"), manager(), did("photoSort(2, true, [0 elements])"),
                   printed("File name:name of /b, ctime:time of /b"), printed("File name:name of /a, ctime:time of /a")})
         .succeeds()
-        .leavesReply(R"({"filelst":[)"
-                     R"({"ctime":"time of /b","name":"name of /b","path":"/b","size":5000000000u,"title":"title of /b","type":3},)"
-                     R"({"ctime":"time of /a","name":"name of /a","path":"/a","size":1u,"title":"title of /a","type":7}]})")
+        .leavesReply(
+            R"({"filelst":[)"
+            R"({"ctime":"time of /b","name":"name of /b","path":"/b","size":5000000000u,"title":"title of /b","type":3},)"
+            R"({"ctime":"time of /a","name":"name of /a","path":"/a","size":1u,"title":"title of /a","type":7}]})")
         .check();
 }
 
@@ -43,7 +46,8 @@ TEST(PhotoSort, ManagerRefuses_LogsItsStatus)
             platform.statuses["photoSort"] = -9;
             platform.files = {folderFile("/b", 3)};
         })
-        .happens({readInt("type"), readInt("order"), manager(), did("photoSort(2, true, [0 elements])"), err("Failed!!! ret:-9")})
+        .happens(
+            {readInt("type"), readInt("order"), manager(), did("photoSort(2, true, [0 elements])"), err("Failed!!! ret:-9")})
         .fails()
         .check();
 }

@@ -46,8 +46,7 @@ struct DirectoryName {
     std::string name;
 };
 
-class FileWithoutName : public testing::TestWithParam<DirectoryName> {
-};
+class FileWithoutName : public testing::TestWithParam<DirectoryName> {};
 
 TEST_P(FileWithoutName, Listed_GoesByItsDirectory)
 {

@@ -30,7 +30,8 @@ std::function<void(const ExposedPlugin&)> leaves(const std::string& channel, con
 
 std::vector<Happening> searching(const std::string& line, const std::string& call)
 {
-    return {readString("channelId"), readString("reqId"), readInt("number", 20), readString("dirpath"), dbg(line), manager(),
+    return {readString("channelId"), readString("reqId"), readInt("number", 20),
+            readString("dirpath"),   dbg(line),           manager(),
             did("stopThumbnail()"),  manager(),           did(call)};
 }
 
@@ -49,8 +50,8 @@ TEST(SearchFiles, WithoutNumber_UsesTheCurrentPageSize)
         search(R"({"channelId":"c1","reqId":"r1","dirpath":"/mnt/a")" + std::string(number) + "}")
             .happens({readString("channelId"), readString("reqId"), readInt("number", 20),
                       dbg("unknown iterPerNum, Set default:20"), readString("dirpath"),
-                      dbg("Path:/mnt/a, Channleid:c1, itemPerNum:20, reqId:r1"), manager(), did("stopThumbnail()"), manager(),
-                      did(R"(searchFileType("/mnt/a", 4, 20))")})
+                      dbg("Path:/mnt/a, Channleid:c1, itemPerNum:20, reqId:r1"), manager(), did("stopThumbnail()"),
+                      manager(), did(R"(searchFileType("/mnt/a", 4, 20))")})
             .succeeds()
             .afterwards(leaves("c1", "r1", 20))
             .check();
@@ -68,7 +69,8 @@ TEST(SearchFiles, EmptyRequestIdAndDirectory_AreAccepted)
 
 TEST(SearchFiles, ChannelUnreadableOrEmpty_StoresNothing)
 {
-    for (const char* request : {R"({"reqId":"r1"})", R"({"channelId":1,"reqId":"r1"})", R"({"channelId":"","reqId":"r1"})"}) {
+    for (const char* request :
+         {R"({"reqId":"r1"})", R"({"channelId":1,"reqId":"r1"})", R"({"channelId":"","reqId":"r1"})"}) {
         search(request)
             .happens({readString("channelId"), err("unknown channelId")})
             .fails()
@@ -146,8 +148,7 @@ struct PageCount {
     int pages;
 };
 
-class VideoListPages : public testing::TestWithParam<PageCount> {
-};
+class VideoListPages : public testing::TestWithParam<PageCount> {};
 
 TEST_P(VideoListPages, Counted_RoundsUpAndKeepsOtherReplyKeys)
 {

@@ -82,8 +82,7 @@ struct Share {
     std::string text;
 };
 
-class UsedShare : public testing::TestWithParam<Share> {
-};
+class UsedShare : public testing::TestWithParam<Share> {};
 
 TEST_P(UsedShare, Computed_HasTwoDigitsAtLeast)
 {
@@ -152,8 +151,7 @@ struct Size {
     std::string output; ///< plain; empty: the warning
 };
 
-class SizeText : public testing::TestWithParam<Size> {
-};
+class SizeText : public testing::TestWithParam<Size> {};
 
 TEST_P(SizeText, Converted_UsesBinaryUnits)
 {

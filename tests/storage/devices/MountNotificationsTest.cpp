@@ -35,10 +35,9 @@ protected:
 
 TEST_P(PathForm, Notified_PublishesPathAndName)
 {
-    Scenario("NotifyUsbMountStatus",
-             [this](ExposedPlugin& plugin) {
-                 plugin.NotifyUsbMountStatus(path, name, GetParam().mounted, GetParam().devType);
-             })
+    Scenario(
+        "NotifyUsbMountStatus",
+        [this](ExposedPlugin& plugin) { plugin.NotifyUsbMountStatus(path, name, GetParam().mounted, GetParam().devType); })
         .happens({publication})
         .check();
 }

@@ -20,7 +20,12 @@ void attached(FakePlatform& platform, ExposedPlugin& /*plugin*/)
 
 TEST(UsbPresence, NoDevice_RepliesFalseAndSucceeds)
 {
-    check().happens({kOpens, dbg("USB DEVICE is Not-Plug-In")}).succeeds().reply("{}").leavesReply(R"({"plugin":false})").check();
+    check()
+        .happens({kOpens, dbg("USB DEVICE is Not-Plug-In")})
+        .succeeds()
+        .reply("{}")
+        .leavesReply(R"({"plugin":false})")
+        .check();
 }
 
 TEST(UsbPresence, Device_RepliesTrueAndClosesTheDirectory)

@@ -222,8 +222,7 @@ struct SearchEvent {
     std::string line;
 };
 
-class SearchEvents : public testing::TestWithParam<SearchEvent> {
-};
+class SearchEvents : public testing::TestWithParam<SearchEvent> {};
 
 TEST_P(SearchEvents, Object_IsPublishedWithTheRequestId)
 {
@@ -231,9 +230,11 @@ TEST_P(SearchEvents, Object_IsPublishedWithTheRequestId)
     for (const std::string given : {R"({"reqId":"theirs","total":2})", R"({"total":2})"}) {
         Json::Value object = parsed(given);
         Scenario(GetParam().id, &object)
-            .given([](FakePlatform&, ExposedPlugin& plugin) { plugin.m_requestSlots[1] = {"c1", "r1", "event", "extra"}; })
-            .happens({info(frame), dbg(GetParam().line),
-                      published("c1", GetParam().notification, R"({"reqId":"r1","total":2})")})
+            .given([](FakePlatform&, ExposedPlugin& plugin) {
+                plugin.m_requestSlots[1] = {"c1", "r1", "event", "extra"};
+            })
+            .happens(
+                {info(frame), dbg(GetParam().line), published("c1", GetParam().notification, R"({"reqId":"r1","total":2})")})
             .afterwards([](const ExposedPlugin& plugin) {
                 EXPECT_EQ(plugin.m_requestSlots[1].channel, "c1");
                 EXPECT_EQ(plugin.m_requestSlots[1].reqId, "r1");
@@ -254,18 +255,20 @@ TEST_P(SearchEvents, NobodyWaits_IsPublishedWithAnEmptyId)
         .check();
 }
 
-INSTANTIATE_TEST_SUITE_P(Events, SearchEvents,
-                         testing::Values(SearchEvent{5, "storagemedia.video.searchFiles.complete",
-                                                     "SOCMW_MM_EVENT_FB_FOLDER_UPDATE"},
-                                         SearchEvent{6, "storagemedia.video.searchFiles.fragment",
-                                                     "SOCMW_MM_EVENT_FILTER_DATA_READY_UPDATE"}));
+INSTANTIATE_TEST_SUITE_P(
+    Events, SearchEvents,
+    testing::Values(SearchEvent{5, "storagemedia.video.searchFiles.complete", "SOCMW_MM_EVENT_FB_FOLDER_UPDATE"},
+                    SearchEvent{6, "storagemedia.video.searchFiles.fragment", "SOCMW_MM_EVENT_FILTER_DATA_READY_UPDATE"}));
 
 TEST(GroupingFinished, Keys_ArePublishedInOrder)
 {
     std::vector<std::string> keys = {"Zappa", "", "Abba"};
     Scenario(10, &keys)
-        .given([](FakePlatform&, ExposedPlugin& plugin) { plugin.m_requestSlots[2] = {"c1", "r1", "event", "extra"}; })
-        .happens({info("nEvt : 10"), dbg("====>>>>>group key:Zappa"), dbg("====>>>>>group key:"), dbg("====>>>>>group key:Abba"),
+        .given([](FakePlatform&, ExposedPlugin& plugin) {
+            plugin.m_requestSlots[2] = {"c1", "r1", "event", "extra"};
+        })
+        .happens({info("nEvt : 10"), dbg("====>>>>>group key:Zappa"), dbg("====>>>>>group key:"),
+                  dbg("====>>>>>group key:Abba"),
                   published("c1", "storagemedia.group.musicorphoto.complete",
                             R"({"keyNum":3u,"keylst":[{"keystr":"Zappa"},{"keystr":""},{"keystr":"Abba"}],"reqId":"r1"})")})
         .afterwards([](const ExposedPlugin& plugin) {

@@ -27,8 +27,7 @@ struct Removal {
     std::string notification;
 };
 
-class DeviceRemoved : public testing::TestWithParam<Removal> {
-};
+class DeviceRemoved : public testing::TestWithParam<Removal> {};
 
 TEST_P(DeviceRemoved, Reported_IsAnUnmountUnderItsPathTwice)
 {
@@ -39,10 +38,11 @@ TEST_P(DeviceRemoved, Reported_IsAnUnmountUnderItsPathTwice)
     if (!removal.typeReadable) {
         journal.push_back(dbg("unknown devType set default"));
     }
-    journal = after(journal, {dbg("Device :" + removal.path + " removed!"),
-                              in("onUsbMountStatus", dbg("USB-DEVICE:(" + removal.path + ") unmount")),
-                              broadcast(removal.notification, R"({"name":")" + removal.path + R"(","path":")" + removal.path +
-                                                                  R"("})")});
+    journal =
+        after(journal,
+              {dbg("Device :" + removal.path + " removed!"),
+               in("onUsbMountStatus", dbg("USB-DEVICE:(" + removal.path + ") unmount")),
+               broadcast(removal.notification, R"({"name":")" + removal.path + R"(","path":")" + removal.path + R"("})")});
     Scenario(2, &device).happens(journal).check();
     EXPECT_EQ(typed(device), before) << "the middleware's object was changed";
 }
@@ -60,7 +60,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Removal{R"({"devType":0,"path":7})", 0, true, "7", "storagemedia.usb.unmount"},
                     Removal{R"({})", 0, false, "", "storagemedia.usb.unmount"}));
 
-const char kUsbList[] = R"({"devType":0,"devcount":2,"devlist":[{"name":"A","path":"/mnt/a"},{"name":"B","path":"/mnt/b"}]})";
+const char kUsbList[] =
+    R"({"devType":0,"devcount":2,"devlist":[{"name":"A","path":"/mnt/a"},{"name":"B","path":"/mnt/b"}]})";
 
 TEST(DeviceList, UsbDevices_AreOneMountWithTheWholeList)
 {
@@ -132,7 +133,9 @@ TEST(DeviceList, DebugLinesThatStartDuringTheWalk_CountFromThere)
                              R"({"name":"S","path":"/servers/s"}]})";
     Json::Value devices = parsed(list);
     Scenario(3, &devices)
-        .given([](FakePlatform& platform, ExposedPlugin&) { platform.logLevels = {4, 4, 4, 0}; })
+        .given([](FakePlatform& platform, ExposedPlugin&) {
+            platform.logLevels = {4, 4, 4, 0};
+        })
         .happens(after({readInt("devType"), readInt("devcount"), printed("[DBG][onRecvEvent]devid:0 -- /b/B\r\n")},
                        published("storagemedia.usb.mount", list)))
         .checkAt(4);

@@ -33,8 +33,8 @@ std::vector<EventWithoutParameter> everyEvent()
     std::vector<EventWithoutParameter> events = {
         {0, {dbg("Device Plugin!!!")}},
         {1,
-         {dbg("<===============SOCMW_MM_EVENT_USB_DEVICE_MOUNT==============>"), did("system manager"), did("getScreenStatus(0)"),
-          broadcast("storagemedia.usb.plugin", "null")}},
+         {dbg("<===============SOCMW_MM_EVENT_USB_DEVICE_MOUNT==============>"), did("system manager"),
+          did("getScreenStatus(0)"), broadcast("storagemedia.usb.plugin", "null")}},
         {2, {}},
         {3, {}},
         {4, dropped("Pointer is NULL!!!")},
@@ -67,7 +67,8 @@ std::vector<EventWithoutParameter> everyEvent()
         {41, {dbg("SOCMW_DLNA_EVENT_DMR_PLAYEND"), broadcast("storagemedia.dlna.playend", "null")}},
         {42, {dbg("SOCMW_DLNA_EVENT_DMR_PAUSE/RESUME:Pause"), broadcast("storagemedia.dlna.dmrpause", R"({"pause":true})")}},
         {43, {dbg("SOCMW_DLNA_EVENT_DMR_STOP"), broadcast("storagemedia.dlna.stopfile", "null")}},
-        {44, {dbg("SOCMW_DLNA_EVENT_DMR_PAUSE/RESUME:Resume"), broadcast("storagemedia.dlna.dmrpause", R"({"pause":false})")}},
+        {44,
+         {dbg("SOCMW_DLNA_EVENT_DMR_PAUSE/RESUME:Resume"), broadcast("storagemedia.dlna.dmrpause", R"({"pause":false})")}},
         {45, {dbg("SOCMW_DLNA_EVENT_DMR_SEEK"), dbg("SOCMW_DLNA_EVENT_DMR_SEEK: param is NULL!!!")}},
         {46, {dbg("SOCMW_DLNA_EVENT_DMR_UNMUTE:Mute"), broadcast("storagemedia.dlna.dmrmute", R"({"mute":true})")}},
         {47, {dbg("SOCMW_DLNA_EVENT_DMR_UNMUTE:UnMute"), broadcast("storagemedia.dlna.dmrmute", R"({"mute":false})")}},
@@ -87,8 +88,7 @@ std::string idName(int id)
     return id < 0 ? "Minus" + std::to_string(-static_cast<long long>(id)) : "Id" + std::to_string(id);
 }
 
-class EveryEvent : public testing::TestWithParam<EventWithoutParameter> {
-};
+class EveryEvent : public testing::TestWithParam<EventWithoutParameter> {};
 
 TEST_P(EveryEvent, WithoutParameter_DoesWhatItsRowSays)
 {
@@ -114,8 +114,7 @@ struct PassedOnEvent {
     std::string notification;
 };
 
-class EventPassedOn : public testing::TestWithParam<PassedOnEvent> {
-};
+class EventPassedOn : public testing::TestWithParam<PassedOnEvent> {};
 
 TEST_P(EventPassedOn, WithObject_PublishesACopy)
 {
@@ -136,19 +135,16 @@ TEST_P(EventPassedOn, HostThatChangesTheBody_ChangesACopy)
     EXPECT_EQ(testsupport::typed(object), R"({"any":1})");
 }
 
-INSTANTIATE_TEST_SUITE_P(Table, EventPassedOn,
-                         testing::Values(PassedOnEvent{12, "storagemedia.media.loadsuccess"},
-                                         PassedOnEvent{14, "storagemedia.media.loadfailed"},
-                                         PassedOnEvent{15, "storagemedia.audio.notsupport"},
-                                         PassedOnEvent{22, "storagemedia.movie.stopsucc"},
-                                         PassedOnEvent{29, "storagemedia.media.photo.loadsuccess"},
-                                         PassedOnEvent{31, "storagemedia.media.loadfailed"},
-                                         PassedOnEvent{35, "storagemedia.photo.stopsucc"}),
-                         [](const auto& row) { return idName(row.param.id); });
+INSTANTIATE_TEST_SUITE_P(
+    Table, EventPassedOn,
+    testing::Values(PassedOnEvent{12, "storagemedia.media.loadsuccess"}, PassedOnEvent{14, "storagemedia.media.loadfailed"},
+                    PassedOnEvent{15, "storagemedia.audio.notsupport"}, PassedOnEvent{22, "storagemedia.movie.stopsucc"},
+                    PassedOnEvent{29, "storagemedia.media.photo.loadsuccess"},
+                    PassedOnEvent{31, "storagemedia.media.loadfailed"}, PassedOnEvent{35, "storagemedia.photo.stopsucc"}),
+    [](const auto& row) { return idName(row.param.id); });
 
 /// Events whose parameter is never looked at: any pointer will do.
-class EventWithUnreadParameter : public testing::TestWithParam<int> {
-};
+class EventWithUnreadParameter : public testing::TestWithParam<int> {};
 
 TEST_P(EventWithUnreadParameter, AnyPointer_ChangesNothing)
 {
@@ -163,15 +159,17 @@ TEST_P(EventWithUnreadParameter, AnyPointer_ChangesNothing)
 }
 
 INSTANTIATE_TEST_SUITE_P(Table, EventWithUnreadParameter,
-                         testing::Values(0, 1, 7, 11, 16, 17, 18, 19, 20, 24, 25, 28, 30, 32, 36, 39, 41, 42, 43, 44, 46, 47, 49,
-                                         50, 51, 52, 53, -1),
+                         testing::Values(0, 1, 7, 11, 16, 17, 18, 19, 20, 24, 25, 28, 30, 32, 36, 39, 41, 42, 43, 44, 46, 47,
+                                         49, 50, 51, 52, 53, -1),
                          [](const auto& row) { return idName(row.param); });
 
 TEST(EventListener, LevelThatChangesBetweenItsLines_IsReadForEach)
 {
     std::int32_t volume = 5;
     Scenario(48, &volume)
-        .given([](FakePlatform& platform, ExposedPlugin&) { platform.logLevels = {2, 0, 1}; })
+        .given([](FakePlatform& platform, ExposedPlugin&) {
+            platform.logLevels = {2, 0, 1};
+        })
         .happens({printed("[DBG][onRecvEvent]SOCMW_DLNA_EVENT_DMR_ADJUSTVOLUME\r\n"),
                   broadcast("storagemedia.dlna.adjustvolume", R"({"volume":5})")})
         .checkAt(4);

@@ -14,18 +14,18 @@ Happening frame(int id)
     return info("nEvt : " + std::to_string(id));
 }
 
-class PlayingState : public testing::TestWithParam<int> {
-};
+class PlayingState : public testing::TestWithParam<int> {};
 
 TEST_P(PlayingState, Changed_PublishesSpeedAndDynamicRange)
 {
     for (const auto& [speed, hdr] : std::map<int, bool>{{2, true}, {-8, false}}) {
         play_state_s state = {speed, hdr};
         Scenario(GetParam(), &state)
-            .happens({frame(GetParam()),
-                      dbg("SOCMW_MM_EVENT_PLAYING_STATE: speed:" + std::to_string(speed) + ", HDR:" + (hdr ? "1" : "0")),
-                      broadcast("storagemedia.media.curplayspeed", std::string(R"({"hdrvideo":)") + (hdr ? "true" : "false") +
-                                                                       R"(,"speed":)" + std::to_string(speed) + "}")})
+            .happens(
+                {frame(GetParam()),
+                 dbg("SOCMW_MM_EVENT_PLAYING_STATE: speed:" + std::to_string(speed) + ", HDR:" + (hdr ? "1" : "0")),
+                 broadcast("storagemedia.media.curplayspeed", std::string(R"({"hdrvideo":)") + (hdr ? "true" : "false") +
+                                                                  R"(,"speed":)" + std::to_string(speed) + "}")})
             .check();
     }
 }
@@ -38,8 +38,7 @@ struct Movie {
     std::string line;
 };
 
-class MovieInfo : public testing::TestWithParam<std::tuple<int, Movie>> {
-};
+class MovieInfo : public testing::TestWithParam<std::tuple<int, Movie>> {};
 
 TEST_P(MovieInfo, Updated_LogsWhatItCanReadAndPublishesTheObjectUnchanged)
 {
@@ -65,16 +64,18 @@ INSTANTIATE_TEST_SUITE_P(
     Ids, MovieInfo,
     testing::Combine(
         testing::Values(21, 26),
-        testing::Values(Movie{R"({"artist":"A","duration":61,"extra":[1],"path":"/p","title":"T"})", {},
-                              "Title:T\r\n\tpath:/p\r\n\tduration:61"},
-                        Movie{R"({"duration":4294967295,"path":"/p","title":"T"})", {"artist"},
-                              "Title:T\r\n\tpath:/p\r\n\tduration:-1"},
-                        Movie{R"({"artist":"A","path":"/p","title":"T"})", {"duration"}, "Title:T\r\n\tpath:/p\r\n\tduration:0"},
-                        Movie{R"({"artist":"A","duration":1,"path":"/p"})", {"title"}, "Title:\r\n\tpath:/p\r\n\tduration:1"},
-                        Movie{R"({"artist":"A","duration":1,"title":"T"})", {"path"}, "Title:T\r\n\tpath:\r\n\tduration:1"},
-                        Movie{R"({"artist":1,"duration":-1,"path":2,"title":3})", {"duration", "title", "path", "artist"},
-                              "Title:\r\n\tpath:\r\n\tduration:0"},
-                        Movie{"{}", {"duration", "title", "path", "artist"}, "Title:\r\n\tpath:\r\n\tduration:0"})));
+        testing::Values(
+            Movie{R"({"artist":"A","duration":61,"extra":[1],"path":"/p","title":"T"})",
+                  {},
+                  "Title:T\r\n\tpath:/p\r\n\tduration:61"},
+            Movie{R"({"duration":4294967295,"path":"/p","title":"T"})", {"artist"}, "Title:T\r\n\tpath:/p\r\n\tduration:-1"},
+            Movie{R"({"artist":"A","path":"/p","title":"T"})", {"duration"}, "Title:T\r\n\tpath:/p\r\n\tduration:0"},
+            Movie{R"({"artist":"A","duration":1,"path":"/p"})", {"title"}, "Title:\r\n\tpath:/p\r\n\tduration:1"},
+            Movie{R"({"artist":"A","duration":1,"title":"T"})", {"path"}, "Title:T\r\n\tpath:\r\n\tduration:1"},
+            Movie{R"({"artist":1,"duration":-1,"path":2,"title":3})",
+                  {"duration", "title", "path", "artist"},
+                  "Title:\r\n\tpath:\r\n\tduration:0"},
+            Movie{"{}", {"duration", "title", "path", "artist"}, "Title:\r\n\tpath:\r\n\tduration:0"})));
 
 TEST(MusicStopped, Index_IsPublishedUnsigned)
 {
@@ -130,11 +131,12 @@ TEST(SubtitleChanged, Picture_IsPublishedAndForgottenButNotReleased)
         };
         Scenario(38, &subtitle)
             .given(fill)
-            .happens({frame(38), dbg("subTitle type:" + std::to_string(type)), dbg("size:-294967296"),
-                      broadcast("storagemedia.media.titleinfo",
-                                R"({"format":-7,"height":4u,"pictitle":"picture","size":4000000000u,"startH":1u,"startV":2u,)"
-                                R"("type":)" +
-                                    std::to_string(type) + R"(,"width":3u})")})
+            .happens(
+                {frame(38), dbg("subTitle type:" + std::to_string(type)), dbg("size:-294967296"),
+                 broadcast("storagemedia.media.titleinfo",
+                           R"({"format":-7,"height":4u,"pictitle":"picture","size":4000000000u,"startH":1u,"startV":2u,)"
+                           R"("type":)" +
+                               std::to_string(type) + R"(,"width":3u})")})
             .afterwards([&](const ExposedPlugin&) {
                 EXPECT_EQ(subtitle.image.picture, nullptr);
                 EXPECT_STREQ(picture, "picture");
@@ -148,9 +150,7 @@ TEST(SubtitleChanged, PictureWithoutBuffer_IsDropped)
 {
     subtitle_info_s subtitle;
     subtitle.type = 1;
-    Scenario(38, &subtitle)
-        .happens({frame(38), dbg("subTitle type:1"), dbg("<==============>Image is NULL!!!")})
-        .check();
+    Scenario(38, &subtitle).happens({frame(38), dbg("subTitle type:1"), dbg("<==============>Image is NULL!!!")}).check();
 }
 
 } // namespace

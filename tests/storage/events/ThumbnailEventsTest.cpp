@@ -22,8 +22,7 @@ std::function<void(FakePlatform&, ExposedPlugin&)> request(int total)
     };
 }
 
-class ThumbnailReady : public testing::TestWithParam<std::tuple<int, Ready>> {
-};
+class ThumbnailReady : public testing::TestWithParam<std::tuple<int, Ready>> {};
 
 TEST_P(ThumbnailReady, Picture_IsPublishedToTheRequester)
 {
@@ -45,15 +44,14 @@ TEST_P(ThumbnailReady, Picture_IsPublishedToTheRequester)
         .check();
 }
 
-INSTANTIATE_TEST_SUITE_P(Ids, ThumbnailReady,
-                         testing::Combine(testing::Values(8, 9),
-                                          testing::Values(Ready{0, 1, ".complete"}, Ready{0, 9, ".fragment"},
-                                                          Ready{7, 9, ".fragment"}, Ready{8, 9, ".complete"},
-                                                          Ready{9, 9, ".complete"}, Ready{-1, 1, ".fragment"},
-                                                          Ready{-1, 0, ".complete"}, Ready{0, -4, ".complete"},
-                                                          Ready{INT_MAX, INT_MAX, ".complete"},
-                                                          Ready{INT_MAX - 1, INT_MAX, ".complete"},
-                                                          Ready{INT_MAX - 2, INT_MAX, ".fragment"})));
+INSTANTIATE_TEST_SUITE_P(
+    Ids, ThumbnailReady,
+    testing::Combine(testing::Values(8, 9),
+                     testing::Values(Ready{0, 1, ".complete"}, Ready{0, 9, ".fragment"}, Ready{7, 9, ".fragment"},
+                                     Ready{8, 9, ".complete"}, Ready{9, 9, ".complete"}, Ready{-1, 1, ".fragment"},
+                                     Ready{-1, 0, ".complete"}, Ready{0, -4, ".complete"},
+                                     Ready{INT_MAX, INT_MAX, ".complete"}, Ready{INT_MAX - 1, INT_MAX, ".complete"},
+                                     Ready{INT_MAX - 2, INT_MAX, ".fragment"})));
 
 TEST(ThumbnailReady, Failed_HasAnEmptyPathAndNoFile)
 {

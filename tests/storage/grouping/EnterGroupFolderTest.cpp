@@ -29,8 +29,8 @@ std::vector<Happening> grouping(int group, const std::string& name)
 {
     const std::string number = std::to_string(group);
     std::vector<Happening> journal = reads();
-    journal.insert(journal.end(), {dbg("Path:/mnt/a, Channleid:c1, gIdx: " + number), dbg(" Select Group: " + name), manager(),
-                                   did("stopThumbnail()"), dbg("Path:/mnt/a, Tyep:" + number), manager(),
+    journal.insert(journal.end(), {dbg("Path:/mnt/a, Channleid:c1, gIdx: " + number), dbg(" Select Group: " + name),
+                                   manager(), did("stopThumbnail()"), dbg("Path:/mnt/a, Tyep:" + number), manager(),
                                    did(R"(groupFiles("/mnt/a", )" + number + ")")});
     return journal;
 }
@@ -51,8 +51,7 @@ struct Group {
     std::string name;
 };
 
-class GroupType : public testing::TestWithParam<Group> {
-};
+class GroupType : public testing::TestWithParam<Group> {};
 
 TEST_P(GroupType, Accepted_IsNamedAndGrouped)
 {
@@ -64,11 +63,12 @@ TEST_P(GroupType, Accepted_IsNamedAndGrouped)
 }
 
 INSTANTIATE_TEST_SUITE_P(Types, GroupType,
-                         testing::Values(Group{0, "GROUP_TYPE_NONE"}, Group{1, "GROUP_TYPE_MUSIC"}, Group{2, "GROUP_TYPE_GENRE"},
-                                         Group{3, "GROUP_TYPE_ARTIST"}, Group{4, "GROUP_TYPE_ALBUM"},
-                                         Group{5, "GROUP_TYPE_DATE"}, Group{6, "GROUP_TYPE_MONTH"},
-                                         Group{7, "GROUP_TYPE_MONTH"}, Group{8, "GROUP_TYPE_YEAR"}, Group{9, "GROUP_TYPE_MAX"},
-                                         Group{10, ""}, Group{11, ""}));
+                         testing::Values(Group{0, "GROUP_TYPE_NONE"}, Group{1, "GROUP_TYPE_MUSIC"},
+                                         Group{2, "GROUP_TYPE_GENRE"}, Group{3, "GROUP_TYPE_ARTIST"},
+                                         Group{4, "GROUP_TYPE_ALBUM"}, Group{5, "GROUP_TYPE_DATE"},
+                                         Group{6, "GROUP_TYPE_MONTH"}, Group{7, "GROUP_TYPE_MONTH"},
+                                         Group{8, "GROUP_TYPE_YEAR"}, Group{9, "GROUP_TYPE_MAX"}, Group{10, ""},
+                                         Group{11, ""}));
 
 TEST(EnterGroupFolder, GroupOutOfRange_FailsAfterStoringTheIds)
 {

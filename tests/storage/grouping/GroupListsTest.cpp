@@ -38,8 +38,13 @@ void twoFiles(FakePlatform& platform, ExposedPlugin& /*plugin*/)
 std::vector<Happening> generalQuery(const std::string& key, int number, int asc)
 {
     const std::string arguments = "\"" + key + "\", [0 elements], " + std::to_string(number);
-    return {readString("keystr"), readInt("number", 9), readInt("asc"), manager(), did("stopThumbnail()"),
-            dbg("Get Key:" + key + ", asc:" + std::to_string(asc)), manager(),
+    return {readString("keystr"),
+            readInt("number", 9),
+            readInt("asc"),
+            manager(),
+            did("stopThumbnail()"),
+            dbg("Get Key:" + key + ", asc:" + std::to_string(asc)),
+            manager(),
             did("getMediaFileInfo(" + arguments + (asc == -1 ? "" : ", " + std::to_string(asc)) + ")")};
 }
 
@@ -100,7 +105,6 @@ TEST(GroupList, NullPointers_Fail)
     kiro("{}").nullReply().happens({err("Params is NULL!!!")}).fails().check();
 }
 
-
 struct TaggedLine {
     const char* name;
     Scenario::Command command;
@@ -114,8 +118,7 @@ struct TaggedLine {
 };
 
 /// Lines whose text repeats handler name and line number of their prefix.
-class TaggedGroupLine : public testing::TestWithParam<TaggedLine> {
-};
+class TaggedGroupLine : public testing::TestWithParam<TaggedLine> {};
 
 TEST_P(TaggedGroupLine, Logged_CarriesTheTagOfItsPrefix)
 {
@@ -146,10 +149,11 @@ INSTANTIATE_TEST_SUITE_P(
                     TaggedLine{"NumberOfTheKiroList", &CStorageMediaPlugin::kiroGetGroupListInfo, "kiroGetGroupListInfo",
                                R"({"keystr":"k","number":"4"})", "WAR", 3, "unknown number, set default:9", true, 9},
                     TaggedLine{"SortDirection", &CStorageMediaPlugin::getGroupListInfo, "getGroupListInfo",
-                               R"({"keystr":"k","number":4})", "ERR", 4, "unknown asc number, check your asc value ", false, 33},
+                               R"({"keystr":"k","number":4})", "ERR", 4, "unknown asc number, check your asc value ", false,
+                               33},
                     TaggedLine{"SortDirectionOfAnotherType", &CStorageMediaPlugin::getGroupListInfo, "getGroupListInfo",
-                               R"({"keystr":"k","number":4,"asc":"1"})", "ERR", 4, "unknown asc number, check your asc value ",
-                               false, 33}),
+                               R"({"keystr":"k","number":4,"asc":"1"})", "ERR", 4,
+                               "unknown asc number, check your asc value ", false, 33}),
     [](const auto& row) { return std::string(row.param.name); });
 
 TEST(GroupList, WithoutSortDirection_ReadsInOrderAndQueriesNothing)
@@ -177,8 +181,12 @@ TEST(GroupList, WithoutNumber_QueriesWithNine)
 
 std::vector<Happening> kiroQuery(const std::string& key, int number)
 {
-    return {readString("keystr"),       readInt("number", 9),  manager(), did("stopThumbnail()"),
-            dbg("Get Key:" + key), manager(),
+    return {readString("keystr"),
+            readInt("number", 9),
+            manager(),
+            did("stopThumbnail()"),
+            dbg("Get Key:" + key),
+            manager(),
             did("getMediaFileInfo(\"" + key + "\", [0 elements], [0 elements], " + std::to_string(number) + ")")};
 }
 

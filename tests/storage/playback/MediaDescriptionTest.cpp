@@ -116,7 +116,8 @@ TEST(BrowserCodec, FilledRecord_RepliesAllKeysWithTheirTypes)
 
 TEST(BrowserCodec, AnyUnsignedType_ReachesTheManager)
 {
-    for (const auto& [request, passed] : std::map<std::string, std::string>{{"0", "0"}, {"77", "77"}, {"4294967295", "-1"}}) {
+    for (const auto& [request, passed] :
+         std::map<std::string, std::string>{{"0", "0"}, {"77", "77"}, {"4294967295", "-1"}}) {
         codec(R"({"type":)" + request + "}")
             .happens({trace(2521), trace(2527), readUInt("type"), manager(), asked(passed), trace(2538), trace(2542),
                       trace(2545)})
@@ -143,10 +144,7 @@ TEST(BrowserCodec, ManagerRefuses_WritesThreeTraceLines)
 TEST(BrowserCodec, TypeUnreadable_WritesTwoTraceLines)
 {
     for (const char* request : {"{}", R"({"type":-1})"}) {
-        codec(request)
-            .happens({trace(2521), trace(2527), readUInt("type"), err("unknown File Type")})
-            .fails()
-            .check();
+        codec(request).happens({trace(2521), trace(2527), readUInt("type"), err("unknown File Type")}).fails().check();
     }
 }
 

@@ -16,8 +16,13 @@ const char kAllKeys[] = R"({"option":"sound","suboption":"track","value":2,"flag
 
 std::vector<Happening> settingAll()
 {
-    return {readString("option"), readString("suboption"), readInt("value"), readInt("flags"), readInt("playall"),
-            dbg("option:sound, suboptions:track, value:2, flags:3, playall:4"), manager(),
+    return {readString("option"),
+            readString("suboption"),
+            readInt("value"),
+            readInt("flags"),
+            readInt("playall"),
+            dbg("option:sound, suboptions:track, value:2, flags:3, playall:4"),
+            manager(),
             did(R"(setOptions("sound", "track", 2, 3, 4))")};
 }
 
@@ -43,7 +48,8 @@ TEST(SetOptions, EmptyTexts_ArePassedOn)
 {
     set(R"({"option":"","suboption":"","value":0,"flags":0,"playall":0})")
         .happens({readString("option"), readString("suboption"), readInt("value"), readInt("flags"), readInt("playall"),
-                  dbg("option:, suboptions:, value:0, flags:0, playall:0"), manager(), did(R"(setOptions("", "", 0, 0, 0))")})
+                  dbg("option:, suboptions:, value:0, flags:0, playall:0"), manager(),
+                  did(R"(setOptions("", "", 0, 0, 0))")})
         .succeeds()
         .check();
 }
@@ -68,8 +74,8 @@ TEST(SetOptions, OptionUnreadable_Fails)
 
 TEST(SetOptions, ValueUnreadable_Fails)
 {
-    for (const char* request : {R"({"option":"sound","suboption":"track"})",
-                                R"({"option":"sound","suboption":"track","value":"2"})"}) {
+    for (const char* request :
+         {R"({"option":"sound","suboption":"track"})", R"({"option":"sound","suboption":"track","value":"2"})"}) {
         set(request)
             .happens({readString("option"), readString("suboption"), readInt("value"), err("unknown option value")})
             .fails()

@@ -14,7 +14,10 @@ struct PlayCommand {
 
 class PlayFile : public testing::TestWithParam<PlayCommand> {
 protected:
-    Scenario play(const std::string& request) const { return Scenario(GetParam().name, GetParam().handler).request(request); }
+    Scenario play(const std::string& request) const
+    {
+        return Scenario(GetParam().name, GetParam().handler).request(request);
+    }
 
     Happening call(const std::string& arguments) const { return did(GetParam().name + "(" + arguments + ")"); }
 };
@@ -33,8 +36,8 @@ TEST_P(PlayFile, PlayableType_RepliesTheIndexThatPlays)
     for (const std::string type : {"3", "4", "5"}) {
         play(R"({"dirpath":"/mnt/a","index":2,"playall":true,"resume":true,"type":)" + type + "}")
             .given([](FakePlatform& platform, ExposedPlugin&) { platform.currentIndex = 4000000000U; })
-            .happens(after(kReadsToPlayAll, {readBool("resume"), dbg("file type:" + type + ", index:2, bPlayAll:1"), manager(),
-                                             call(type + R"(, 2u, 0u, true, true, "/mnt/a")")}))
+            .happens(after(kReadsToPlayAll, {readBool("resume"), dbg("file type:" + type + ", index:2, bPlayAll:1"),
+                                             manager(), call(type + R"(, 2u, 0u, true, true, "/mnt/a")")}))
             .succeeds()
             .leavesReply(R"({"count":4000000000u,"kept":"as it was"})")
             .check();
@@ -69,7 +72,8 @@ TEST_P(PlayFile, WithoutDirectory_PassesAnEmptyPath)
     for (const char* directory : {"", R"(,"dirpath":9)"}) {
         play(R"({"index":0,"type":4,"playall":true,"resume":true)" + std::string(directory) + "}")
             .happens({readString("dirpath"), dbg("dirpath :"), readUInt("index"), readUInt("type"), readBool("playall"),
-                      readBool("resume"), dbg("file type:4, index:0, bPlayAll:1"), manager(), call(R"(4, 0u, 0u, true, true, "")")})
+                      readBool("resume"), dbg("file type:4, index:0, bPlayAll:1"), manager(),
+                      call(R"(4, 0u, 0u, true, true, "")")})
             .succeeds()
             .leavesReply(R"({"count":0u,"kept":"as it was"})")
             .check();
@@ -90,8 +94,8 @@ TEST_P(PlayFile, OtherType_IsRefusedBeforeTheManager)
 TEST_P(PlayFile, LargestType_IsLoggedSigned)
 {
     play(R"({"dirpath":"/mnt/a","index":0,"playall":true,"resume":true,"type":4294967295})")
-        .happens(after(kReadsToPlayAll, {readBool("resume"), dbg("file type:-1, index:0, bPlayAll:1"),
-                                         err("unknown unPlayable Type:-1")}))
+        .happens(after(kReadsToPlayAll,
+                       {readBool("resume"), dbg("file type:-1, index:0, bPlayAll:1"), err("unknown unPlayable Type:-1")}))
         .fails()
         .check();
 }
@@ -104,9 +108,9 @@ TEST_P(PlayFile, ManagerRefuses_LeavesTheReply)
                 platform.statuses[GetParam().name] = status;
                 platform.currentIndex = 3;
             })
-            .happens(after(kReadsToPlayAll, {readBool("resume"), dbg("file type:4, index:0, bPlayAll:1"), manager(),
-                                             call(R"(4, 0u, 0u, true, true, "/mnt/a")"),
-                                             err("Failed!!! ret:" + std::to_string(status))}))
+            .happens(after(kReadsToPlayAll,
+                           {readBool("resume"), dbg("file type:4, index:0, bPlayAll:1"), manager(),
+                            call(R"(4, 0u, 0u, true, true, "/mnt/a")"), err("Failed!!! ret:" + std::to_string(status))}))
             .fails()
             .check();
     }

@@ -51,8 +51,9 @@ TEST(IsVideoFileResumeable, WithoutDirectory_WarnsAndPassesAnEmptyPath)
 {
     for (const char* directory : {"", R"(,"dirpath":9)"}) {
         resumeable(R"({"index":2,"playall":true,"type":4)" + std::string(directory) + "}")
-            .happens({readString("dirpath"), war("unknown file dirpath"), dbg("dirpath :"), readUInt("index"), readUInt("type"),
-                      readBool("playall"), manager(), did(R"(isresumePlayMediaFile(4, 2u, 0u, true, false, ""))")})
+            .happens({readString("dirpath"), war("unknown file dirpath"), dbg("dirpath :"), readUInt("index"),
+                      readUInt("type"), readBool("playall"), manager(),
+                      did(R"(isresumePlayMediaFile(4, 2u, 0u, true, false, ""))")})
             .succeeds()
             .leavesReply(R"({"count":4000000000u,"kept":"as it was","resume":true})")
             .check();
@@ -73,7 +74,8 @@ TEST(IsVideoFileResumeable, ManagerRefuses_LeavesTheReply)
 {
     resumeable(R"({"dirpath":"/mnt/a","index":2,"playall":true,"type":4})")
         .given([](FakePlatform& platform, ExposedPlugin&) { platform.statuses["isresumePlayMediaFile"] = -6; })
-        .happens(reading({manager(), did(R"(isresumePlayMediaFile(4, 2u, 0u, true, false, "/mnt/a"))"), err("Failed!!! ret:-6")}))
+        .happens(
+            reading({manager(), did(R"(isresumePlayMediaFile(4, 2u, 0u, true, false, "/mnt/a"))"), err("Failed!!! ret:-6")}))
         .fails()
         .check();
 }

@@ -42,7 +42,8 @@ TEST(StopMediaFile, ManagerRefuses_LeavesTheReply)
             platform.statuses["stopMediaFile"] = -1;
             platform.currentIndex = 3;
         })
-        .happens({readUInt("type"), dbg("file type:4, index:0"), manager(), did("stopMediaFile(4, 0u)"), err("Failed!!! ret:-1")})
+        .happens(
+            {readUInt("type"), dbg("file type:4, index:0"), manager(), did("stopMediaFile(4, 0u)"), err("Failed!!! ret:-1")})
         .fails()
         .check();
 }

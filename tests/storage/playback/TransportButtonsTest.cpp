@@ -75,7 +75,8 @@ TEST_P(TransportButton, ManagerRefuses_LogsItsStatus)
     for (const int status : {8, -8}) {
         press(R"({"type":4,"play":true})")
             .given([status](FakePlatform& platform, ExposedPlugin&) { platform.statuses[GetParam().operation] = status; })
-            .happens(reading({dbg("file type:4"), manager(), call("4", "true"), err("Failed!!! ret:" + std::to_string(status))}))
+            .happens(
+                reading({dbg("file type:4"), manager(), call("4", "true"), err("Failed!!! ret:" + std::to_string(status))}))
             .fails()
             .check();
     }
@@ -105,16 +106,17 @@ TEST_P(TransportButton, NullPointers_Fail)
     press("{}").nullReply().happens({err("Params is NULL!!!")}).fails().check();
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Buttons, TransportButton,
-    testing::Values(
-        Button{"onPlayPauseButton", &CStorageMediaPlugin::onPlayPauseButton, "keyPlayPause", true, true, "not a Playable Type:"},
-        Button{"onPrevButton", &CStorageMediaPlugin::onPrevButton, "keyPlayPrev", false, true, "not a Playable Type:"},
-        Button{"onNextButton", &CStorageMediaPlugin::onNextButton, "keyPlayNext", false, true, "not a Playable Type:"},
-        Button{"onFastForwardButton", &CStorageMediaPlugin::onFastForwardButton, "keyFastForward", false, false,
-               "not a Seekable Type:"},
-        Button{"onFastRewindButton", &CStorageMediaPlugin::onFastRewindButton, "keyFastRewind", false, false,
-               "not a Seekable Type:"}),
-    [](const auto& row) { return row.param.handler; });
+INSTANTIATE_TEST_SUITE_P(Buttons, TransportButton,
+                         testing::Values(Button{"onPlayPauseButton", &CStorageMediaPlugin::onPlayPauseButton, "keyPlayPause",
+                                                true, true, "not a Playable Type:"},
+                                         Button{"onPrevButton", &CStorageMediaPlugin::onPrevButton, "keyPlayPrev", false,
+                                                true, "not a Playable Type:"},
+                                         Button{"onNextButton", &CStorageMediaPlugin::onNextButton, "keyPlayNext", false,
+                                                true, "not a Playable Type:"},
+                                         Button{"onFastForwardButton", &CStorageMediaPlugin::onFastForwardButton,
+                                                "keyFastForward", false, false, "not a Seekable Type:"},
+                                         Button{"onFastRewindButton", &CStorageMediaPlugin::onFastRewindButton,
+                                                "keyFastRewind", false, false, "not a Seekable Type:"}),
+                         [](const auto& row) { return row.param.handler; });
 
 } // namespace

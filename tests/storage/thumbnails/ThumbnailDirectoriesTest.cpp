@@ -99,10 +99,9 @@ TEST_F(EmptyFiles, EmptySubdirectory_IsRemovedThoughItsPathCannotBeOpened)
     EXPECT_EQ(empty(temporary.path("top")), 0);
     EXPECT_FALSE(temporary.has("top/sub"));
     const std::string glued = temporary.path("top") + "sub";
-    const std::string expected = line("dir:sub, :" + temporary.path("top")) + line("Clear dir:" + glued) +
-                                 line("Empty dir:" + glued) +
-                                 render({err("cannot open directory: " + glued)}, "emptyFilesUnderdir", 0) +
-                                 line("remove dir:sub, ret:0");
+    const std::string expected =
+        line("dir:sub, :" + temporary.path("top")) + line("Clear dir:" + glued) + line("Empty dir:" + glued) +
+        render({err("cannot open directory: " + glued)}, "emptyFilesUnderdir", 0) + line("remove dir:sub, ret:0");
     EXPECT_NE(journal.find(expected), std::string::npos) << journal;
 }
 
@@ -158,8 +157,8 @@ TEST_F(EmptyFiles, MissingDirectory_IsAnError)
 {
     const std::string missing = temporary.path("missing");
     EXPECT_EQ(empty(missing), -1);
-    EXPECT_EQ(journal, line("Empty dir:" + missing) +
-                           render({err("cannot open directory: " + missing)}, "emptyFilesUnderdir", 0));
+    EXPECT_EQ(journal,
+              line("Empty dir:" + missing) + render({err("cannot open directory: " + missing)}, "emptyFilesUnderdir", 0));
 }
 
 TEST_F(EmptyFiles, Directory_IsClosedAgain)

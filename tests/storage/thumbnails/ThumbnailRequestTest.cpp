@@ -33,8 +33,8 @@ const AsyncReqNotify kStored = {"c1", "r1", "startThumbnail", ""};
 
 std::vector<Happening> readingAll()
 {
-    return {readString("channelId"),  readString("reqId"),         readString("path"),       readInt("type"),
-            readUInt("width", 240), readUInt("height", 360), readUInt("startidx", 0), readUInt("count", 9)};
+    return {readString("channelId"), readString("reqId"),     readString("path"),      readInt("type"),
+            readUInt("width", 240),  readUInt("height", 360), readUInt("startidx", 0), readUInt("count", 9)};
 }
 
 std::vector<Happening> after(std::vector<Happening> first, const std::vector<Happening>& second)
@@ -81,12 +81,26 @@ TEST(StartThumbnail, NumbersUnreadable_TakesTheDefaults)
 {
     for (const char* numbers : {"", R"(,"width":-1,"height":"50","startidx":-1,"count":-1)"}) {
         start(R"({"channelId":"c1","reqId":"r1","type":3)" + std::string(numbers) + "}")
-            .happens({readString("channelId"), readString("reqId"), readString("path"), war("unknown Path"), readInt("type"),
-                      readUInt("width", 240), dbg("unknown width, Set default:240"), readUInt("height", 360),
-                      dbg("unknown heigth, Set default:360"), readUInt("startidx", 0), dbg("unknown startidx, Set default:0"),
-                      readUInt("count", 9), dbg("unknown count, Set default:9"), dbg("channelId:c1, reqId:r1"),
-                      dbg("width:240, heigth:360, type:3, path:"), dbg("startIdx:0, count:9"), manager(),
-                      did("appendThumbnailList(0, 9)"), manager(), did("startThumbnail(240u, 360u, 3)")})
+            .happens({readString("channelId"),
+                      readString("reqId"),
+                      readString("path"),
+                      war("unknown Path"),
+                      readInt("type"),
+                      readUInt("width", 240),
+                      dbg("unknown width, Set default:240"),
+                      readUInt("height", 360),
+                      dbg("unknown heigth, Set default:360"),
+                      readUInt("startidx", 0),
+                      dbg("unknown startidx, Set default:0"),
+                      readUInt("count", 9),
+                      dbg("unknown count, Set default:9"),
+                      dbg("channelId:c1, reqId:r1"),
+                      dbg("width:240, heigth:360, type:3, path:"),
+                      dbg("startIdx:0, count:9"),
+                      manager(),
+                      did("appendThumbnailList(0, 9)"),
+                      manager(),
+                      did("startThumbnail(240u, 360u, 3)")})
             .succeeds()
             .afterwards(leaves(kStored, 9))
             .check();
@@ -100,7 +114,8 @@ TEST(StartThumbnail, LargestNumbers_ArePassedAsTheyAre)
         .happens({readString("channelId"), readString("reqId"), readString("path"), war("unknown Path"), readInt("type"),
                   readUInt("width", 240), readUInt("height", 360), readUInt("startidx", 0), readUInt("count", 9),
                   dbg("channelId:c1, reqId:r1"), dbg("width:-1, heigth:-2, type:3, path:"), dbg("startIdx:-3, count:-4"),
-                  manager(), did("appendThumbnailList(-3, -4)"), manager(), did("startThumbnail(4294967295u, 4294967294u, 3)")})
+                  manager(), did("appendThumbnailList(-3, -4)"), manager(),
+                  did("startThumbnail(4294967295u, 4294967294u, 3)")})
         .succeeds()
         .afterwards(leaves(kStored, -4))
         .check();
@@ -110,8 +125,8 @@ TEST(StartThumbnail, EmptyRequestId_IsAccepted)
 {
     start(R"({"channelId":"c1","reqId":"","path":"/a.jpg","type":3,"width":100,"height":50,"startidx":4,"count":6})")
         .happens(after(readingAll(), {dbg("channelId:c1, reqId:"), dbg("width:100, heigth:50, type:3, path:/a.jpg"),
-                                      dbg("startIdx:4, count:6"), manager(), did(R"(appendThumbnailList("/a.jpg"))"), manager(),
-                                      did("startThumbnail(100u, 50u, 3)")}))
+                                      dbg("startIdx:4, count:6"), manager(), did(R"(appendThumbnailList("/a.jpg"))"),
+                                      manager(), did("startThumbnail(100u, 50u, 3)")}))
         .succeeds()
         .afterwards(leaves({"c1", "", "startThumbnail", ""}, 1))
         .check();
@@ -137,8 +152,8 @@ TEST(StartThumbnail, StartRefused_LogsItsStatus)
             plugin.m_requestSlots[3].extra = "old extra";
             platform.statuses["startThumbnail"] = 2;
         })
-        .happens(after(startingOneFile(),
-                       {manager(), did("startThumbnail(100u, 50u, 3)"), err("startThumbnail failed!!!ret:2")}))
+        .happens(
+            after(startingOneFile(), {manager(), did("startThumbnail(100u, 50u, 3)"), err("startThumbnail failed!!!ret:2")}))
         .fails()
         .afterwards(leaves(kStored, 1))
         .check();
@@ -170,7 +185,8 @@ TEST(StartThumbnail, TypeUnreadable_KeepsTheStoredIdsAndTheTotal)
 {
     for (const char* type : {"", R"(,"type":"3")"}) {
         start(R"({"channelId":"c1","reqId":"r1","path":"/a.jpg")" + std::string(type) + "}")
-            .happens({readString("channelId"), readString("reqId"), readString("path"), readInt("type"), err("unknown type")})
+            .happens(
+                {readString("channelId"), readString("reqId"), readString("path"), readInt("type"), err("unknown type")})
             .fails()
             .afterwards(leaves(kStored, 77))
             .check();
@@ -224,11 +240,11 @@ void expectDisarmed(const ExposedPlugin& plugin)
 TEST(NotifyThumbnailInfo, Success_PublishesAnEmptyPictureWithoutError)
 {
     notify(true)
-        .happens({dbg("[TVFW::CStoragePlugin] notify Thumbnail status:1, index:6, reqId:r1"),
-                  dbg("[TVFW::CStoragePlugin] Calling getThumbnailDataByIndex:6, imageData.size:0"),
-                  published("c1", "storage.media.thumbnail.complete",
-                            R"({"errorCode":0,"imageData":"","index":6,"reqId":"r1"})"),
-                  dbg("[TVFW::CStoragePlugin] NotifyThumbnailInfo, clear reqId: r1")})
+        .happens(
+            {dbg("[TVFW::CStoragePlugin] notify Thumbnail status:1, index:6, reqId:r1"),
+             dbg("[TVFW::CStoragePlugin] Calling getThumbnailDataByIndex:6, imageData.size:0"),
+             published("c1", "storage.media.thumbnail.complete", R"({"errorCode":0,"imageData":"","index":6,"reqId":"r1"})"),
+             dbg("[TVFW::CStoragePlugin] NotifyThumbnailInfo, clear reqId: r1")})
         .afterwards(expectDisarmed)
         .check();
 }
@@ -236,10 +252,10 @@ TEST(NotifyThumbnailInfo, Success_PublishesAnEmptyPictureWithoutError)
 TEST(NotifyThumbnailInfo, Failure_PublishesErrorOne)
 {
     notify(false)
-        .happens({dbg("[TVFW::CStoragePlugin] notify Thumbnail status:0, index:6, reqId:r1"),
-                  published("c1", "storage.media.thumbnail.complete",
-                            R"({"errorCode":1,"imageData":"","index":6,"reqId":"r1"})"),
-                  dbg("[TVFW::CStoragePlugin] NotifyThumbnailInfo, clear reqId: r1")})
+        .happens(
+            {dbg("[TVFW::CStoragePlugin] notify Thumbnail status:0, index:6, reqId:r1"),
+             published("c1", "storage.media.thumbnail.complete", R"({"errorCode":1,"imageData":"","index":6,"reqId":"r1"})"),
+             dbg("[TVFW::CStoragePlugin] NotifyThumbnailInfo, clear reqId: r1")})
         .afterwards(expectDisarmed)
         .check();
 }
