@@ -1,0 +1,18 @@
+#pragma once
+
+#include "desktop/host/Output.h"
+#include "desktop/host/Television.h"
+
+namespace desktop {
+
+struct BrowseOptions {
+    std::string path;       ///< absolute, or relative to the first stick; empty: the first stick
+    int pageSize = 0;       ///< entries to a page; 0: no pages are shown
+    int page = 0;           ///< the one page to show, from 1; 0: all
+    bool recursive = false; ///< all folders below, too
+};
+
+/// Lists a folder for people, by what the plugin tells alone. Returns the exit status.
+int runBrowse(TelevisionSettings settings, const BrowseOptions& options, Output& output, const Interrupts& interrupts);
+
+} // namespace desktop

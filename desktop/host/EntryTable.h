@@ -1,0 +1,33 @@
+#pragma once
+
+#include <json/json.h>
+
+#include <cstdint>
+#include <string>
+
+namespace desktop {
+
+/// Sums over the entries shown.
+struct EntryTotals {
+    std::uint64_t folders = 0;
+    std::uint64_t files = 0;
+    std::uint64_t bytes = 0;
+
+    void add(const Json::Value& entry);
+    /// "3 folders, 12 files, 1.5 MB".
+    std::string text() const;
+};
+
+/// The line over a list of entries.
+std::string entryHeading(bool coloured);
+
+/// One entry of a page as a line: type, size, time, name.
+std::string entryLine(const Json::Value& entry, bool coloured);
+
+/// @p text as the heading of a folder.
+std::string folderHeading(const std::string& text, bool coloured);
+
+/// Whether @p entry is a folder.
+bool isFolder(const Json::Value& entry);
+
+} // namespace desktop

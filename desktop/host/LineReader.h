@@ -1,0 +1,31 @@
+#pragma once
+
+#include "desktop/host/Interrupts.h"
+
+#include <optional>
+#include <string>
+
+namespace desktop {
+
+/// Reads lines from a descriptor until its end or an interrupt.
+class LineReader {
+public:
+    /// Longer lines are cut off here, so that a stream without line ends cannot fill the memory.
+    static constexpr std::size_t kLongestLine = 16U << 20; // bytes
+
+    LineReader(int fd, const Interrupts& interrupts);
+
+    /// The next line without its line end; nothing at the end, also when an interrupt is pending.
+    std::optional<std::string> next();
+
+private:
+    bool readMore();
+    std::string takeLine(std::size_t length, std::size_t lineEnd);
+
+    int m_fd;
+    const Interrupts& m_interrupts;
+    std::string m_buffer;
+    bool m_skipping = false; ///< the rest of a line that was cut off
+};
+
+} // namespace desktop

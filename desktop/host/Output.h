@@ -1,0 +1,31 @@
+#pragma once
+
+#include "desktop/host/Interrupts.h"
+
+#include <mutex>
+#include <string_view>
+
+namespace desktop {
+
+/// What the program tells its user, apart from the log. Safe on any thread.
+class Output {
+public:
+    /// Writes to @p fd. A reader that reads no more does not keep @p interrupts waiting.
+    Output(UniqueFd fd, const Interrupts& interrupts);
+
+    /// Writes @p text whole, not mixed with that of other threads. False once the reader has gone or an interrupt has come.
+    bool write(std::string_view text);
+    /// Whether every write has succeeded.
+    bool good() const;
+    bool isTerminal() const { return isatty(m_fd.get()) == 1; }
+
+private:
+    bool writeSome(std::string_view& text);
+
+    UniqueFd m_fd;
+    const Interrupts& m_interrupts;
+    mutable std::mutex m_mutex;
+    bool m_good = true;
+};
+
+} // namespace desktop

@@ -1,0 +1,45 @@
+#include "desktop/host/PluginLibrary.h"
+
+#include <dlfcn.h>
+
+#include <filesystem>
+#include <stdexcept>
+
+namespace desktop {
+
+void PluginLibrary::Close::operator()(void* handle) const
+{
+    dlclose(handle);
+}
+
+PluginLibrary::PluginLibrary(const std::string& file)
+    : m_handle(dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL))
+{
+    if (m_handle == nullptr) {
+        throw std::runtime_error(std::string("cannot load the plugin: ") + dlerror());
+    }
+    find(load, "Plugin_Load");
+    find(execute, "Plugin_Execute");
+    find(unload, "Plugin_Unload");
+    find(setPublishCallback, "Server_PublishNotification_Callback");
+}
+
+template <typename Function>
+void PluginLibrary::find(Function& function, const char* name)
+{
+    void* const symbol = dlsym(m_handle.get(), name);
+    if (symbol == nullptr) {
+        throw std::runtime_error(std::string("this is no plugin: ") + dlerror());
+    }
+    function = reinterpret_cast<Function>(symbol);
+}
+
+std::string defaultPluginFile()
+{
+    namespace fs = std::filesystem;
+    const fs::path program = fs::read_symlink("/proc/self/exe").parent_path();
+    const fs::path built = program / PLUGIN_BUILT;
+    return (fs::exists(built) ? built : program / PLUGIN_INSTALLED).lexically_normal().string();
+}
+
+} // namespace desktop

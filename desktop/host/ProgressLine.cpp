@@ -1,0 +1,48 @@
+#include "desktop/host/ProgressLine.h"
+
+#include "desktop/host/TextColumns.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cstdio>
+
+namespace desktop {
+
+namespace {
+
+std::size_t terminalColumns()
+{
+    winsize size = {};
+    constexpr std::size_t kUsual = 80;
+    return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsual;
+}
+
+} // namespace
+
+ProgressLine::ProgressLine()
+    : m_terminal(isatty(STDERR_FILENO) == 1)
+{
+}
+
+void ProgressLine::show(const std::string& directory, std::size_t entries)
+{
+    if (!m_terminal) {
+        return;
+    }
+    const std::string text = std::to_string(entries) + " entries read of " + visibleText(directory);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    std::fprintf(stderr, "\r\x1b[K%s", fitted(text, terminalColumns() - 1).c_str());
+    m_shown = true;
+}
+
+void ProgressLine::clear()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_shown) {
+        std::fputs("\r\x1b[K", stderr);
+        m_shown = false;
+    }
+}
+
+} // namespace desktop

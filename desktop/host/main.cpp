@@ -1,0 +1,76 @@
+#include "desktop/host/CommandNames.h"
+#include "desktop/host/Options.h"
+#include "desktop/host/PrivateDirectories.h"
+#include "desktop/host/ShellCommand.h"
+#include "desktop/host/TextColumns.h"
+
+#include <fcntl.h>
+
+#include <cerrno>
+#include <clocale>
+#include <cstdio>
+#include <system_error>
+
+namespace {
+
+using desktop::Options;
+using desktop::UniqueFd;
+
+// The plugin logs on standard output, which the program needs for itself: the log goes where the user wants it, or where it
+// does not disturb a listing. Returns what was standard output.
+UniqueFd divertLog(const Options& options)
+{
+    UniqueFd output(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    UniqueFd log(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    if (!options.logFile.empty()) {
+        log = UniqueFd(open(options.logFile.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666));
+    } else if (options.command == Options::Command::Browse && !options.logLevel) {
+        log = UniqueFd(open("/dev/null", O_WRONLY | O_CLOEXEC));
+    }
+    if (!output || !log || dup2(log.get(), STDOUT_FILENO) < 0) {
+        throw std::system_error(errno, std::generic_category(), options.logFile.empty() ? "log" : options.logFile);
+    }
+    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
+    return output;
+}
+
+int listCommands()
+{
+    for (const desktop::CommandName& command : desktop::kCommandNames) {
+        std::printf("%10u  %s  %s\n", desktop::commandHash(command.name), desktop::padRight(command.name, 43).c_str(),
+                    command.purpose);
+    }
+    return std::fflush(stdout) == 0 ? 0 : 1;
+}
+
+int runTelevision(const Options& options)
+{
+    const desktop::Interrupts interrupts; // before anything that starts a thread
+    desktop::Output output(divertLog(options), interrupts);
+    desktop::setLogLevel(options.logLevel.value_or(desktop::LogLevel::Warning));
+    const std::string refusal = desktop::makeDirectoriesPrivate();
+    if (!refusal.empty()) {
+        std::fprintf(stderr, "desktop-tv: no private directories, so none for thumbnails (%s)\n", refusal.c_str());
+    }
+    desktop::TelevisionSettings settings;
+    settings.pluginFile = options.pluginFile;
+    settings.sticks = options.sticks;
+    return options.command == Options::Command::Browse
+               ? desktop::runBrowse(std::move(settings), options.browse, output, interrupts)
+               : desktop::runShell(std::move(settings), output, interrupts);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+try {
+    std::setlocale(LC_CTYPE, "C.UTF-8"); // names are UTF-8 whatever the user's own locale
+    Options options;
+    if (const auto status = desktop::parseOptions(argc, argv, options)) {
+        return *status;
+    }
+    return options.command == Options::Command::Commands ? listCommands() : runTelevision(options);
+} catch (const std::exception& error) {
+    std::fprintf(stderr, "desktop-tv: %s\n", error.what());
+    return 1;
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+namespace desktop {
+
+/// Delivers events to the listener, one at a time and in order, on a thread of its own. Operations are safe on any thread
+/// but the event thread.
+class EventQueue {
+public:
+    using Listener = void (*)(int event, void* data);
+
+    EventQueue() = default;
+    ~EventQueue() { stop(); }
+
+    /// Replaces the listener, also while events are delivered.
+    void setListener(Listener listener);
+
+    /// Appends event @p id, a SocMwEventId, with its data. When @p wanted is given and says no at the event's turn, the
+    /// event is dropped. Before start() events only gather.
+    void post(int id, std::shared_ptr<void> data = nullptr, std::function<bool()> wanted = nullptr);
+
+    void start();
+    /// Delivers what has been posted so far and ends the thread; later events gather for the next start().
+    void stop();
+
+private:
+    struct Event {
+        int id;
+        std::shared_ptr<void> data;
+        std::function<bool()> wanted;
+    };
+
+    void run();
+
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::deque<Event> m_events;
+    Listener m_listener = nullptr;
+    bool m_stopping = false;
+    std::thread m_thread;
+};
+
+} // namespace desktop

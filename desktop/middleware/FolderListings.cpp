@@ -1,0 +1,195 @@
+#include "desktop/middleware/FolderListings.h"
+
+#include "desktop/middleware/Log.h"
+#include "desktop/middleware/NameEncoding.h"
+
+#include "platform/SocMwEvents.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+
+namespace desktop {
+
+namespace {
+
+// How long a page waits for a folder that has to be read first; the reading goes on for the next try.
+constexpr std::chrono::seconds kPagePatience(5);
+
+std::string withoutTrailingSlash(std::string path)
+{
+    while (!path.empty() && path.back() == '/') {
+        path.pop_back();
+    }
+    return path;
+}
+
+} // namespace
+
+FolderListings::FolderListings(PathResolver resolver, EventQueue& events, FolderObserver observer)
+    : m_resolver(std::move(resolver))
+    , m_events(events)
+    , m_observer(std::move(observer))
+{
+}
+
+bool FolderListings::change(const std::string& directory, int itemsPerPage)
+{
+    m_itemsPerPage = itemsPerPage;
+    {
+        const std::lock_guard<std::mutex> lock(m_spellingMutex);
+        m_spelling = directory;
+    }
+    dropFinishedReads();
+    if (m_change != nullptr) {
+        m_change->cancel(); // also when it has been read but not delivered: it has been overtaken
+        m_others.push_back(std::move(m_change));
+    }
+    FolderToRead folder;
+    if (!openFolder(directory, folder)) {
+        return false;
+    }
+    startChange(std::move(folder));
+    return true;
+}
+
+void FolderListings::cancel()
+{
+    for (const auto& read : m_others) {
+        read->cancel();
+    }
+    if (m_change != nullptr && !m_change->finished()) {
+        m_change->cancel();
+    }
+}
+
+ListingPointer FolderListings::current() const
+{
+    return m_change != nullptr ? m_change->listing() : nullptr;
+}
+
+ListingPointer FolderListings::of(const std::string& directory)
+{
+    FolderToRead folder;
+    struct stat status = {};
+    if (!openFolder(directory, folder) || fstat(folder.fd.get(), &status) != 0) {
+        return nullptr;
+    }
+    if (ListingPointer known = m_cache.find(folder.directory, FolderStamp(status))) {
+        return known;
+    }
+    dropFinishedReads();
+    FolderRead& read = readForPage(std::move(folder));
+    if (!read.waitFor(kPagePatience)) {
+        report(directory, ETIMEDOUT);
+    }
+    return read.listing();
+}
+
+bool FolderListings::forget(const std::string& directory)
+{
+    const std::string path = decodeName(directory);
+    m_cache.dropBelow(path);
+    return static_cast<bool>(m_resolver.locate(path));
+}
+
+std::string FolderListings::directoryOf(const std::string& path) const
+{
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos) {
+        return "";
+    }
+    const std::string directory = path.substr(0, slash);
+    const std::lock_guard<std::mutex> lock(m_spellingMutex);
+    if (!m_spelling.empty() && withoutTrailingSlash(m_spelling) == withoutTrailingSlash(directory)) {
+        return m_spelling;
+    }
+    return directory.empty() ? "/" : directory;
+}
+
+UniqueFd FolderListings::pin(const std::string& path) const
+{
+    UniqueFd pinned = PathResolver::open(m_resolver.locate(decodeName(path)), O_PATH);
+    if (!pinned) {
+        report(path, errno);
+    }
+    return pinned;
+}
+
+bool FolderListings::openFolder(const std::string& directory, FolderToRead& folder) const
+{
+    folder.location = m_resolver.locate(decodeName(directory));
+    folder.fd = PathResolver::open(folder.location, O_RDONLY | O_DIRECTORY | O_NONBLOCK);
+    folder.directory = withoutTrailingSlash(directory);
+    if (!folder.fd) {
+        report(directory, errno);
+    }
+    return static_cast<bool>(folder.fd);
+}
+
+void FolderListings::startChange(FolderToRead folder)
+{
+    const std::string directory = folder.directory;
+    m_change = std::make_unique<FolderRead>(std::move(folder), progressOf(directory),
+                                            [this, directory](const FolderRead::OutcomePointer& outcome) {
+                                                finishRead(directory, *outcome);
+                                                answer(outcome);
+                                            });
+}
+
+FolderRead& FolderListings::readForPage(FolderToRead folder)
+{
+    const std::string directory = folder.directory;
+    if (m_change != nullptr && m_change->directory() == directory && !m_change->finished()) {
+        return *m_change;
+    }
+    m_others.push_back(std::make_unique<FolderRead>(
+        std::move(folder), progressOf(directory),
+        [this, directory](const FolderRead::OutcomePointer& outcome) { finishRead(directory, *outcome); }));
+    return *m_others.back();
+}
+
+void FolderListings::finishRead(const std::string& directory, const FolderRead::Outcome& outcome)
+{
+    if (outcome.listing != nullptr) {
+        m_cache.keep(outcome.listing);
+    } else {
+        report(directory, outcome.error);
+    }
+}
+
+// Whoever asked is answered, with an empty list if need be.
+void FolderListings::answer(const FolderRead::OutcomePointer& outcome)
+{
+    const ListingPointer listing = outcome->listing != nullptr ? outcome->listing : std::make_shared<Listing>();
+    m_events.post(SOCMW_MM_EVENT_FB_CHANGE_DIR_COMPLETED, std::shared_ptr<void>(listing, &listing->entries),
+                  [outcome] { return !outcome->cancelled; });
+}
+
+void FolderListings::dropFinishedReads()
+{
+    const auto finished = [](const std::unique_ptr<FolderRead>& read) { return read->finished(); };
+    m_others.erase(std::remove_if(m_others.begin(), m_others.end(), finished), m_others.end());
+}
+
+void FolderListings::report(const std::string& path, int error) const
+{
+    const std::string reason = describeError(error);
+    logLine(LogLevel::Warning, "cannot read " + path + ": " + reason);
+    if (m_observer.failed) {
+        m_observer.failed(path, reason);
+    }
+}
+
+ReadProgress FolderListings::progressOf(const std::string& directory) const
+{
+    return [this, directory](std::size_t entries) {
+        if (m_observer.progress) {
+            m_observer.progress(directory, entries);
+        }
+    };
+}
+
+} // namespace desktop

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "desktop/middleware/EventQueue.h"
+#include "desktop/middleware/FolderRead.h"
+#include "desktop/middleware/ListingCache.h"
+
+namespace desktop {
+
+/// How a host follows what is read. Called on any thread; must not call back.
+struct FolderObserver {
+    /// How many entries of @p directory have been read so far.
+    std::function<void(const std::string& directory, std::size_t entries)> progress;
+    /// Why @p path cannot be read; told before the refusal or the empty listing that follows.
+    std::function<void(const std::string& path, const std::string& reason)> failed;
+};
+
+/// The folders that the browser shows. Paths are texts, as encodeName writes them. Operations are called on the command
+/// thread unless said otherwise.
+class FolderListings {
+public:
+    FolderListings(PathResolver resolver, EventQueue& events, FolderObserver observer);
+
+    /// Makes @p directory the current one and starts reading it; ends in SOCMW_MM_EVENT_FB_CHANGE_DIR_COMPLETED, with no
+    /// entries when the reading fails. A change that is overtaken before its event is delivered raises none. False, and no
+    /// event, when there is no such folder on a stick.
+    bool change(const std::string& directory, int itemsPerPage);
+    /// Stops what is being read; it raises no event.
+    void cancel();
+
+    /// The current directory's listing; null until it has been read.
+    ListingPointer current() const;
+    /// The listing of @p directory, read now unless it is known and unchanged; null when that fails or takes too long.
+    ListingPointer of(const std::string& directory);
+    /// Entries to a page, as the latest change gave it.
+    int itemsPerPage() const { return m_itemsPerPage; }
+
+    /// Forgets the listings below @p directory; false when it lies on no stick.
+    bool forget(const std::string& directory);
+    /// The directory of @p path, spelled as the latest change spelled it. Safe on any thread.
+    std::string directoryOf(const std::string& path) const;
+    /// Opens what @p path stands for with O_PATH; empty, the observer told, when it is not there or on no stick.
+    UniqueFd pin(const std::string& path) const;
+
+private:
+    bool openFolder(const std::string& directory, FolderToRead& folder) const;
+    void startChange(FolderToRead folder);
+    FolderRead& readForPage(FolderToRead folder);
+    void finishRead(const std::string& directory, const FolderRead::Outcome& outcome);
+    void answer(const FolderRead::OutcomePointer& outcome);
+    void dropFinishedReads();
+    void report(const std::string& path, int error) const;
+    ReadProgress progressOf(const std::string& directory) const;
+
+    PathResolver m_resolver;
+    EventQueue& m_events;
+    FolderObserver m_observer;
+    ListingCache m_cache;
+    mutable std::mutex m_spellingMutex;
+    std::string m_spelling; ///< the latest change's directory, as it was asked for
+    int m_itemsPerPage = 9;
+    std::unique_ptr<FolderRead> m_change;              ///< the latest; null when it could not begin
+    std::vector<std::unique_ptr<FolderRead>> m_others; ///< reads for single pages, and overtaken changes that still end
+};
+
+} // namespace desktop

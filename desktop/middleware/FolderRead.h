@@ -1,0 +1,50 @@
+#pragma once
+
+#include "desktop/middleware/FolderReader.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+namespace desktop {
+
+/// One folder being read on a thread of its own, so that a folder that does not answer holds up nothing but itself.
+class FolderRead {
+public:
+    /// What came of it. Owned by the reading thread too, which may outlive the FolderRead.
+    struct Outcome {
+        std::atomic<bool> cancelled{false};
+        std::mutex mutex;
+        std::condition_variable changed;
+        bool finished = false;
+        int error = 0;
+        ListingPointer listing; ///< set when finished without error
+    };
+    using OutcomePointer = std::shared_ptr<Outcome>;
+
+    /// Called on the reading thread at the end, the outcome's mutex held; never once cancelled.
+    using Done = std::function<void(const OutcomePointer& outcome)>;
+
+    FolderRead(FolderToRead folder, ReadProgress progress, Done done);
+    /// Cancels; waits for the thread, but not for long when the file system keeps it.
+    ~FolderRead();
+    FolderRead(const FolderRead&) = delete;
+    FolderRead& operator=(const FolderRead&) = delete;
+
+    const std::string& directory() const { return m_directory; }
+    /// Returns at once; when it has returned, Done is not called any more.
+    void cancel();
+    /// Whether the read has ended, which it is given @p time for.
+    bool waitFor(std::chrono::milliseconds time) const;
+    bool finished() const { return waitFor(std::chrono::milliseconds(0)); }
+    /// The listing; null while it is being read, and when that failed or was cancelled.
+    ListingPointer listing() const;
+
+private:
+    std::string m_directory;
+    OutcomePointer m_outcome;
+    std::thread m_thread;
+};
+
+} // namespace desktop

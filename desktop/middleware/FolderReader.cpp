@@ -1,0 +1,136 @@
+#include "desktop/middleware/FolderReader.h"
+
+#include "desktop/middleware/EntryFacts.h"
+#include "desktop/middleware/MediaTypes.h"
+#include "desktop/middleware/NameEncoding.h"
+#include "desktop/middleware/NaturalOrder.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <tuple>
+
+namespace desktop {
+
+namespace {
+
+constexpr std::size_t kProgressStep = 512; // entries
+
+struct CloseDirectory {
+    void operator()(DIR* directory) const { closedir(directory); }
+};
+using Directory = std::unique_ptr<DIR, CloseDirectory>;
+
+// A second view of the folder, read from its beginning; closing it leaves the first one open.
+Directory openDirectory(int fd)
+{
+    UniqueFd own(openat(fd, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    Directory directory(own ? fdopendir(own.get()) : nullptr);
+    if (directory != nullptr) {
+        own.release();
+    }
+    return directory;
+}
+
+bool isSelfOrParent(const char* name)
+{
+    return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
+}
+
+FolderFileInfo_s describe(const std::string& directory, const std::string& name, const EntryFacts& facts)
+{
+    FolderFileInfo_s entry;
+    entry.type = facts.type;
+    entry.size = facts.size;
+    entry.ctime = formatTime(facts.created);
+    entry.name = encodeName(name);
+    entry.path = directory + "/" + entry.name;
+    entry.title = facts.type == FILE_TYPE_FOLDER ? entry.name : encodeName(nameWithoutExtension(name));
+    return entry;
+}
+
+void sortEntries(std::vector<FolderFileInfo_s>& entries)
+{
+    struct Ranked {
+        bool isFile;
+        std::string key;
+        FolderFileInfo_s entry;
+    };
+    NaturalOrder order;
+    std::vector<Ranked> ranked;
+    ranked.reserve(entries.size());
+    for (FolderFileInfo_s& entry : entries) {
+        ranked.push_back({entry.type != FILE_TYPE_FOLDER, order.key(entry.name), std::move(entry)});
+    }
+    std::sort(ranked.begin(), ranked.end(), [](const Ranked& a, const Ranked& b) {
+        return std::tie(a.isFile, a.key, a.entry.name) < std::tie(b.isFile, b.key, b.entry.name);
+    });
+    for (std::size_t i = 0; i < ranked.size(); ++i) {
+        entries[i] = std::move(ranked[i].entry);
+        entries[i].id = static_cast<std::int32_t>(i);
+    }
+}
+
+int readEntries(DIR* directory, const FolderToRead& folder, const std::atomic<bool>& cancelled, const ReadProgress& progress,
+                std::vector<FolderFileInfo_s>& entries)
+{
+    const EntryInspector inspector(dirfd(directory), folder.location);
+    while (!cancelled) {
+        errno = 0;
+        const dirent* found = readdir(directory);
+        if (found == nullptr) {
+            return errno;
+        }
+        if (isSelfOrParent(found->d_name)) {
+            continue;
+        }
+        const std::string name = found->d_name;
+        if (const auto facts = inspector.inspect(name)) {
+            entries.push_back(describe(folder.directory, name, *facts));
+            if (entries.size() % kProgressStep == 0 && !cancelled) {
+                progress(entries.size());
+            }
+        }
+    }
+    return ECANCELED;
+}
+
+} // namespace
+
+int readFolder(const FolderToRead& folder, const std::atomic<bool>& cancelled, const ReadProgress& progress,
+               Listing& listing)
+{
+    struct stat status = {};
+    const Directory directory = openDirectory(folder.fd.get());
+    if (directory == nullptr || fstat(folder.fd.get(), &status) != 0) {
+        return errno;
+    }
+    listing.directory = folder.directory;
+    listing.stamp = FolderStamp(status);
+    const int error = readEntries(directory.get(), folder, cancelled, progress, listing.entries);
+    if (error != 0) {
+        return error;
+    }
+    // A removed folder reads as an empty one.
+    if (fstat(folder.fd.get(), &status) != 0 || status.st_nlink == 0) {
+        return ENOENT;
+    }
+    sortEntries(listing.entries);
+    return 0;
+}
+
+std::string formatTime(std::time_t time)
+{
+    std::tm local = {};
+    char text[sizeof "YYYYYYYYYY-MM-DD hh:mm:ss"] = {};
+    if (localtime_r(&time, &local) != nullptr) {
+        std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &local);
+    }
+    return text;
+}
+
+} // namespace desktop

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "desktop/middleware/Listing.h"
+#include "desktop/middleware/PathResolver.h"
+
+#include <atomic>
+#include <ctime>
+#include <functional>
+
+namespace desktop {
+
+/// A folder to read: where it is, its open descriptor, and the text its entries' paths begin with.
+struct FolderToRead {
+    Location location;
+    UniqueFd fd;
+    std::string directory; ///< as Listing::directory
+};
+
+/// Told the number of entries read so far, every few hundred.
+using ReadProgress = std::function<void(std::size_t entries)>;
+
+/// Reads @p folder into @p listing, in time and memory proportional to its entries but for their sorting. Returns 0, or why
+/// it failed as an errno value: ECANCELED once @p cancelled is set, ENOENT when the folder was removed meanwhile.
+int readFolder(const FolderToRead& folder, const std::atomic<bool>& cancelled, const ReadProgress& progress,
+               Listing& listing);
+
+/// The time @p time as "YYYY-MM-DD hh:mm:ss", local.
+std::string formatTime(std::time_t time);
+
+} // namespace desktop

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace desktop {
+
+/// One character of a UTF-8 text. A length of 0 says that the text's first byte begins none.
+struct Character {
+    char32_t value = 0;
+    std::size_t length = 0; ///< bytes
+};
+
+/// The character at the front of @p text; strict: no overlong forms, no surrogates, nothing beyond U+10FFFF.
+Character firstCharacter(std::string_view text);
+
+} // namespace desktop
