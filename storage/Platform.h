@@ -12,4 +12,10 @@ inline std::shared_ptr<SocMwStorageUsbMgr> storageManager()
     return SocMiddleware::getInstance()->getStorageUsbMgr();
 }
 
+/// A fresh handle to the system manager, used and dropped alike.
+inline std::shared_ptr<SocMwSystemMgr> systemManager()
+{
+    return SocMiddleware::getInstance()->getSystemMgr();
+}
+
 } // namespace tvfirmware

@@ -1,9 +1,8 @@
 #include "storage/CStorageMediaPlugin.h"
 
 #include "storage/Log.h"
+#include "storage/Platform.h"
 #include "storage/devices/DlnaPath.h"
-
-#include "platform/SocMiddleware.h"
 
 namespace tvfirmware {
 
@@ -39,10 +38,9 @@ UsbDevStatus mountStatus(bool dlna, bool mounted)
 void wakeScreen()
 {
     int status = 0;
-    const auto system = SocMiddleware::getInstance()->getSystemMgr();
-    system->getScreenStatus(&status);
+    systemManager()->getScreenStatus(&status);
     if (status != 0) {
-        system->ScreenOff(0);
+        systemManager()->ScreenOff(0);
     }
 }
 

@@ -20,17 +20,6 @@ Json::Value groupReply(Json::Value list)
     return answer;
 }
 
-Json::Value superdemoEntry(const media_file_info_s& media)
-{
-    Json::Value entry;
-    entry["path"] = media.path;
-    entry["title"] = media.title;
-    entry["year"] = media.year;
-    entry["mediatype"] = static_cast<Json::Int>(media.type);
-    entry["duration"] = static_cast<Json::UInt>(media.duration);
-    return entry;
-}
-
 } // namespace
 
 bool CStorageMediaPlugin::getGroupListInfo(Json::Value* request, Json::Value* reply)
@@ -116,12 +105,7 @@ bool CStorageMediaPlugin::getSuperdemoGroupListInfo(Json::Value* /*request*/, Js
         LOG_ERR("Params is NULL!!!");
         return false;
     }
-    const std::vector<media_file_info_s> demonstration; // sets in a store show an empty list
-    Json::Value list(Json::arrayValue);
-    for (const media_file_info_s& media : demonstration) {
-        list.append(superdemoEntry(media));
-    }
-    *reply = groupReply(std::move(list));
+    *reply = groupReply(Json::Value(Json::arrayValue)); // sets in a store show an empty list
     return true;
 }
 

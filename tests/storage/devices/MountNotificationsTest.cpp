@@ -103,7 +103,8 @@ TEST(MountNotifications, ScreenIsOff_IsSwitchedOnBeforePublishing)
         Json::Value body;
         Scenario("", [&](ExposedPlugin& plugin) { plugin.NotifyUsbMountStatus(body, tvfirmware::USB_DEV_STATUS_MOUNT); })
             .given([status](FakePlatform& platform, ExposedPlugin&) { platform.screenStatus = status; })
-            .happens(then(screen(), {did("ScreenOff(0)"), broadcast("storagemedia.usb.mount", "null")}))
+            .happens(
+                then(screen(), {did("system manager"), did("ScreenOff(0)"), broadcast("storagemedia.usb.mount", "null")}))
             .check();
     }
 }
@@ -116,7 +117,7 @@ TEST(MountNotifications, ScreenStatusFails_ItsStatusStillCounts)
             platform.statuses = {{"getScreenStatus", -1}, {"ScreenOff", -1}};
             platform.screenStatus = 1;
         })
-        .happens(then(screen(), {did("ScreenOff(0)"), broadcast("storagemedia.usb.mount", "null")}))
+        .happens(then(screen(), {did("system manager"), did("ScreenOff(0)"), broadcast("storagemedia.usb.mount", "null")}))
         .check();
 }
 
