@@ -34,6 +34,7 @@ Television::~Television()
 bool Television::execute(const std::string& command, Json::Value request, Json::Value& reply)
 {
     request["CmdHash"] = commandHash(command);
+    const auto turn = DesktopMiddleware::instance().events().holdDelivery();
     m_answers.begin(command, request);
     if (!m_plugin.execute(command.c_str(), &request, &reply)) {
         m_answers.refused();

@@ -17,6 +17,11 @@ void EventQueue::post(int id, std::shared_ptr<void> data, std::function<bool()> 
     m_changed.notify_one();
 }
 
+std::unique_lock<std::mutex> EventQueue::holdDelivery()
+{
+    return std::unique_lock<std::mutex>(m_turn);
+}
+
 void EventQueue::start()
 {
     if (!m_thread.joinable()) {
@@ -50,8 +55,11 @@ void EventQueue::run()
         m_events.pop_front();
         const Listener listener = m_listener;
         lock.unlock();
-        if (listener != nullptr && (!event.wanted || event.wanted())) {
-            listener(event.id, event.data.get());
+        {
+            const std::lock_guard<std::mutex> turn(m_turn);
+            if (listener != nullptr && (!event.wanted || event.wanted())) {
+                listener(event.id, event.data.get());
+            }
         }
         lock.lock();
     }
