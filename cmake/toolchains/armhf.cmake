@@ -1,0 +1,5 @@
+# 32-bit hard float: the television's.
+set(triplet arm-linux-gnueabihf)
+set(CMAKE_SYSTEM_PROCESSOR armv7l)
+set(emulator qemu-arm-static)
+include(${CMAKE_CURRENT_LIST_DIR}/debian.cmake)
