@@ -168,6 +168,18 @@ TEST_F(LoadedLibrary, CalledInTheHostsOrder_Works)
     entry<void()>("Plugin_Unload")();
 }
 
+TEST_F(LoadedLibrary, BeforeLoad_EntryPointsWithoutAnInstanceOnlyLog)
+{
+    EXPECT_EQ(entry<int()>("Plugin_GetId")(), 10);
+    EXPECT_EQ(entry<int(int, void*)>("Plugin_RecvNotification")(5, nullptr), 1);
+    entry<void(void*)>("Server_NotificationToPlugin_Callback")(nullptr);
+    entry<void()>("Plugin_Unload")();
+    EXPECT_EQ(platform.takeJournal(),
+              "<log FRAMEWORK 0 [TVFW::StoragePlugin] storage plugin Plugin_RecvNotification: 5>\n"
+              "<log FRAMEWORK 0 [TVFW::StoragePlugin] storage plugin Server_NotificationToPlugin_Callback: (nil)>\n"
+              "<log FRAMEWORK 0 [TVFW::StoragePlugin] storage plugin Plugin_Unload>\n");
+}
+
 TEST_F(LoadedLibrary, ExportedHash_IsTheHosts)
 {
     const auto hash = entry<unsigned int(const char*)>("_ZN10tvfirmware10str2hashidEPKc");

@@ -50,9 +50,9 @@ TEST(ThumbnailDirectory, OnTheRealDisk_EndsUpEmpty)
 /// A plugin whose log is read after emptying a directory. Entries come in the file system's order, so lines are sorted.
 class EmptyFiles : public testing::Test {
 protected:
-    int empty(const std::string& dir)
+    int empty(const std::string& dir, int level = 0)
     {
-        platform.logLevel = 0;
+        platform.logLevel = level;
         platform.takeJournal();
         const int ret = plugin.emptyFilesUnderdir(dir);
         platform.logLevel = 4;
@@ -159,6 +159,19 @@ TEST_F(EmptyFiles, MissingDirectory_IsAnError)
     EXPECT_EQ(empty(missing), -1);
     EXPECT_EQ(journal,
               line("Empty dir:" + missing) + render({err("cannot open directory: " + missing)}, "emptyFilesUnderdir", 0));
+}
+
+TEST_F(EmptyFiles, LinesSuppressed_EmptiesAllTheSame)
+{
+    for (int level = 1; level <= 4; ++level) {
+        temporary.makeDirectory("top/sub");
+        temporary.makeFile("top/file");
+        EXPECT_EQ(empty(temporary.path("top"), level), 0);
+        EXPECT_TRUE(std::filesystem::is_empty(temporary.path("top")));
+        // Of all that happens, only the subdirectory that cannot be reached is an error.
+        EXPECT_EQ(journal,
+                  render({err("cannot open directory: " + temporary.path("top") + "sub")}, "emptyFilesUnderdir", level));
+    }
 }
 
 TEST_F(EmptyFiles, Directory_IsClosedAgain)
