@@ -1,0 +1,128 @@
+#include "bench/BenchPlatform.h"
+
+#include "platform/CJsonOperation.h"
+#include "platform/SocMiddleware.h"
+#include "platform/SocMwLog.h"
+#include "plugin/StorageMediaPlugin.h"
+
+#include <random>
+
+#include <unistd.h>
+
+BenchPlatform& benchPlatform()
+{
+    static BenchPlatform platform;
+    return platform;
+}
+
+std::vector<FolderFileInfo_s> folderOf(std::size_t count)
+{
+    std::mt19937 random(20240229); // NOLINT: the same folder in every run
+    std::vector<FolderFileInfo_s> files(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        FolderFileInfo_s& file = files[i];
+        file.id = static_cast<int>(i);
+        file.type = static_cast<int>(random() % 8);
+        file.size = random() * 7ULL;
+        file.ctime = "2024-02-29 12:34:56";
+        file.title = std::string(4 + random() % 33, 'n') + std::to_string(i % 1000);
+        file.name = file.title + ".mp4";
+        file.path = "/media/stick/Holiday films/" + file.name;
+    }
+    return files;
+}
+
+void discard(const char* /*source*/, const char* /*name*/, Json::Value& body)
+{
+    asm volatile("" : : "r"(&body) : "memory");
+}
+
+LoadedPlugin::LoadedPlugin()
+{
+    Plugin_Load();
+    Server_PublishNotification_Callback(discard);
+}
+
+LoadedPlugin::~LoadedPlugin()
+{
+    Plugin_Unload();
+}
+
+extern "C" {
+
+int gSocMwStorageLogLevel = 4;
+
+int SocMwLogLevelGet()
+{
+    return benchPlatform().logLevel;
+}
+
+void SocMwLogPrintEx(const char* /*tag*/, int /*level*/, char* /*format*/, ...)
+{
+}
+
+// The directories of the constructor stay out of the measurement, and off the machine.
+int access(const char* /*path*/, int /*mode*/) noexcept
+{
+    return -1;
+}
+
+int system(const char* /*command*/)
+{
+    return 0;
+}
+
+} // extern "C"
+
+namespace tvfirmware {
+
+namespace {
+
+const Json::Value* member(const Json::Value& object, const std::string& key)
+{
+    return object.find(key.data(), key.data() + key.size());
+}
+
+} // namespace
+
+int CJsonOperation::safeReadInt(Json::Value& object, std::string key, int& value)
+{
+    const Json::Value* found = member(object, key);
+    if (found == nullptr || !found->isInt()) {
+        return -1;
+    }
+    value = found->asInt();
+    return 0;
+}
+
+int CJsonOperation::safeReadUInt(Json::Value& object, std::string key, unsigned int& value)
+{
+    const Json::Value* found = member(object, key);
+    if (found == nullptr || !found->isUInt()) {
+        return -1;
+    }
+    value = found->asUInt();
+    return 0;
+}
+
+int CJsonOperation::safeReadBool(Json::Value& object, std::string key, bool& value)
+{
+    const Json::Value* found = member(object, key);
+    if (found == nullptr || !found->isBool()) {
+        return -1;
+    }
+    value = found->asBool();
+    return 0;
+}
+
+int CJsonOperation::safeReadString(Json::Value& object, std::string key, std::string& value)
+{
+    const Json::Value* found = member(object, key);
+    if (found == nullptr || !found->isString()) {
+        return -1;
+    }
+    value = found->asString();
+    return 0;
+}
+
+} // namespace tvfirmware
