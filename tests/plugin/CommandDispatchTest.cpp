@@ -2,6 +2,7 @@
 #include "plugin/CommandTable.h"
 #include "plugin/StorageMediaPlugin.h"
 
+#include "support/Protocol.h"
 #include "support/Scenario.h"
 
 #include <gtest/gtest.h>
@@ -167,6 +168,7 @@ TEST_P(EveryCommand, Row_HasItsIndexAndName)
     const CommandRow& row = gCmdStringMap[static_cast<std::size_t>(command.index)];
     EXPECT_EQ(row.index, command.index);
     EXPECT_STREQ(row.name, command.name);
+    EXPECT_EQ(testsupport::describedCommand(command.function)["name"].asString(), command.name);
 }
 
 INSTANTIATE_TEST_SUITE_P(Table, EveryCommand, testing::ValuesIn(commands()), [](const auto& row) {

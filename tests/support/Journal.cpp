@@ -1,6 +1,7 @@
 #include "support/Journal.h"
 
 #include "platform/FakePlatform.h"
+#include "support/Protocol.h"
 #include "support/TypedJson.h"
 
 #include <regex>
@@ -104,5 +105,6 @@ std::string normalised(const std::string& journal)
 
 void recordPublication(const char* source, const char* name, Json::Value& body)
 {
+    testsupport::expectNotificationAsDescribed(source, name, body);
     FakePlatform::instance().record("publish " + std::string(source) + " " + name + " " + testsupport::typed(body));
 }

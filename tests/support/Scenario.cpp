@@ -1,9 +1,11 @@
 #include "support/Scenario.h"
 
+#include "support/Protocol.h"
 #include "support/TypedJson.h"
 
 #include <gtest/gtest.h>
 
+using testsupport::expectReplyAsDescribed;
 using testsupport::parsed;
 using testsupport::typed;
 
@@ -113,10 +115,14 @@ void Scenario::checkAt(int level) const
     Json::Value request = m_request ? parsed(*m_request) : Json::Value();
     Json::Value reply = m_reply ? parsed(*m_reply) : Json::Value();
     const std::string requestBefore = typed(request);
+    const Json::Value replyGiven = reply;
     const std::string replyBefore = typed(reply);
     if (m_command != nullptr) {
         ASSERT_TRUE(m_result.has_value()) << "a command's result must be expected";
         EXPECT_EQ((plugin.*m_command)(m_request ? &request : nullptr, m_reply ? &reply : nullptr), *m_result);
+        if (*m_result && m_reply) {
+            expectReplyAsDescribed(m_function, replyGiven, reply);
+        }
     } else {
         m_action(plugin);
     }

@@ -67,13 +67,14 @@ INSTANTIATE_TEST_SUITE_P(Mounts, PathForm,
 struct StatusMount {
     int status;
     std::string notification;
+    std::string body;
 };
 
 class StatusForm : public testing::TestWithParam<StatusMount> {
 protected:
-    Json::Value body = testsupport::parsed(R"({"devcount":1,"devlist":[{"path":"/a"}]})");
+    Json::Value body = testsupport::parsed(GetParam().body);
     UsbDevStatus status = static_cast<UsbDevStatus>(GetParam().status);
-    Happening publication = broadcast(GetParam().notification, R"({"devcount":1,"devlist":[{"path":"/a"}]})");
+    Happening publication = broadcast(GetParam().notification, GetParam().body);
 };
 
 TEST_P(StatusForm, Notified_PublishesTheBodyUnderTheStatusName)
@@ -90,12 +91,16 @@ TEST_P(StatusForm, ReportedByTheListener_IsPublishedWithoutALine)
         .check();
 }
 
+const char kDevice[] = R"({"name":"A","path":"/a"})";
+const char kDevices[] = R"({"devcount":1,"devlist":[{"path":"/a"}]})";
+
 INSTANTIATE_TEST_SUITE_P(Statuses, StatusForm,
-                         testing::Values(StatusMount{0, "storagemedia.usb.plugin"}, StatusMount{1, "storagemedia.usb.mount"},
-                                         StatusMount{2, "storagemedia.usb.unmount"},
-                                         StatusMount{3, "storagemedia.dlna.mount"},
-                                         StatusMount{4, "storagemedia.dlna.unmount"}, StatusMount{5, ""}, StatusMount{7, ""},
-                                         StatusMount{-1, ""}));
+                         testing::Values(StatusMount{0, "storagemedia.usb.plugin", "null"},
+                                         StatusMount{1, "storagemedia.usb.mount", kDevices},
+                                         StatusMount{2, "storagemedia.usb.unmount", kDevice},
+                                         StatusMount{3, "storagemedia.dlna.mount", kDevices},
+                                         StatusMount{4, "storagemedia.dlna.unmount", kDevice}, StatusMount{5, "", kDevices},
+                                         StatusMount{7, "", kDevices}, StatusMount{-1, "", "null"}));
 
 TEST(MountNotifications, ScreenIsOff_IsSwitchedOnBeforePublishing)
 {
