@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/SocMwTypes.h"
+
+#include <string>
+
+namespace desktop {
+
+/// What a media file tells of itself. Texts are UTF-8 and empty where the file has none; numbers are 0.
+struct MediaFacts {
+    std::string title;
+    std::string artist;
+    std::string album;
+    std::string genre;
+    std::string year;      ///< four digits
+    std::string taken;     ///< when a photo was taken, "YYYY-MM-DD hh:mm:ss" as the camera's clock had it
+    int duration = 0;      ///< seconds
+    int width = 0;         ///< pixels, as shown: after turning
+    int height = 0;        ///< pixels, as shown
+    int rotation = 0;      ///< degrees clockwise that the stored picture is turned by to be shown: 0, 90, 180, 270
+    bool panorama = false; ///< a 360-degree photo
+    std::string error;     ///< why the file could not be read; its other facts are empty then
+};
+
+/// Reads media files. Implementations are safe on any thread.
+class MediaReader {
+public:
+    virtual ~MediaReader() = default;
+
+    /// The facts of the open regular file @p fd of kind @p type; its offset may change. Takes a few seconds at most: a
+    /// file that hangs, kills or exhausts its reader has only an error.
+    virtual MediaFacts read(int fd, FileType type) = 0;
+};
+
+} // namespace desktop
