@@ -50,6 +50,8 @@ void runLine(Television& television, Output& output, int number, const std::stri
         writeError(output, number, 1, fault);
         return;
     }
+    // The reply's line comes before that of any notification that the command leads to.
+    const auto turn = DesktopMiddleware::instance().events().holdDelivery();
     Json::Value answer;
     answer["command"] = line["command"];
     answer["reply"] = Json::Value(Json::objectValue);

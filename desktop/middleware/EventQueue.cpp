@@ -17,9 +17,9 @@ void EventQueue::post(int id, std::shared_ptr<void> data, std::function<bool()> 
     m_changed.notify_one();
 }
 
-std::unique_lock<std::mutex> EventQueue::holdDelivery()
+std::unique_lock<std::recursive_mutex> EventQueue::holdDelivery()
 {
-    return std::unique_lock<std::mutex>(m_turn);
+    return std::unique_lock<std::recursive_mutex>(m_turn);
 }
 
 void EventQueue::start()
@@ -32,15 +32,15 @@ void EventQueue::start()
 
 void EventQueue::stop()
 {
-    if (!m_thread.joinable()) {
-        return;
-    }
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_stopping = true;
     }
     m_changed.notify_one();
-    m_thread.join();
+    if (m_thread.joinable()) {
+        m_thread.join();
+    }
+    m_events.clear(); // of a queue that was never started
 }
 
 void EventQueue::run()
@@ -56,7 +56,7 @@ void EventQueue::run()
         const Listener listener = m_listener;
         lock.unlock();
         {
-            const std::lock_guard<std::mutex> turn(m_turn);
+            const std::lock_guard<std::recursive_mutex> turn(m_turn);
             if (listener != nullptr && (!event.wanted || event.wanted())) {
                 listener(event.id, event.data.get());
             }

@@ -26,11 +26,12 @@ public:
     void post(int id, std::shared_ptr<void> data = nullptr, std::function<bool()> wanted = nullptr);
 
     /// Holds events back as long as the lock lives; waits for the one that is being delivered. The plugin takes no lock of
-    /// its own, so its host takes turns: commands run under this one.
-    std::unique_lock<std::mutex> holdDelivery();
+    /// its own, so its host takes turns: commands run under this one. May be held more than once.
+    std::unique_lock<std::recursive_mutex> holdDelivery();
 
     void start();
-    /// Delivers what has been posted so far and ends the thread; later events gather for the next start().
+    /// Delivers what has been posted so far and ends the thread; drops it when there was none. Later events gather for the
+    /// next start().
     void stop();
 
 private:
@@ -42,7 +43,7 @@ private:
 
     void run();
 
-    std::mutex m_turn; ///< held while an event is delivered
+    std::recursive_mutex m_turn; ///< held while an event is delivered
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<Event> m_events;

@@ -1,0 +1,267 @@
+#include "tests/desktop/support/ManyFiles.h"
+#include "tests/desktop/support/Program.h"
+#include "tests/support/TemporaryDirectory.h"
+
+#include "desktop/middleware/NameEncoding.h"
+
+#include "platform/SocMwTypes.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace {
+
+namespace fs = std::filesystem;
+using testsupport::changeRequest;
+using testsupport::Program;
+using testsupport::Shell;
+
+constexpr const char* kChange = "storagemedia.folder.chgdir";
+constexpr const char* kChanged = "storagemedia.folder.chgdir.complete";
+
+class ShellTest : public testing::Test {
+protected:
+    ShellTest()
+    {
+        stick.makeDirectory("Films");
+        stick.makeFile("Films/clip 10.mkv");
+        stick.makeFile("Films/clip 9.mkv");
+    }
+
+    std::vector<std::string> options() const { return {"--stick", stick.path()}; }
+
+    testsupport::TemporaryDirectory stick;
+};
+
+TEST_F(ShellTest, Start_AnnouncesTheStick)
+{
+    Shell shell(options());
+    EXPECT_TRUE(shell.notification("storagemedia.usb.plugin").isMember("body"));
+    const Json::Value mounted = shell.notification("storagemedia.usb.mount");
+    EXPECT_EQ(mounted["source"], "storagemedia");
+    EXPECT_EQ(mounted["body"]["devlist"][0]["path"], stick.path());
+    EXPECT_EQ(shell.program.wait(), 0);
+}
+
+TEST_F(ShellTest, ChangeDirectory_IsAnsweredOnItsChannel)
+{
+    Shell shell(options());
+    shell.send(kChange, changeRequest(stick.path("Films"), "42"));
+    const Json::Value reply = shell.reply();
+    EXPECT_EQ(reply["command"], kChange);
+    EXPECT_TRUE(reply["result"].asBool());
+    const Json::Value answer = shell.notification(kChanged);
+    EXPECT_EQ(answer["source"], "channel");
+    EXPECT_EQ(answer["body"]["reqId"], "42");
+    ASSERT_EQ(answer["body"]["filecount"], 2);
+    EXPECT_EQ(answer["body"]["filelst"][0]["path"], stick.path("Films/clip 9.mkv"));
+    EXPECT_EQ(answer["body"]["filelst"][0]["type"], FILE_TYPE_VIDEO);
+    EXPECT_EQ(answer["body"]["filelst"][0]["isPhoto360"], false);
+    EXPECT_EQ(shell.program.wait(), 0);
+}
+
+TEST_F(ShellTest, EndOfInput_WaitsForTheAnswer)
+{
+    testsupport::makeManyFiles(stick.path("Films"), 3000);
+    Shell shell(options());
+    shell.send(kChange, changeRequest(stick.path("Films")));
+    EXPECT_EQ(shell.program.wait(), 0);
+    EXPECT_EQ(shell.notification(kChanged)["body"]["filecount"], 3002);
+}
+
+TEST_F(ShellTest, PagesOfTheCurrentFolder_AreCutAsAsked)
+{
+    Shell shell(options());
+    Json::Value change = changeRequest(stick.path("Films"));
+    change["number"] = 1;
+    shell.send(kChange, change);
+    EXPECT_TRUE(shell.reply()["result"].asBool());
+    EXPECT_EQ(shell.notification(kChanged)["body"]["filecount"], 2);
+    Json::Value page;
+    page["pageid"] = 1;
+    page["type"] = 1;
+    shell.send("storagemedia.get.pagefiles", page);
+    const Json::Value reply = shell.reply()["reply"];
+    ASSERT_EQ(reply["filecount"], 1);
+    EXPECT_EQ(reply["filelst"][0]["name"], "clip 10.mkv");
+}
+
+TEST_F(ShellTest, SecondChange_IsTheOneThatIsAnsweredLast)
+{
+    for (int round = 0; round < 20; ++round) {
+        Shell shell(options());
+        shell.send(kChange, changeRequest(stick.path(), "first"));
+        shell.send(kChange, changeRequest(stick.path("Films"), "second"));
+        ASSERT_EQ(shell.program.wait(), 0);
+        const Json::Value last = shell.lines().back();
+        EXPECT_EQ(last["notification"], kChanged);
+        EXPECT_EQ(last["body"]["reqId"], "second");
+        EXPECT_EQ(last["body"]["filecount"], 2);
+    }
+}
+
+TEST_F(ShellTest, LineThatIsNoJson_IsToldWithItsPlaceAndTheShellGoesOn)
+{
+    Shell shell(options());
+    shell.sendLine("");
+    shell.sendLine(R"({"command":"storagemedia.check.usb.device")");
+    const Json::Value error = shell.reply();
+    EXPECT_NE(error["error"].asString(), "");
+    EXPECT_EQ(error["line"], 2);
+    EXPECT_EQ(error["column"], 43);
+    shell.send("storagemedia.check.usb.device");
+    EXPECT_TRUE(shell.reply()["result"].asBool());
+    EXPECT_EQ(shell.program.wait(), 0);
+}
+
+TEST_F(ShellTest, LineThatIsNoCommand_IsToldAndTheShellGoesOn)
+{
+    Shell shell(options());
+    for (const char* line :
+         {R"({"command":"storagemedia.no.such"})", R"({"comand":"x"})", R"({"command":5})", "[]",
+          R"({"command":"storagemedia.folder.chgdir","request":[]})",
+          R"({"command":"storagemedia.folder.chgdir","request":{"channelId":"c","reqId":"1","dirpath":{}}})"}) {
+        shell.sendLine(line);
+        EXPECT_NE(shell.reply()["error"].asString(), "") << line;
+    }
+    shell.send(kChange, changeRequest(stick.path("Films")));
+    EXPECT_EQ(shell.notification(kChanged)["body"]["filecount"], 2);
+    EXPECT_EQ(shell.program.wait(), 0);
+}
+
+TEST_F(ShellTest, FolderThatIsNoneOrNotOnAStick_IsRefused)
+{
+    Shell shell(options());
+    for (const std::string& directory :
+         {stick.path("missing"), stick.path("Films/clip 9.mkv"), std::string("/etc"), stick.path("../.."), std::string()}) {
+        shell.send(kChange, changeRequest(directory));
+        EXPECT_FALSE(shell.reply()["result"].asBool()) << directory;
+    }
+    EXPECT_EQ(shell.program.wait(), 0);
+}
+
+TEST_F(ShellTest, WhatTheDesktopDoesNotOffer_IsRefused)
+{
+    Shell shell(options());
+    shell.send("storagemedia.video.clear.resume");
+    EXPECT_EQ(shell.reply()["result"], false);
+    EXPECT_EQ(shell.program.wait(), 0);
+    EXPECT_NE(shell.program.errors().find("does not offer videoClearResume yet"), std::string::npos);
+}
+
+TEST_F(ShellTest, StickThatGoesAndComes_IsAnnounced)
+{
+    testsupport::TemporaryDirectory parent;
+    parent.makeDirectory("usb/a");
+    Shell shell({"--stick", parent.path("usb")});
+    shell.notification("storagemedia.usb.mount");
+    fs::rename(parent.path("usb"), parent.path("away"));
+    EXPECT_EQ(shell.notification("storagemedia.usb.unmount")["body"]["path"], parent.path("usb"));
+    EXPECT_EQ(shell.notification("storagemedia.usb.mount")["body"]["devcount"], 0);
+    shell.send(kChange, changeRequest(parent.path("usb")));
+    EXPECT_FALSE(shell.reply()["result"].asBool());
+    fs::rename(parent.path("away"), parent.path("usb"));
+    EXPECT_TRUE(shell.notification("storagemedia.usb.plugin").isMember("body"));
+    EXPECT_EQ(shell.notification("storagemedia.usb.mount")["body"]["devcount"], 1);
+    shell.send(kChange, changeRequest(parent.path("usb")));
+    EXPECT_EQ(shell.notification(kChanged)["body"]["filecount"], 1);
+    EXPECT_EQ(shell.program.wait(), 0);
+}
+
+TEST_F(ShellTest, BytesThatAreNoUtf8_NeverReachTheLines)
+{
+    stick.makeDirectory("caf\xE9");
+    stick.makeFile("caf\xE9/\xFF.mp3");
+    Shell shell(options());
+    shell.send(kChange, changeRequest(stick.path("caf\\xE9"), "escaped"));
+    const Json::Value escaped = shell.notification(kChanged)["body"]["filelst"];
+    ASSERT_EQ(escaped.size(), 1U);
+    EXPECT_EQ(escaped[0]["path"], stick.path("caf\\xE9/\\xFF.mp3"));
+    shell.sendLine("{\"command\":\"storagemedia.folder.chgdir\",\"request\":{\"channelId\":\"c\xE9\",\"reqId\":\"raw\"," +
+                   ("\"dirpath\":\"" + stick.path("caf\xE9") + "\"}}"));
+    EXPECT_EQ(shell.notification(kChanged)["body"]["filelst"][0]["path"], stick.path("caf\\xE9/\\xFF.mp3"));
+    EXPECT_EQ(shell.program.wait(), 0);
+    EXPECT_EQ(desktop::escapeBadBytes(shell.program.output()), shell.program.output());
+}
+
+TEST_F(ShellTest, LogAtItsLoudest_StaysOutOfTheLines)
+{
+    std::vector<std::string> loud = options();
+    loud.insert(loud.end(), {"--log-level", "debug"});
+    Shell shell(loud);
+    shell.send("storagemedia.get.device.usage", changeRequest("/"));
+    Json::Value usage;
+    usage["path"] = stick.path();
+    shell.send("storagemedia.get.device.usage", usage);
+    shell.send(kChange, changeRequest(stick.path("Films")));
+    EXPECT_EQ(shell.program.wait(), 0);
+    EXPECT_EQ(shell.lines().size(), 6U); // two announcements, three replies, one answer
+    for (const Json::Value& line : shell.lines()) {
+        EXPECT_TRUE(line.isObject());
+    }
+    EXPECT_NE(shell.program.errors().find("[DBG][getDeviceUsage-"), std::string::npos);
+    EXPECT_NE(shell.program.errors().find("[FRAMEWORK] [TVFW::StoragePlugin] Plugin_Load"), std::string::npos);
+}
+
+TEST_F(ShellTest, LogFile_IsAppendedTo)
+{
+    testsupport::TemporaryDirectory logs;
+    std::ofstream(logs.path("log")) << "before\n";
+    std::vector<std::string> logged = options();
+    logged.insert(logged.end(), {"--log", logs.path("log"), "--log-level", "info"});
+    Shell shell(logged);
+    EXPECT_EQ(shell.program.wait(), 0);
+    std::ostringstream text;
+    text << std::ifstream(logs.path("log")).rdbuf();
+    EXPECT_EQ(text.str().rfind("before\n", 0), 0U);
+    EXPECT_NE(text.str().find("Plugin_Load"), std::string::npos);
+    EXPECT_EQ(shell.program.errors(), "");
+}
+
+TEST_F(ShellTest, InterruptWhileItWaitsForInput_EndsItCleanly)
+{
+    for (const int number : {SIGINT, SIGTERM}) {
+        Shell shell(options());
+        shell.notification("storagemedia.usb.mount");
+        shell.program.signal(number);
+        EXPECT_TRUE(shell.next([](const Json::Value&) { return false; }).isNull()); // its output ends
+        EXPECT_EQ(shell.program.wait(), 128 + number);
+    }
+}
+
+TEST_F(ShellTest, ReaderThatGoesAway_EndsIt)
+{
+    Shell shell(options());
+    shell.notification("storagemedia.usb.mount");
+    shell.program.closeOutput();
+    shell.send("storagemedia.check.usb.device");
+    shell.send("storagemedia.check.usb.device");
+    EXPECT_EQ(shell.program.wait(), 1);
+}
+
+TEST_F(ShellTest, FolderOf100000Files_ComesWholeAndInOrder)
+{
+    stick.makeDirectory("many");
+    testsupport::makeManyFiles(stick.path("many"), 100'000, "photo ");
+    Shell shell(options());
+    shell.send(kChange, changeRequest(stick.path("many")));
+    EXPECT_TRUE(shell.reply()["result"].asBool());
+    const Json::Value body = shell.notification(kChanged)["body"];
+    ASSERT_EQ(body["filecount"], 100'000);
+    for (const Json::ArrayIndex i : {0U, 9U, 10U, 99'999U}) {
+        EXPECT_EQ(body["filelst"][i]["title"], "photo " + std::to_string(i));
+    }
+    Json::Value page;
+    page["pageid"] = 9'999;
+    page["type"] = 0;
+    page["dirpath"] = stick.path("many");
+    shell.send("storagemedia.get.pagefiles", page);
+    EXPECT_EQ(shell.reply()["reply"]["filelst"][9]["title"], "photo 99999");
+    EXPECT_EQ(shell.program.wait(), 0);
+}
+
+} // namespace
