@@ -1,0 +1,149 @@
+#include "desktop/middleware/WorkerChannel.h"
+
+#include <sys/socket.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <memory>
+
+namespace desktop {
+
+namespace {
+
+constexpr std::size_t kLongestMessage = 64 * 1024; // bytes
+constexpr std::size_t kMostFiles = 2;
+
+struct TextMember {
+    const char* key;
+    std::string MediaFacts::*member;
+};
+constexpr std::array kTexts = {
+    TextMember{"title", &MediaFacts::title}, TextMember{"artist", &MediaFacts::artist},
+    TextMember{"album", &MediaFacts::album}, TextMember{"genre", &MediaFacts::genre},
+    TextMember{"year", &MediaFacts::year},   TextMember{"taken", &MediaFacts::taken},
+    TextMember{"error", &MediaFacts::error},
+};
+
+struct NumberMember {
+    const char* key;
+    int MediaFacts::*member;
+};
+constexpr std::array kNumbers = {
+    NumberMember{"duration", &MediaFacts::duration},
+    NumberMember{"width", &MediaFacts::width},
+    NumberMember{"height", &MediaFacts::height},
+    NumberMember{"rotation", &MediaFacts::rotation},
+};
+
+/// Room for the descriptors beside a message.
+union Control {
+    cmsghdr header;
+    char bytes[CMSG_SPACE(kMostFiles * sizeof(int))];
+};
+
+void attach(msghdr& message, Control& control, std::initializer_list<int> files)
+{
+    message.msg_control = control.bytes;
+    message.msg_controllen = CMSG_SPACE(files.size() * sizeof(int));
+    cmsghdr* const header = CMSG_FIRSTHDR(&message);
+    header->cmsg_level = SOL_SOCKET;
+    header->cmsg_type = SCM_RIGHTS;
+    header->cmsg_len = CMSG_LEN(files.size() * sizeof(int));
+    std::memcpy(CMSG_DATA(header), files.begin(), files.size() * sizeof(int));
+}
+
+std::vector<UniqueFd> takeFiles(msghdr& message)
+{
+    std::vector<UniqueFd> files;
+    for (cmsghdr* header = CMSG_FIRSTHDR(&message); header != nullptr; header = CMSG_NXTHDR(&message, header)) {
+        if (header->cmsg_level != SOL_SOCKET || header->cmsg_type != SCM_RIGHTS) {
+            continue;
+        }
+        const std::size_t count = (header->cmsg_len - CMSG_LEN(0)) / sizeof(int);
+        for (std::size_t i = 0; i < count; ++i) {
+            int fd = -1;
+            std::memcpy(&fd, CMSG_DATA(header) + i * sizeof(int), sizeof fd);
+            files.emplace_back(fd);
+        }
+    }
+    return files;
+}
+
+bool parse(const char* text, std::size_t length, Json::Value& body)
+try {
+    const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
+    return reader->parse(text, text + length, &body, nullptr) && body.isObject();
+} catch (const Json::Exception&) { // nested beyond reason
+    return false;
+}
+
+} // namespace
+
+bool sendMessage(int channel, const Json::Value& body, std::initializer_list<int> files)
+{
+    Json::StreamWriterBuilder writer;
+    writer["indentation"] = "";
+    std::string text = Json::writeString(writer, body);
+    iovec part = {text.data(), text.size()};
+    msghdr message = {};
+    message.msg_iov = &part;
+    message.msg_iovlen = 1;
+    Control control = {};
+    if (files.size() > 0) {
+        attach(message, control, files);
+    }
+    return TEMP_FAILURE_RETRY(sendmsg(channel, &message, MSG_NOSIGNAL)) >= 0;
+}
+
+std::optional<WorkerMessage> receiveMessage(int channel)
+{
+    std::vector<char> text(kLongestMessage);
+    iovec part = {text.data(), text.size()};
+    msghdr message = {};
+    message.msg_iov = &part;
+    message.msg_iovlen = 1;
+    Control control = {};
+    message.msg_control = control.bytes;
+    message.msg_controllen = sizeof control.bytes;
+    const ssize_t got = TEMP_FAILURE_RETRY(recvmsg(channel, &message, MSG_CMSG_CLOEXEC));
+    WorkerMessage received;
+    received.files = got >= 0 ? takeFiles(message) : std::vector<UniqueFd>(); // to be closed, whatever else came
+    const bool whole = got > 0 && (message.msg_flags & (MSG_TRUNC | MSG_CTRUNC)) == 0;
+    if (!whole || !parse(text.data(), static_cast<std::size_t>(got), received.body)) {
+        return std::nullopt;
+    }
+    return received;
+}
+
+Json::Value toJson(const MediaFacts& facts)
+{
+    Json::Value json(Json::objectValue);
+    for (const TextMember& text : kTexts) {
+        json[text.key] = facts.*text.member;
+    }
+    for (const NumberMember& number : kNumbers) {
+        json[number.key] = facts.*number.member;
+    }
+    json["panorama"] = facts.panorama;
+    return json;
+}
+
+MediaFacts factsFromJson(const Json::Value& json)
+{
+    MediaFacts facts;
+    for (const TextMember& text : kTexts) {
+        if (json[text.key].isString()) {
+            facts.*text.member = json[text.key].asString();
+        }
+    }
+    for (const NumberMember& number : kNumbers) {
+        if (json[number.key].isInt()) {
+            facts.*number.member = json[number.key].asInt();
+        }
+    }
+    facts.panorama = json["panorama"].isBool() && json["panorama"].asBool();
+    return facts;
+}
+
+} // namespace desktop

@@ -1,0 +1,97 @@
+#include "desktop/worker/MusicFacts.h"
+
+#include "desktop/worker/TagText.h"
+
+#include <taglib/fileref.h>
+#include <taglib/tag.h>
+#include <taglib/tiostream.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+
+namespace desktop {
+
+namespace {
+
+/// An open file as the tag library reads it; it is never written to.
+class TagStream : public TagLib::IOStream {
+public:
+    explicit TagStream(int fd)
+        : m_fd(fd)
+    {
+    }
+
+    TagLib::FileName name() const override { return ""; } // the content tells the format
+    TagLib::ByteVector readBlock(unsigned long length) override
+    {
+        // A size that a damaged file claims must not be allocated before it is there.
+        const long rest = std::max(this->length() - m_offset, 0L);
+        TagLib::ByteVector block(static_cast<unsigned int>(std::min(length, static_cast<unsigned long>(rest))), 0);
+        const ssize_t got = TEMP_FAILURE_RETRY(pread(m_fd, block.data(), block.size(), m_offset));
+        block.resize(got > 0 ? static_cast<unsigned int>(got) : 0);
+        m_offset += block.size();
+        return block;
+    }
+    void writeBlock(const TagLib::ByteVector& /*data*/) override {}
+    void insert(const TagLib::ByteVector& /*data*/, unsigned long /*start*/, unsigned long /*replace*/) override {}
+    void removeBlock(unsigned long /*start*/, unsigned long /*length*/) override {}
+    bool readOnly() const override { return true; }
+    bool isOpen() const override { return true; }
+    void seek(long offset, Position from) override
+    {
+        const long base = from == Beginning ? 0 : from == Current ? m_offset : length();
+        m_offset = std::max(base + offset, 0L);
+    }
+    long tell() const override { return m_offset; }
+    long length() override
+    {
+        struct stat status = {};
+        return fstat(m_fd, &status) == 0 ? status.st_size : 0;
+    }
+    void truncate(long /*length*/) override {}
+
+private:
+    int m_fd;
+    long m_offset = 0;
+};
+
+std::string text(const TagLib::String& tag)
+{
+    return tagText(tag.to8Bit(true));
+}
+
+std::string fourDigits(unsigned int year)
+{
+    char digits[sizeof "YYYY"] = "";
+    if (year >= 1 && year <= 9999) {
+        std::snprintf(digits, sizeof digits, "%04u", year % 10000);
+    }
+    return digits;
+}
+
+} // namespace
+
+std::optional<MediaFacts> readMusicFacts(int fd)
+{
+    TagStream stream(fd);
+    const TagLib::FileRef file(&stream);
+    if (file.isNull() || file.audioProperties() == nullptr) {
+        return std::nullopt;
+    }
+    MediaFacts facts;
+    facts.duration = std::max(file.audioProperties()->lengthInMilliseconds() + 500, 0) / 1000;
+    if (const TagLib::Tag* const tag = file.tag()) {
+        facts.title = text(tag->title());
+        facts.artist = text(tag->artist());
+        facts.album = text(tag->album());
+        facts.genre = text(tag->genre());
+        facts.year = fourDigits(tag->year());
+    }
+    return facts;
+}
+
+} // namespace desktop

@@ -1,0 +1,77 @@
+#include "desktop/worker/StreamFacts.h"
+
+#include "desktop/worker/TagText.h"
+
+extern "C" {
+#include <libavutil/display.h>
+}
+
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace desktop {
+
+namespace {
+
+std::string tag(const AvInput& input, const char* key)
+{
+    const AVDictionaryEntry* const entry = av_dict_get(input->metadata, key, nullptr, 0);
+    return entry != nullptr ? tagText(entry->value) : "";
+}
+
+int wholeSeconds(std::int64_t duration)
+{
+    const std::int64_t seconds = duration > 0 ? (duration + AV_TIME_BASE / 2) / AV_TIME_BASE : 0;
+    return seconds <= std::numeric_limits<int>::max() ? static_cast<int>(seconds) : 0; // a damaged claim
+}
+
+} // namespace
+
+MediaFacts readStreamFacts(AvInput& input)
+{
+    AVStream* video = input.video();
+    if (input->duration <= 0 || video == nullptr || !isDescribed(*video)) {
+        input.describeStreams();
+        video = input.video();
+    }
+    MediaFacts facts;
+    facts.duration = wholeSeconds(input->duration);
+    facts.title = tag(input, "title");
+    facts.artist = tag(input, "artist");
+    facts.album = tag(input, "album");
+    facts.genre = tag(input, "genre");
+    facts.year = yearOf(tag(input, "date"));
+    if (video != nullptr) {
+        const Turn turn = turnOf(*video);
+        facts.width = video->codecpar->width;
+        facts.height = video->codecpar->height;
+        facts.rotation = turn.degrees();
+        if (turn.swapsSides()) {
+            std::swap(facts.width, facts.height);
+        }
+    }
+    return facts;
+}
+
+bool isDescribed(const AVStream& stream)
+{
+    return stream.codecpar->codec_id != AV_CODEC_ID_NONE && stream.codecpar->width > 0 && stream.codecpar->height > 0;
+}
+
+Turn turnOf(const AVStream& stream)
+{
+    std::size_t size = 0;
+    const std::uint8_t* const data = av_stream_get_side_data(&stream, AV_PKT_DATA_DISPLAYMATRIX, &size);
+    if (data == nullptr || size < 9 * sizeof(std::int32_t)) {
+        return {};
+    }
+    const double anticlockwise = av_display_rotation_get(reinterpret_cast<const std::int32_t*>(data));
+    if (std::isnan(anticlockwise)) {
+        return {};
+    }
+    const long quarters = std::lround(-anticlockwise / 90);
+    return {false, static_cast<int>((quarters % 4 + 4) % 4)};
+}
+
+} // namespace desktop

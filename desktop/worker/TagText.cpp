@@ -1,0 +1,93 @@
+#include "desktop/worker/TagText.h"
+
+#include "desktop/middleware/Utf8.h"
+
+#include <algorithm>
+
+namespace desktop {
+
+namespace {
+
+constexpr std::size_t kMostBytes = 1000;
+
+bool isUtf8(std::string_view text)
+{
+    while (!text.empty()) {
+        const std::size_t length = firstCharacter(text).length;
+        if (length == 0) {
+            return false;
+        }
+        text.remove_prefix(length);
+    }
+    return true;
+}
+
+std::string fromLatin(std::string_view bytes)
+{
+    std::string out;
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x80) {
+            out += c;
+        } else {
+            out += {static_cast<char>(0xC0 | (byte >> 6)), static_cast<char>(0x80 | (byte & 0x3F))};
+        }
+    }
+    return out;
+}
+
+// The bytes behind a text of Latin letters only; empty when there are others.
+std::string toLatin(std::string_view text)
+{
+    std::string bytes;
+    while (!text.empty()) {
+        const Character character = firstCharacter(text);
+        if (character.value > 0xFF) {
+            return "";
+        }
+        bytes += static_cast<char>(character.value);
+        text.remove_prefix(character.length);
+    }
+    return bytes;
+}
+
+std::string onOneLine(std::string text)
+{
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; }, ' ');
+    const std::size_t first = text.find_first_not_of(' ');
+    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+void cut(std::string& text)
+{
+    if (text.size() > kMostBytes) {
+        text.resize(kMostBytes);
+        while (!isUtf8(text)) { // a character was cut through
+            text.pop_back();
+        }
+    }
+}
+
+} // namespace
+
+std::string tagText(std::string_view tag)
+{
+    std::string text = isUtf8(tag) ? std::string(tag) : fromLatin(tag);
+    const std::string bytes = toLatin(text);
+    if (!bytes.empty() && isUtf8(bytes)) {
+        text = bytes;
+    }
+    text = onOneLine(std::move(text));
+    cut(text);
+    return text;
+}
+
+std::string yearOf(std::string_view date)
+{
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    const std::string_view year = date.substr(0, 4);
+    return year.size() == 4 && std::all_of(year.begin(), year.end(), isDigit) ? std::string(year) : "";
+}
+
+} // namespace desktop

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "desktop/worker/PictureSource.h"
+
+namespace desktop {
+
+/// Writes @p picture, turned as it is to be shown and made to fit into @p bound, as a JPEG file into @p output. Throws
+/// MediaError.
+void writeThumbnail(const Picture& picture, PictureSize bound, int output);
+
+} // namespace desktop
