@@ -247,10 +247,10 @@ int runBrowse(TelevisionSettings settings, const BrowseOptions& options, Output&
     settings.notified = [&news](const std::string&, const std::string& name, const Json::Value& body) {
         news.complete(name, body);
     };
-    settings.folders.progress = [&progress](const std::string& directory, std::size_t entries) {
+    settings.desktop.observer.progress = [&progress](const std::string& directory, std::size_t entries) {
         progress.show(directory, entries);
     };
-    settings.folders.failed = [&news](const std::string&, const std::string& reason) { news.fail(reason); };
+    settings.desktop.observer.failed = [&news](const std::string&, const std::string& reason) { news.fail(reason); };
     Television television(std::move(settings));
     return Browse(television, news, progress, options, output, interrupts).run();
 }

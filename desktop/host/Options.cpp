@@ -38,11 +38,37 @@ std::string stickFault(const std::string& folder)
     return fits ? "" : "'" + folder + "' is no folder";
 }
 
+constexpr const char* kNoCache = "none";
+
+std::string fromEnvironment(const char* variable)
+{
+    const char* value = std::getenv(variable);
+    return value != nullptr ? value : "";
+}
+
+// Where the user's programs keep what they can do without; nothing for a user without a home.
+std::string usualCacheFolder()
+{
+    const std::string cache = fromEnvironment("XDG_CACHE_HOME");
+    if (!cache.empty() && cache.front() == '/') {
+        return cache + "/storagemedia-desktop";
+    }
+    const std::string home = fromEnvironment("HOME");
+    return home.empty() ? "" : home + "/.cache/storagemedia-desktop";
+}
+
 void addGlobalOptions(CLI::App& app, Options& options)
 {
     app.add_option("--stick", options.sticks, "Folder that stands for a USB stick; may be given several times")
         ->type_name("FOLDER")
         ->check(stickFault);
+    app.add_flag("--auto", options.mountedSticks, "Take what this computer mounts under /media, /run/media and /mnt, too");
+    options.cacheFolder = usualCacheFolder();
+    app.add_option_function<std::string>(
+           "--cache", [&options](const std::string& folder) { options.cacheFolder = folder == kNoCache ? "" : folder; },
+           "Folder that keeps what has been read of media files; none: keep nothing; " + options.cacheFolder +
+               " if not given")
+        ->type_name("FOLDER");
     app.add_option("--plugin", options.pluginFile, "The plugin's library; the one built with this program if not given")
         ->type_name("FILE");
     app.add_option_function<std::string>(
@@ -89,8 +115,8 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options)
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kUsageError;
     }
-    if (options.command == Options::Command::Browse && options.sticks.empty()) {
-        std::cerr << "desktop-tv: browse needs a stick: --stick FOLDER\n";
+    if (options.command == Options::Command::Browse && options.sticks.empty() && !options.mountedSticks) {
+        std::cerr << "desktop-tv: browse needs a stick: --stick FOLDER or --auto\n";
         return kUsageError;
     }
     if (options.pluginFile.empty()) {

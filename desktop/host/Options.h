@@ -16,6 +16,8 @@ struct Options {
 
     Command command = Command::Commands;
     std::vector<std::string> sticks;
+    bool mountedSticks = false; ///< take those that the computer mounts, too
+    std::string cacheFolder;    ///< empty: nothing is kept
     std::string pluginFile;
     std::optional<LogLevel> logLevel;
     std::string logFile; ///< empty: none named

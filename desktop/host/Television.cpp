@@ -10,15 +10,15 @@ Television::Television(TelevisionSettings settings)
     : m_settings(std::move(settings))
     , m_plugin(m_settings.pluginFile)
 {
-    FolderObserver observer = m_settings.folders;
-    observer.progress = [this](const std::string& directory, std::size_t entries) {
+    DesktopSettings desktop = m_settings.desktop;
+    desktop.observer.progress = [this](const std::string& directory, std::size_t entries) {
         m_answers.stillWorking();
-        if (m_settings.folders.progress) {
-            m_settings.folders.progress(directory, entries);
+        if (m_settings.desktop.observer.progress) {
+            m_settings.desktop.observer.progress(directory, entries);
         }
     };
     s_running = this;
-    DesktopMiddleware::instance().open({m_settings.sticks, observer});
+    DesktopMiddleware::instance().open(std::move(desktop));
     m_plugin.load();
     m_plugin.setPublishCallback(&Television::publish);
     DesktopMiddleware::instance().startEvents(); // only now is there somebody to publish them to

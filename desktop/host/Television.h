@@ -10,10 +10,9 @@ namespace desktop {
 /// What a television is made of.
 struct TelevisionSettings {
     std::string pluginFile;
-    std::vector<std::string> sticks;
+    DesktopSettings desktop;
     /// Gets every notification, on the event thread.
     std::function<void(const std::string& source, const std::string& name, const Json::Value& body)> notified;
-    FolderObserver folders;
 };
 
 /// The plugin at work on the desktop: loaded, given its callback and fed with events, and unloaded in the order that its

@@ -54,7 +54,9 @@ int runTelevision(const Options& options)
     }
     desktop::TelevisionSettings settings;
     settings.pluginFile = options.pluginFile;
-    settings.sticks = options.sticks;
+    settings.desktop.sticks = options.sticks;
+    settings.desktop.mountedSticks = options.mountedSticks;
+    settings.desktop.cacheFolder = options.cacheFolder;
     return options.command == Options::Command::Browse
                ? desktop::runBrowse(std::move(settings), options.browse, output, interrupts)
                : desktop::runShell(std::move(settings), output, interrupts);

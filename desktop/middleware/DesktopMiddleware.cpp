@@ -7,6 +7,9 @@ namespace desktop {
 
 namespace {
 
+// Where Linux computers mount sticks.
+const std::vector<std::string> kMountFolders = {"/media", "/run/media", "/mnt"};
+
 std::string absoluteFolder(const std::string& folder)
 {
     const std::filesystem::path path = std::filesystem::absolute(folder).lexically_normal();
@@ -22,21 +25,27 @@ DesktopMiddleware& DesktopMiddleware::instance()
 }
 
 DesktopMiddleware::DesktopMiddleware()
-    : m_listings(std::make_unique<FolderListings>(PathResolver({}), m_events, FolderObserver()))
+    : m_resolver({})
+    , m_listings(std::make_unique<FolderListings>(m_resolver, m_events, FolderObserver()))
 {
 }
 
 void DesktopMiddleware::open(DesktopSettings settings)
 {
-    std::vector<std::string> folders;
+    StickSources sources;
     for (const std::string& stick : settings.sticks) {
         const std::string folder = absoluteFolder(stick);
-        if (std::find(folders.begin(), folders.end(), folder) == folders.end()) {
-            folders.push_back(folder);
+        if (std::find(sources.folders.begin(), sources.folders.end(), folder) == sources.folders.end()) {
+            sources.folders.push_back(folder);
         }
     }
-    m_listings = std::make_unique<FolderListings>(PathResolver(folders), m_events, std::move(settings.observer));
-    m_volumes = std::make_unique<Volumes>(std::move(folders), m_events);
+    if (settings.mountedSticks) {
+        sources.mountFolders = kMountFolders;
+    }
+    m_screenSwitched = std::move(settings.screenSwitched);
+    m_listings = std::make_unique<FolderListings>(m_resolver, m_events, std::move(settings.observer));
+    m_volumes = std::make_unique<Volumes>(std::move(sources), m_resolver, m_events,
+                                          [this](const std::string& stick) { stickPulled(stick); });
 }
 
 void DesktopMiddleware::startEvents()
@@ -55,6 +64,24 @@ void DesktopMiddleware::close()
 Json::Value DesktopMiddleware::deviceList() const
 {
     return m_volumes != nullptr ? m_volumes->deviceList() : Json::Value(Json::objectValue);
+}
+
+std::string DesktopMiddleware::stickId(const std::string& stick) const
+{
+    return m_volumes != nullptr ? m_volumes->idOf(stick) : "";
+}
+
+void DesktopMiddleware::screenSwitched(bool off) const
+{
+    if (m_screenSwitched) {
+        m_screenSwitched(off);
+    }
+}
+
+// On the thread that watches the sticks: whatever reads from the stick ends now.
+void DesktopMiddleware::stickPulled(const std::string& stick)
+{
+    m_listings->lose(stick);
 }
 
 } // namespace desktop

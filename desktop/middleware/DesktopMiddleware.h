@@ -14,7 +14,13 @@ namespace desktop {
 struct DesktopSettings {
     /// The folders that stand for USB sticks. They may come and go while the desktop runs.
     std::vector<std::string> sticks;
+    /// Whether the devices that this computer mounts where it mounts sticks are sticks, too.
+    bool mountedSticks = false;
+    /// Folder that keeps what has been read, for the next time; empty: nothing is kept.
+    std::string cacheFolder;
     FolderObserver observer;
+    /// Told whenever the screen has been switched, on the thread that did. May be null.
+    std::function<void(bool off)> screenSwitched;
 };
 
 /// The desktop behind the platform's boundary, as the host controls it: open(), load the plugin and give it its callback,
@@ -34,13 +40,22 @@ public:
     // For the managers of the middleware.
     EventQueue& events() { return m_events; }
     FolderListings& listings() { return *m_listings; }
+    /// Opens what lies on the sticks that are there.
+    const PathResolver& resolver() const { return m_resolver; }
     /// Safe on any thread.
     Json::Value deviceList() const;
+    /// As Volumes::idOf. Safe on any thread.
+    std::string stickId(const std::string& stick) const;
+    /// Safe on any thread.
+    void screenSwitched(bool off) const;
 
 private:
     DesktopMiddleware();
+    void stickPulled(const std::string& stick);
 
     EventQueue m_events;
+    PathResolver m_resolver;
+    std::function<void(bool off)> m_screenSwitched;
     std::unique_ptr<FolderListings> m_listings;
     std::unique_ptr<Volumes> m_volumes;
 };

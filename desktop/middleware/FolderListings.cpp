@@ -45,6 +45,7 @@ bool FolderListings::change(const std::string& directory, int itemsPerPage)
     dropFinishedReads();
     if (m_change != nullptr) {
         m_change->cancel(); // also when it has been read but not delivered: it has been overtaken
+        const std::lock_guard<std::mutex> lock(m_readsMutex);
         m_others.push_back(std::move(m_change));
     }
     FolderToRead folder;
@@ -65,6 +66,18 @@ void FolderListings::cancel()
     }
 }
 
+void FolderListings::lose(const std::string& stick)
+{
+    const std::lock_guard<std::mutex> lock(m_readsMutex);
+    const auto failIfThere = [&stick](const std::unique_ptr<FolderRead>& read) {
+        if (read != nullptr && read->stick() == stick) {
+            read->fail(ENODEV);
+        }
+    };
+    failIfThere(m_change);
+    std::for_each(m_others.begin(), m_others.end(), failIfThere);
+}
+
 ListingPointer FolderListings::current() const
 {
     return m_change != nullptr ? m_change->listing() : nullptr;
@@ -77,15 +90,18 @@ ListingPointer FolderListings::of(const std::string& directory)
     if (!openFolder(directory, folder) || fstat(folder.fd.get(), &status) != 0) {
         return nullptr;
     }
-    if (ListingPointer known = m_cache.find(folder.directory, FolderStamp(status))) {
-        return known;
+    // The change is looked at first: once it has ended, the cache has its listing.
+    FolderRead* read = runningChange(folder.directory);
+    if (read == nullptr) {
+        if (ListingPointer known = m_cache.find(folder.directory, FolderStamp(status))) {
+            return known;
+        }
+        read = &startPageRead(std::move(folder));
     }
-    dropFinishedReads();
-    FolderRead& read = readForPage(std::move(folder));
-    if (!read.waitFor(kPagePatience)) {
+    if (!read->waitFor(kPagePatience)) {
         report(directory, ETIMEDOUT);
     }
-    return read.listing();
+    return read->listing();
 }
 
 bool FolderListings::forget(const std::string& directory)
@@ -132,23 +148,39 @@ bool FolderListings::openFolder(const std::string& directory, FolderToRead& fold
 void FolderListings::startChange(FolderToRead folder)
 {
     const std::string directory = folder.directory;
+    const std::lock_guard<std::mutex> lock(m_readsMutex);
     m_change = std::make_unique<FolderRead>(std::move(folder), progressOf(directory),
                                             [this, directory](const FolderRead::OutcomePointer& outcome) {
                                                 finishRead(directory, *outcome);
                                                 answer(outcome);
                                             });
+    failIfPulled(*m_change);
 }
 
-FolderRead& FolderListings::readForPage(FolderToRead folder)
+FolderRead* FolderListings::runningChange(const std::string& directory) const
 {
+    const bool runs = m_change != nullptr && m_change->directory() == directory && !m_change->finished();
+    return runs ? m_change.get() : nullptr;
+}
+
+FolderRead& FolderListings::startPageRead(FolderToRead folder)
+{
+    dropFinishedReads();
     const std::string directory = folder.directory;
-    if (m_change != nullptr && m_change->directory() == directory && !m_change->finished()) {
-        return *m_change;
-    }
+    const std::lock_guard<std::mutex> lock(m_readsMutex);
     m_others.push_back(std::make_unique<FolderRead>(
         std::move(folder), progressOf(directory),
         [this, directory](const FolderRead::OutcomePointer& outcome) { finishRead(directory, *outcome); }));
+    failIfPulled(*m_others.back());
     return *m_others.back();
+}
+
+// Its stick may have gone between the opening of the folder and the start of the read, which lose() knew nothing of.
+void FolderListings::failIfPulled(FolderRead& read) const
+{
+    if (m_resolver.locate(read.stick()).stick != read.stick()) {
+        read.fail(ENODEV);
+    }
 }
 
 void FolderListings::finishRead(const std::string& directory, const FolderRead::Outcome& outcome)
@@ -170,8 +202,9 @@ void FolderListings::answer(const FolderRead::OutcomePointer& outcome)
 
 void FolderListings::dropFinishedReads()
 {
-    const auto finished = [](const std::unique_ptr<FolderRead>& read) { return read->finished(); };
-    m_others.erase(std::remove_if(m_others.begin(), m_others.end(), finished), m_others.end());
+    const auto ended = [](const std::unique_ptr<FolderRead>& read) { return read->threadEnded(); };
+    const std::lock_guard<std::mutex> lock(m_readsMutex);
+    m_others.erase(std::remove_if(m_others.begin(), m_others.end(), ended), m_others.end());
 }
 
 void FolderListings::report(const std::string& path, int error) const

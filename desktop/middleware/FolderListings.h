@@ -26,6 +26,8 @@ public:
     bool change(const std::string& directory, int itemsPerPage);
     /// Stops what is being read; it raises no event.
     void cancel();
+    /// Stick @p stick, a path as bytes, has been pulled: what is being read from it fails at once. Safe on any thread.
+    void lose(const std::string& stick);
 
     /// The current directory's listing; null until it has been read.
     ListingPointer current() const;
@@ -44,7 +46,9 @@ public:
 private:
     bool openFolder(const std::string& directory, FolderToRead& folder) const;
     void startChange(FolderToRead folder);
-    FolderRead& readForPage(FolderToRead folder);
+    FolderRead* runningChange(const std::string& directory) const;
+    FolderRead& startPageRead(FolderToRead folder);
+    void failIfPulled(FolderRead& read) const;
     void finishRead(const std::string& directory, const FolderRead::Outcome& outcome);
     void answer(const FolderRead::OutcomePointer& outcome);
     void dropFinishedReads();
@@ -58,6 +62,7 @@ private:
     mutable std::mutex m_spellingMutex;
     std::string m_spelling; ///< the latest change's directory, as it was asked for
     int m_itemsPerPage = 9;
+    std::mutex m_readsMutex;                           ///< for lose(); only the command thread changes what it guards
     std::unique_ptr<FolderRead> m_change;              ///< the latest; null when it could not begin
     std::vector<std::unique_ptr<FolderRead>> m_others; ///< reads for single pages, and overtaken changes that still end
 };

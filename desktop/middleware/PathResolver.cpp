@@ -66,8 +66,21 @@ bool liesIn(const std::string& path, const std::string& folder)
 }
 
 PathResolver::PathResolver(std::vector<std::string> sticks)
-    : m_sticks(std::move(sticks))
+    : m_shared(std::make_shared<Shared>())
 {
+    setSticks(std::move(sticks));
+}
+
+void PathResolver::setSticks(std::vector<std::string> sticks) const
+{
+    const std::lock_guard<std::mutex> lock(m_shared->mutex);
+    m_shared->sticks = std::move(sticks);
+}
+
+std::vector<std::string> PathResolver::sticks() const
+{
+    const std::lock_guard<std::mutex> lock(m_shared->mutex);
+    return m_shared->sticks;
 }
 
 Location PathResolver::locate(const std::string& path) const
@@ -79,7 +92,7 @@ Location PathResolver::locate(const std::string& path) const
     const std::vector<std::string> names = splitPath(path);
     Location found;
     std::size_t depth = 0;
-    for (const std::string& stick : m_sticks) {
+    for (const std::string& stick : sticks()) {
         const std::vector<std::string> folder = splitPath(stick);
         // Of sticks within sticks the innermost has it.
         if (startsWith(names, folder) && (!found || folder.size() > depth)) {
@@ -105,6 +118,8 @@ std::string describeError(int error)
     switch (error) {
     case EXDEV:
         return "Not on a stick";
+    case ENODEV:
+        return "The stick has been pulled";
     case ENOSYS:
         return "This kernel cannot keep a path beneath a folder (openat2, Linux 5.6 or later)";
     default:

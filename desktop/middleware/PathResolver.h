@@ -2,6 +2,8 @@
 
 #include "desktop/middleware/UniqueFd.h"
 
+#include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -15,14 +17,20 @@ struct Location {
     explicit operator bool() const { return !stick.empty(); }
     /// The place @p name beneath this one.
     Location child(const std::string& name) const { return {stick, relative + "/" + name}; }
+    /// The absolute path.
+    std::string path() const { return stick + relative.substr(1); }
 };
 
-/// Opens files beneath the sticks and nowhere else: the kernel refuses "..", links and races that would lead out. Safe on
-/// any thread.
+/// Opens files beneath the sticks and nowhere else: the kernel refuses "..", links and races that would lead out. Copies
+/// share one set of sticks. Safe on any thread.
 class PathResolver {
 public:
     /// @p sticks: absolute paths of folders, as bytes.
     explicit PathResolver(std::vector<std::string> sticks);
+
+    /// Replaces the sticks, of this resolver and all its copies.
+    void setSticks(std::vector<std::string> sticks) const;
+    std::vector<std::string> sticks() const;
 
     /// Which stick the absolute path @p path lies on; an empty location when on none. Looks at no file.
     Location locate(const std::string& path) const;
@@ -32,7 +40,12 @@ public:
     static UniqueFd open(const Location& location, int flags);
 
 private:
-    std::vector<std::string> m_sticks;
+    struct Shared {
+        std::mutex mutex;
+        std::vector<std::string> sticks;
+    };
+
+    std::shared_ptr<Shared> m_shared;
 };
 
 /// What errno value @p error means to the user of a stick.

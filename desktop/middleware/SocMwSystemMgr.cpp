@@ -1,5 +1,7 @@
 #include "platform/SocMwSystemMgr.h"
 
+#include "desktop/middleware/DesktopMiddleware.h"
+
 #include <atomic>
 
 struct SocMwSystemMgr::State {
@@ -22,5 +24,6 @@ int SocMwSystemMgr::getScreenStatus(int* status)
 int SocMwSystemMgr::ScreenOff(int off)
 {
     m_state->screenOff = off;
+    desktop::DesktopMiddleware::instance().screenSwitched(off != 0);
     return 0;
 }

@@ -30,7 +30,9 @@ protected:
             folder.makeFile(file);
         }
         s_events = &events;
-        DesktopMiddleware::instance().open({{folder.path() + "/"}, {}});
+        DesktopSettings settings;
+        settings.sticks = {folder.path() + "/"};
+        DesktopMiddleware::instance().open(settings);
         manager->setListener(&gather);
     }
     ~BoundaryTest() override { DesktopMiddleware::instance().close(); }

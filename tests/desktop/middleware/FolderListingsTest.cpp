@@ -66,7 +66,8 @@ protected:
     testsupport::Door goOnReading;
     std::atomic<bool> holdReading{false};
     EventQueue events;
-    FolderListings listings{PathResolver({folder.path()}), events, observer()};
+    const PathResolver resolver{{folder.path()}};
+    FolderListings listings{resolver, events, observer()};
 };
 
 TEST_F(FolderListingsTest, Change_EndsInTheEntries)
@@ -210,6 +211,31 @@ TEST_F(FolderListingsTest, EncodedPath_OpensTheFolderWithThoseBytes)
     const ListingPointer listing = listings.of(folder.path("caf\\xE9"));
     ASSERT_NE(listing, nullptr);
     EXPECT_EQ(listing->entries[0].path, folder.path("caf\\xE9/x.jpg"));
+}
+
+TEST_F(FolderListingsTest, StickPulledWhileAFolderIsRead_EndsTheReadAtOnceThoughItsThreadIsKept)
+{
+    events.start();
+    holdReading = true;
+    EXPECT_TRUE(listings.change(folder.path("big"), 9));
+    ASSERT_TRUE(reading.wait());
+    listings.lose("/another stick");
+    EXPECT_TRUE(results.sofar().empty());
+    listings.lose(folder.path());
+    EXPECT_THAT(results.waitFor(1), ElementsAre(Names{}));
+    EXPECT_THAT(failures.sofar(), ElementsAre(folder.path("big") + ": The stick has been pulled"));
+    EXPECT_EQ(listings.current(), nullptr);
+    goOnReading.open();
+}
+
+TEST_F(FolderListingsTest, StickThatHasGone_IsRefused)
+{
+    events.start();
+    EXPECT_TRUE(listings.change(folder.path("a"), 9));
+    results.waitFor(1);
+    resolver.setSticks({});
+    EXPECT_FALSE(listings.change(folder.path("a"), 9));
+    EXPECT_THAT(failures.sofar(), ElementsAre(folder.path("a") + ": Not on a stick"));
 }
 
 } // namespace
