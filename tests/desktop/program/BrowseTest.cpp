@@ -2,11 +2,12 @@
 #include "tests/desktop/support/Program.h"
 #include "tests/support/TemporaryDirectory.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <csignal>
 #include <filesystem>
-#include <regex>
+#include <sstream>
 
 namespace {
 
@@ -50,9 +51,18 @@ protected:
     testsupport::TemporaryDirectory stick;
 };
 
+// The lines of entries cut down to type and name: sizes and times are not the same everywhere.
 std::string onlyNames(const std::string& listing)
 {
-    return std::regex_replace(listing, std::regex(R"((\w+) +(\S+ [KMG]?B|-)  20..-..-.. ..:..:..  )"), "$1 ");
+    constexpr std::size_t kTime = 21; // columns before it
+    constexpr std::size_t kName = 42;
+    std::string names;
+    std::istringstream lines(listing);
+    for (std::string line; std::getline(lines, line);) {
+        const bool isEntry = line.size() > kName && line[kTime + 4] == '-' && line[kTime + 7] == '-';
+        names += (isEntry ? line.substr(0, line.find(' ')) + " " + line.substr(kName) : line) + "\n";
+    }
+    return names;
 }
 
 bool contains(const std::string& text, const std::string& part)
@@ -63,7 +73,7 @@ bool contains(const std::string& text, const std::string& part)
 TEST_F(BrowseTest, WithoutPath_ListsTheStick)
 {
     const std::string text = listing();
-    EXPECT_TRUE(std::regex_search(text, std::regex(R"( of \S+B used \(\d+%\), \S+B free\n)"))) << text;
+    EXPECT_THAT(text, testing::ContainsRegex(" of [0-9.]+[KMG]B used \\([0-9]+%\\), [0-9.]+[KMG]B free\n"));
     EXPECT_TRUE(contains(text, "USB mass storage on this computer: ")) << text;
     const std::string expected = "\n" + stick.path() +
                                  "\nTYPE           SIZE  TIME                 NAME\n"
