@@ -113,16 +113,16 @@ bool allowOnlyOurCalls()
 std::string confine()
 {
     if (close_range(kWorkerChannel + 1, ~0U, 0) != 0) {
-        return "close what was open";
+        return "No file is read: open ones could not be closed.";
     }
     endWithTheOtherSide();
     if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) {
-        return "give up privileges";
+        return "No file is read: privileges could not be given up.";
     }
     if (!limitResources()) {
-        return "limit its resources";
+        return "No file is read: resources could not be limited.";
     }
-    return allowOnlyOurCalls() ? "" : "limit its system calls";
+    return allowOnlyOurCalls() ? "" : "No file is read: system calls could not be limited.";
 }
 
 void renewProcessorTime()

@@ -88,17 +88,20 @@ Json::Value work(const WorkerMessage& request)
     return Json::Value(Json::objectValue);
 }
 
-Json::Value answer(const WorkerMessage& request)
+Json::Value failure(const std::string& reason)
 {
-    Json::Value failure;
-    try {
-        return work(request);
-    } catch (const std::bad_alloc&) {
-        failure["error"] = "The file wants more memory than one may have.";
-    } catch (const std::exception& error) {
-        failure["error"] = error.what();
-    }
-    return failure;
+    Json::Value json;
+    json["error"] = reason;
+    return json;
+}
+
+Json::Value answer(const WorkerMessage& request)
+try {
+    return work(request);
+} catch (const std::bad_alloc&) {
+    return failure("The file wants more memory than it may have.");
+} catch (const std::exception& error) {
+    return failure(error.what());
 }
 
 } // namespace
@@ -111,13 +114,9 @@ int main()
     }
     silenceLibraries();
     const std::string refusal = confine();
-    if (!refusal.empty()) {
-        std::fprintf(stderr, "desktop-media-worker: cannot %s\n", refusal.c_str());
-        return 1;
-    }
     while (const auto request = receiveMessage(kWorkerChannel)) {
         renewProcessorTime();
-        if (!sendMessage(kWorkerChannel, answer(*request))) {
+        if (!sendMessage(kWorkerChannel, refusal.empty() ? answer(*request) : failure(refusal))) {
             break;
         }
     }

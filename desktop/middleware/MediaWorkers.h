@@ -1,0 +1,63 @@
+#pragma once
+
+#include "desktop/middleware/MediaFacts.h"
+#include "desktop/middleware/Wakeup.h"
+#include "desktop/middleware/WorkerProcess.h"
+
+#include <json/json.h>
+
+#include <array>
+#include <chrono>
+#include <condition_variable>
+#include <initializer_list>
+#include <memory>
+#include <mutex>
+
+namespace desktop {
+
+struct MediaWorkerSettings {
+    /// The worker's program; empty: the one beside the program that runs.
+    std::string program;
+    /// How long one file may take.
+    std::chrono::milliseconds patience{5000};
+};
+
+/// Reads media files in two processes of their own, started when they are needed. One that dies of a file, or takes too long
+/// over it, is replaced, and that file alone has an error. Safe on any thread.
+class MediaWorkers : public MediaReader {
+public:
+    explicit MediaWorkers(MediaWorkerSettings settings = {});
+    ~MediaWorkers() override { stop(); }
+
+    MediaFacts read(int fd, FileType type) override;
+
+    /// Writes the picture that stands for the open file @p fd of kind @p type into @p output as a JPEG file, at most
+    /// @p width x @p height pixels, turned as it is to be shown and never enlarged. Returns why there is none; empty when
+    /// there is. Returns at once when @p abandon is raised.
+    std::string makeThumbnail(int fd, FileType type, int width, int height, int output, const Wakeup& abandon);
+
+    /// Every file that is being read, or comes later, has an error at once.
+    void stop();
+
+private:
+    using Worker = std::unique_ptr<WorkerProcess>;
+    struct Seat {
+        bool taken = false;
+        Worker worker;
+    };
+
+    Json::Value ask(const Json::Value& request, std::initializer_list<int> files, const Wakeup* abandon);
+    Seat* takeSeat();
+    void leaveSeat(Seat& seat);
+    void send(Worker& worker, const Json::Value& request, std::initializer_list<int> files) const;
+    Json::Value waitForAnswer(Worker& worker, const Wakeup* abandon) const;
+
+    const MediaWorkerSettings m_settings;
+    std::mutex m_mutex;
+    std::condition_variable m_left;
+    bool m_stopped = false;
+    Wakeup m_stop;
+    std::array<Seat, 2> m_seats;
+};
+
+} // namespace desktop
