@@ -1,0 +1,38 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <thread>
+
+namespace desktop {
+
+/// Set once nobody wants a job's result any more.
+using CancelFlag = std::shared_ptr<const std::atomic<bool>>;
+
+/// Work on a thread of its own, so that a file system that does not answer holds up nothing but itself. Such a thread is
+/// left behind: the work must own, or not outlive, whatever it touches. Operations are called on one thread.
+class BackgroundJob {
+public:
+    using Work = std::function<void(const CancelFlag& cancelled)>;
+
+    explicit BackgroundJob(Work work);
+    /// Cancels; waits for the thread, but not for long when the file system keeps it.
+    ~BackgroundJob();
+    BackgroundJob(const BackgroundJob&) = delete;
+    BackgroundJob& operator=(const BackgroundJob&) = delete;
+
+    /// Returns at once.
+    void cancel();
+    /// Whether the work has ended, which it is given @p time for.
+    bool waitFor(std::chrono::milliseconds time) const;
+
+private:
+    struct State;
+
+    std::shared_ptr<State> m_state;
+    std::thread m_thread;
+};
+
+} // namespace desktop
