@@ -1,7 +1,6 @@
 #pragma once
 
-#include "desktop/host/Output.h"
-#include "desktop/host/Television.h"
+#include "desktop/host/Session.h"
 
 namespace desktop {
 
@@ -12,7 +11,7 @@ struct BrowseOptions {
     bool recursive = false; ///< all folders below, too
 };
 
-/// Lists a folder for people, by what the plugin tells alone. Returns the exit status.
-int runBrowse(TelevisionSettings settings, const BrowseOptions& options, Output& output, const Interrupts& interrupts);
+/// Lists a folder for people.
+void runBrowse(Session& session, const BrowseOptions& options, Output& output);
 
 } // namespace desktop

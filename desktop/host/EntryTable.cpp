@@ -54,11 +54,6 @@ std::string row(const std::string& type, const std::string& size, const std::str
            name;
 }
 
-std::string counted(std::uint64_t count, const char* one)
-{
-    return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
-}
-
 } // namespace
 
 void EntryTotals::add(const Json::Value& entry)
@@ -77,18 +72,28 @@ std::string entryHeading(bool coloured)
     return painted(row("TYPE", "SIZE", "TIME", "NAME"), kDim, coloured) + "\n";
 }
 
-std::string entryLine(const Json::Value& entry, bool coloured)
+std::string entryLine(const Json::Value& entry, bool coloured, const char* nameKey)
 {
     const TypeStyle style = styleOf(entry["type"].asInt());
     const bool hasSize = !isFolder(entry) && entry["type"].asInt() != FILE_TYPE_UNKNOWN;
     const std::string size = hasSize ? humanSize(entry["size"].asUInt64()) : "-";
-    const std::string name = visibleText(entry["name"].asString());
+    const std::string name = visibleText(entry[nameKey].asString());
     return row(style.name, size, entry["ctime"].asString(), painted(name, style.colour, coloured)) + "\n";
 }
 
 std::string folderHeading(const std::string& text, bool coloured)
 {
     return painted(visibleText(text), kBold, coloured) + "\n";
+}
+
+std::string counted(std::uint64_t count, const std::string& one)
+{
+    return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
+}
+
+std::string typeName(int type)
+{
+    return styleOf(type).name;
 }
 
 bool isFolder(const Json::Value& entry)

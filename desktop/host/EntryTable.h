@@ -21,11 +21,17 @@ struct EntryTotals {
 /// The line over a list of entries.
 std::string entryHeading(bool coloured);
 
-/// One entry of a page as a line: type, size, time, name.
-std::string entryLine(const Json::Value& entry, bool coloured);
+/// One entry of a page as a line: type, size, time, name. @p nameKey: what it is shown by, "name" or "path".
+std::string entryLine(const Json::Value& entry, bool coloured, const char* nameKey = "name");
 
 /// @p text as the heading of a folder.
 std::string folderHeading(const std::string& text, bool coloured);
+
+/// "1 file", "2 files".
+std::string counted(std::uint64_t count, const std::string& one);
+
+/// How media of @p type, a FileType, are called.
+std::string typeName(int type);
 
 /// Whether @p entry is a folder.
 bool isFolder(const Json::Value& entry);

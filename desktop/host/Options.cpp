@@ -16,6 +16,11 @@ constexpr const char* kExamples = R"(Examples:
   desktop-tv --stick ~/Videos browse
   desktop-tv --stick ~/Videos browse --recursive Holiday
   desktop-tv --stick ~/Videos browse --page-size 20 --page 2
+  desktop-tv --stick ~/Videos search
+  desktop-tv --auto groups --by artist
+  desktop-tv --auto groups --by artist --key "The Sines"
+  desktop-tv --stick ~/Videos info Holiday/beach.mp4
+  desktop-tv --stick ~/Videos thumbnails Holiday --out /tmp/pictures --size 320x180
   desktop-tv --stick ~/Videos shell
       then type, for example:
       {"command":"storagemedia.media.entermmbroswer"}
@@ -80,10 +85,24 @@ void addGlobalOptions(CLI::App& app, Options& options)
         ->type_name("FILE");
 }
 
+constexpr const char* kFolderHelp = "Folder: absolute, or below the first stick";
+
+/// A subcommand that sets @p command when it is chosen.
+CLI::App* addCommand(CLI::App& app, Options& options, Options::Command command, const char* name, const char* help)
+{
+    return app.add_subcommand(name, help)->callback([&options, command] { options.command = command; })->fallthrough();
+}
+
+void addJson(CLI::App* command, bool& json)
+{
+    command->add_flag("--json", json, "Write JSON lines");
+}
+
 void addBrowse(CLI::App& app, Options& options)
 {
-    CLI::App* browse = app.add_subcommand("browse", "List a folder as the television would show it");
-    browse->add_option("path", options.browse.path, "Folder: absolute, or below the first stick")->type_name("PATH");
+    CLI::App* browse =
+        addCommand(app, options, Options::Command::Browse, "browse", "List a folder as the television would show it");
+    browse->add_option("path", options.browse.path, kFolderHelp)->type_name("PATH");
     browse->add_flag("-r,--recursive", options.browse.recursive, "List the folders below, too");
     CLI::Option* size = browse->add_option("--page-size", options.browse.pageSize, "Show pages of so many entries")
                             ->type_name("N")
@@ -92,7 +111,66 @@ void addBrowse(CLI::App& app, Options& options)
         ->type_name("N")
         ->check(CLI::Range(1, 1'000'000))
         ->needs(size);
-    browse->callback([&options] { options.command = Options::Command::Browse; });
+}
+
+void addSearch(CLI::App& app, Options& options)
+{
+    CLI::App* search =
+        addCommand(app, options, Options::Command::Search, "search", "List the videos in a folder and all below it");
+    search->add_option("path", options.search.path, kFolderHelp)->type_name("PATH");
+    addJson(search, options.search.json);
+}
+
+void addGroups(CLI::App& app, Options& options)
+{
+    static const std::map<std::string, GroupFileType> kWays = {{"genre", GROUP_TYPE_GENRE}, {"artist", GROUP_TYPE_ARTIST},
+                                                               {"album", GROUP_TYPE_ALBUM}, {"date", GROUP_TYPE_DATE},
+                                                               {"month", GROUP_TYPE_MONTH}, {"year", GROUP_TYPE_YEAR}};
+    CLI::App* groups = addCommand(app, options, Options::Command::Groups, "groups",
+                                  "List the music or photos in a folder and all below it in groups");
+    groups->add_option("path", options.groups.path, kFolderHelp)->type_name("PATH");
+    groups
+        ->add_option_function<std::string>(
+            "--by", [&options](const std::string& way) { options.groups.by = kWays.at(way); },
+            "Music by genre, artist or album; photos by date, month or year")
+        ->type_name("WAY")
+        ->required()
+        ->check(CLI::IsMember(kWays));
+    groups->add_option("--key", options.groups.key, "List the files of this group")->type_name("KEY");
+    groups->add_flag("--descending", options.groups.descending, "Last first");
+    addJson(groups, options.groups.json);
+}
+
+void addInfo(CLI::App& app, Options& options)
+{
+    CLI::App* info = addCommand(app, options, Options::Command::Info, "info", "Describe media files");
+    info->add_option("files", options.info.files, "Files: absolute, or below the first stick")
+        ->type_name("FILE")
+        ->required();
+    addJson(info, options.info.json);
+}
+
+// "320x180"; what is wrong with it when it is none.
+std::string readSize(const std::string& text, ThumbnailsOptions& options)
+{
+    int length = -1;
+    std::sscanf(text.c_str(), "%5ux%5u%n", &options.width, &options.height, &length);
+    const bool whole = length == static_cast<int>(text.size()) && options.width > 0 && options.height > 0;
+    return whole ? "" : "'" + text + "' is no size such as 320x180";
+}
+
+void addThumbnails(CLI::App& app, Options& options)
+{
+    CLI::App* thumbnails = addCommand(app, options, Options::Command::Thumbnails, "thumbnails",
+                                      "Make small pictures of the media files in a folder");
+    CLI::Option* path = thumbnails->add_option("path", options.thumbnails.path, kFolderHelp)->type_name("PATH");
+    thumbnails->add_option("--file", options.thumbnails.file, "Of this file alone")->type_name("FILE")->excludes(path);
+    thumbnails->add_option("--out", options.thumbnails.outFolder, "Folder that the pictures are copied to")
+        ->type_name("FOLDER");
+    thumbnails->add_option("--size", "What a picture must fit into, in pixels; 240x360 if not given")
+        ->type_name("WxH")
+        ->check([&options](const std::string& text) { return readSize(text, options.thumbnails); });
+    addJson(thumbnails, options.thumbnails.json);
 }
 
 } // namespace
@@ -105,18 +183,20 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options)
     app.fallthrough();
     addGlobalOptions(app, options);
     addBrowse(app, options);
-    app.add_subcommand("shell", "Take commands as JSON lines, give replies and notifications as JSON lines")
-        ->callback([&options] { options.command = Options::Command::Shell; });
-    app.add_subcommand("commands", "List the commands that the plugin takes")->callback([&options] {
-        options.command = Options::Command::Commands;
-    });
+    addSearch(app, options);
+    addGroups(app, options);
+    addInfo(app, options);
+    addThumbnails(app, options);
+    addCommand(app, options, Options::Command::Shell, "shell",
+               "Take commands as JSON lines, give replies and notifications as JSON lines");
+    addCommand(app, options, Options::Command::Commands, "commands", "List the commands that the plugin takes");
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kUsageError;
     }
-    if (options.command == Options::Command::Browse && options.sticks.empty() && !options.mountedSticks) {
-        std::cerr << "desktop-tv: browse needs a stick: --stick FOLDER or --auto\n";
+    if (options.isForPeople() && options.sticks.empty() && !options.mountedSticks) {
+        std::cerr << "desktop-tv: this needs a stick: --stick FOLDER or --auto\n";
         return kUsageError;
     }
     if (options.pluginFile.empty()) {

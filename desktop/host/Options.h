@@ -1,6 +1,10 @@
 #pragma once
 
 #include "desktop/host/BrowseCommand.h"
+#include "desktop/host/GroupsCommand.h"
+#include "desktop/host/InfoCommand.h"
+#include "desktop/host/SearchCommand.h"
+#include "desktop/host/ThumbnailsCommand.h"
 
 #include "desktop/middleware/Log.h"
 
@@ -12,7 +16,10 @@ namespace desktop {
 
 /// What the user asks the program to do.
 struct Options {
-    enum class Command { Shell, Browse, Commands };
+    enum class Command { Commands, Shell, Browse, Search, Groups, Info, Thumbnails };
+
+    /// Whether it goes through the media browser, for people, and so needs a stick.
+    bool isForPeople() const { return command != Command::Commands && command != Command::Shell; }
 
     Command command = Command::Commands;
     std::vector<std::string> sticks;
@@ -22,6 +29,10 @@ struct Options {
     std::optional<LogLevel> logLevel;
     std::string logFile; ///< empty: none named
     BrowseOptions browse;
+    SearchOptions search;
+    GroupsOptions groups;
+    InfoOptions info;
+    ThumbnailsOptions thumbnails;
 };
 
 /// Reads the command line into @p options. An exit status when there is nothing to do but leave: help has been shown, or an

@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <cstdlib>
 
 namespace desktop {
 
@@ -26,6 +27,11 @@ bool Output::good() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     return m_good;
+}
+
+bool Output::isColoured() const
+{
+    return isatty(m_fd.get()) == 1 && std::getenv("NO_COLOR") == nullptr;
 }
 
 bool Output::writeSome(std::string_view& text)

@@ -17,7 +17,8 @@ public:
     bool write(std::string_view text);
     /// Whether every write has succeeded.
     bool good() const;
-    bool isTerminal() const { return isatty(m_fd.get()) == 1; }
+    /// Whether the reader is a person who wants colours.
+    bool isColoured() const;
 
 private:
     bool writeSome(std::string_view& text);

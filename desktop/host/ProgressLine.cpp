@@ -5,6 +5,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace desktop {
@@ -25,12 +26,11 @@ ProgressLine::ProgressLine()
 {
 }
 
-void ProgressLine::show(const std::string& directory, std::size_t entries)
+void ProgressLine::show(const std::string& text)
 {
     if (!m_terminal) {
         return;
     }
-    const std::string text = std::to_string(entries) + " entries read of " + visibleText(directory);
     const std::lock_guard<std::mutex> lock(m_mutex);
     std::fprintf(stderr, "\r\x1b[K%s", fitted(text, terminalColumns() - 1).c_str());
     m_shown = true;
@@ -43,6 +43,14 @@ void ProgressLine::clear()
         std::fputs("\r\x1b[K", stderr);
         m_shown = false;
     }
+}
+
+std::string progressBar(std::size_t done, std::size_t total)
+{
+    constexpr std::size_t kColumns = 30;
+    const std::size_t filled = total > 0 ? std::min(done, total) * kColumns / total : kColumns;
+    return "[" + std::string(filled, '#') + std::string(kColumns - filled, ' ') + "] " + std::to_string(done) + " of " +
+           std::to_string(total);
 }
 
 } // namespace desktop

@@ -13,7 +13,7 @@ public:
     ProgressLine();
     ~ProgressLine() { clear(); }
 
-    void show(const std::string& directory, std::size_t entries);
+    void show(const std::string& text);
     /// Removes the line, if there is one, before other text is written.
     void clear();
 
@@ -22,5 +22,8 @@ private:
     std::mutex m_mutex;
     bool m_shown = false;
 };
+
+/// How far @p done of @p total is: "[######              ] 30 of 100".
+std::string progressBar(std::size_t done, std::size_t total);
 
 } // namespace desktop

@@ -4,6 +4,8 @@
 #include "desktop/host/JsonLines.h"
 #include "desktop/host/LineReader.h"
 
+#include "platform/SocMiddleware.h"
+
 namespace desktop {
 
 namespace {
@@ -37,19 +39,41 @@ std::string faultOf(const Json::Value& line)
     return requestFits ? "" : "\"request\" is no object.";
 }
 
-void runLine(Television& television, Output& output, int number, const std::string& text)
+void writeScreen(Output& output, bool off)
 {
     Json::Value line;
-    JsonError error;
-    if (!parseJsonLine(text, line, error)) {
-        writeError(output, number, error.column, error.reason);
-        return;
+    line["desktop"] = "screen";
+    line["off"] = off;
+    output.write(jsonLine(line));
+}
+
+bool screenIsOff()
+{
+    int status = 0;
+    SocMiddleware::getInstance()->getSystemMgr()->getScreenStatus(&status);
+    return status != 0;
+}
+
+/// What is wrong with a line for the desktop itself; empty when nothing is.
+std::string faultOfDesktopLine(const Json::Value& line)
+{
+    const bool known = line["desktop"] == "screen" && line.size() == (line.isMember("off") ? 2U : 1U);
+    const bool fits = known && (!line.isMember("off") || line["off"].isBool());
+    return fits ? "" : "For the desktop itself there is {\"desktop\":\"screen\"}, with \"off\" true or false to switch it.";
+}
+
+// Answered by a line like the one that tells of a screen that the plugin switches.
+void runDesktopLine(Output& output, const Json::Value& line)
+{
+    if (line.isMember("off")) {
+        SocMiddleware::getInstance()->getSystemMgr()->ScreenOff(line["off"].asBool() ? 1 : 0);
+    } else {
+        writeScreen(output, screenIsOff());
     }
-    const std::string fault = faultOf(line);
-    if (!fault.empty()) {
-        writeError(output, number, 1, fault);
-        return;
-    }
+}
+
+void runCommand(Television& television, Output& output, int number, const Json::Value& line)
+{
     // The reply's line comes before that of any notification that the command leads to.
     const auto turn = DesktopMiddleware::instance().events().holdDelivery();
     Json::Value answer;
@@ -63,6 +87,25 @@ void runLine(Television& television, Output& output, int number, const std::stri
         return;
     }
     output.write(jsonLine(answer));
+}
+
+void runLine(Television& television, Output& output, int number, const std::string& text)
+{
+    Json::Value line;
+    JsonError error;
+    if (!parseJsonLine(text, line, error)) {
+        writeError(output, number, error.column, error.reason);
+        return;
+    }
+    const bool forDesktop = line.isMember("desktop");
+    const std::string fault = forDesktop ? faultOfDesktopLine(line) : faultOf(line);
+    if (!fault.empty()) {
+        writeError(output, number, 1, fault);
+    } else if (forDesktop) {
+        runDesktopLine(output, line);
+    } else {
+        runCommand(television, output, number, line);
+    }
 }
 
 bool isBlank(const std::string& text)
@@ -92,6 +135,7 @@ int runShell(TelevisionSettings settings, Output& output, const Interrupts& inte
         line["body"] = body;
         output.write(jsonLine(line));
     };
+    settings.desktop.screenSwitched = [&output](bool off) { writeScreen(output, off); };
     Television television(std::move(settings));
     LineReader input(STDIN_FILENO, interrupts);
     int number = 0;

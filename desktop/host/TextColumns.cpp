@@ -98,4 +98,18 @@ std::string humanSize(std::uint64_t bytes)
     return text.data();
 }
 
+std::string humanDuration(unsigned int seconds)
+{
+    std::array<char, 32> text = {};
+    if (seconds == 0) {
+        return "-";
+    }
+    if (seconds < 3600) {
+        std::snprintf(text.data(), text.size(), "%u:%02u", seconds / 60, seconds % 60);
+    } else {
+        std::snprintf(text.data(), text.size(), "%u:%02u:%02u", seconds / 3600, seconds / 60 % 60, seconds % 60);
+    }
+    return text.data();
+}
+
 } // namespace desktop

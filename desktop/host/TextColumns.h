@@ -24,4 +24,7 @@ std::string fitted(std::string_view text, std::size_t columns);
 /// @p bytes for people, in binary units: "17 B", "1.5 KB", "2.0 GB".
 std::string humanSize(std::uint64_t bytes);
 
+/// @p seconds as "3:04" or "1:02:03"; "-" for 0, which stands for not known.
+std::string humanDuration(unsigned int seconds);
+
 } // namespace desktop

@@ -24,7 +24,7 @@ UniqueFd divertLog(const Options& options)
     UniqueFd log(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
     if (!options.logFile.empty()) {
         log = UniqueFd(open(options.logFile.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666));
-    } else if (options.command == Options::Command::Browse && !options.logLevel) {
+    } else if (options.isForPeople() && !options.logLevel) {
         log = UniqueFd(open("/dev/null", O_WRONLY | O_CLOEXEC));
     }
     if (!output || !log || dup2(log.get(), STDOUT_FILENO) < 0) {
@@ -43,6 +43,25 @@ int listCommands()
     return std::fflush(stdout) == 0 ? 0 : 1;
 }
 
+void runForPeople(desktop::Session& session, const Options& options, desktop::Output& output)
+{
+    switch (options.command) {
+    case Options::Command::Browse:
+        return desktop::runBrowse(session, options.browse, output);
+    case Options::Command::Search:
+        return desktop::runSearch(session, options.search, output);
+    case Options::Command::Groups:
+        return desktop::runGroups(session, options.groups, output);
+    case Options::Command::Info:
+        return desktop::runInfo(session, options.info, output);
+    case Options::Command::Thumbnails:
+        return desktop::runThumbnails(session, options.thumbnails, output);
+    case Options::Command::Commands:
+    case Options::Command::Shell:
+        return; // not through the media browser
+    }
+}
+
 int runTelevision(const Options& options)
 {
     const desktop::Interrupts interrupts; // before anything that starts a thread
@@ -57,9 +76,12 @@ int runTelevision(const Options& options)
     settings.desktop.sticks = options.sticks;
     settings.desktop.mountedSticks = options.mountedSticks;
     settings.desktop.cacheFolder = options.cacheFolder;
-    return options.command == Options::Command::Browse
-               ? desktop::runBrowse(std::move(settings), options.browse, output, interrupts)
-               : desktop::runShell(std::move(settings), output, interrupts);
+    if (options.command == Options::Command::Shell) {
+        return desktop::runShell(std::move(settings), output, interrupts);
+    }
+    desktop::Session session(std::move(settings), output, interrupts);
+    runForPeople(session, options, output);
+    return session.exitStatus();
 }
 
 } // namespace

@@ -31,7 +31,7 @@ TEST_F(OutputTest, Text_IsWrittenWhole)
     std::string text(64, '\0');
     text.resize(static_cast<std::size_t>(read(reader.get(), text.data(), text.size())));
     EXPECT_EQ(text, "hello there");
-    EXPECT_FALSE(output.isTerminal());
+    EXPECT_FALSE(output.isColoured());
 }
 
 TEST_F(OutputTest, ReaderThatHasGone_IsToldOnceAndForAll)

@@ -1,3 +1,4 @@
+#include "tests/desktop/support/Computer.h"
 #include "tests/desktop/support/Program.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -109,23 +110,16 @@ TEST_F(PrivateDirectories, WorkingDirectory_StaysWhatItWas)
 
 TEST_F(PrivateDirectories, WhatIsMountedLater_IsSeen)
 {
-    const std::vector<std::string> rights =
-        geteuid() == 0 ? std::vector<std::string>{"unshare", "-m"} : std::vector<std::string>{"unshare", "-Urm"};
-    Program computer(join(rights, {"--propagation", "shared", "sh", "-c", "echo ready; exec cat"}));
-    if (!computer.readUntil([&computer] { return contains(computer.output(), "ready"); })) {
-        GTEST_SKIP() << "this kernel gives this user no namespace in which to mount: " << computer.errors();
-    }
-    std::vector<std::string> onComputer = {"nsenter", "-t", std::to_string(computer.pid()), "-m"};
-    if (geteuid() != 0) {
-        onComputer.insert(onComputer.end(), {"-U", "--preserve-credentials"});
+    const testsupport::Computer computer;
+    if (!computer.works()) {
+        GTEST_SKIP() << "this kernel gives this user no namespace in which to mount";
     }
     const testsupport::TemporaryDirectory stick;
     stick.makeDirectory("sub");
-    Shell shell({"--stick", stick.path()}, onComputer);
+    Shell shell({"--stick", stick.path()}, computer.on());
     shell.notification("storagemedia.usb.mount"); // it runs
-    Program mount(join(
-        onComputer, {"sh", "-c", "mount -t tmpfs none " + stick.path("sub") + " && touch " + stick.path("sub/later.jpg")}));
-    ASSERT_EQ(mount.wait(), 0) << mount.errors();
+    const std::string sub = stick.path("sub");
+    ASSERT_EQ(computer.run("mount -t tmpfs none " + sub + " && touch " + sub + "/later.jpg"), "");
     shell.send("storagemedia.folder.chgdir", testsupport::changeRequest(stick.path("sub")));
     const Json::Value body = shell.notification("storagemedia.folder.chgdir.complete")["body"];
     EXPECT_EQ(body["filelst"][0]["name"], "later.jpg") << body;

@@ -123,13 +123,28 @@ TEST_F(ShellTest, LineThatIsNoCommand_IsToldAndTheShellGoesOn)
     Shell shell(options());
     for (const char* line :
          {R"({"command":"storagemedia.no.such"})", R"({"comand":"x"})", R"({"command":5})", "[]",
-          R"({"command":"storagemedia.folder.chgdir","request":[]})",
+          R"({"command":"storagemedia.folder.chgdir","request":[]})", R"({"desktop":"sceen"})",
+          R"({"desktop":"screen","off":1})", R"({"desktop":"screen","command":"x"})",
           R"({"command":"storagemedia.folder.chgdir","request":{"channelId":"c","reqId":"1","dirpath":{}}})"}) {
         shell.sendLine(line);
         EXPECT_NE(shell.reply()["error"].asString(), "") << line;
     }
     shell.send(kChange, changeRequest(stick.path("Films")));
     EXPECT_EQ(shell.notification(kChanged)["body"]["filecount"], 2);
+    EXPECT_EQ(shell.program.wait(), 0);
+}
+
+TEST_F(ShellTest, Screen_CanBeSwitchedAndAskedFor)
+{
+    Shell shell(options());
+    const auto screen = [&shell](const std::string& line) {
+        shell.sendLine(line);
+        return shell.next([](const Json::Value& answer) { return answer["desktop"] == "screen"; })["off"];
+    };
+    EXPECT_EQ(screen(R"({"desktop":"screen"})"), false);
+    EXPECT_EQ(screen(R"({"desktop":"screen","off":true})"), true);
+    EXPECT_EQ(screen(R"({"desktop":"screen"})"), true);
+    EXPECT_EQ(screen(R"({"desktop":"screen","off":false})"), false);
     EXPECT_EQ(shell.program.wait(), 0);
 }
 

@@ -1,0 +1,92 @@
+#include "tests/desktop/support/Computer.h"
+#include "tests/desktop/support/OwnMounts.h"
+#include "tests/desktop/support/Program.h"
+#include "tests/support/TemporaryDirectory.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace {
+
+using testsupport::changeRequest;
+using testsupport::Computer;
+using testsupport::Shell;
+
+constexpr const char* kUuid = "5b1f0c3e-2d44-4f7a-8c19-73e0a6d2b851";
+
+/// A computer without sticks, and one stick to put in.
+class MountsTest : public testing::Test {
+protected:
+    MountsTest()
+    {
+        folder.makeDirectory("content");
+        folder.makeFile("content/a.jpg");
+        testsupport::makeExt4Image(folder.path("image"), "HOLIDAY", kUuid, folder.path("content"));
+        m_refusal =
+            computer.works() ? computer.run("mount -t tmpfs none /mnt && mkdir /mnt/usb") : "no mounts for this user";
+    }
+    // The mount keeps the loop device.
+    ~MountsTest() override { computer.run("umount -l /mnt/usb"); }
+
+    bool putIn()
+    {
+        if (m_refusal.empty()) {
+            m_refusal = computer.run("mount -o loop,ro " + folder.path("image") + " /mnt/usb");
+        }
+        return m_refusal.empty();
+    }
+
+    static bool isNews(const Json::Value& line) { return line.isMember("notification") || line.isMember("desktop"); }
+
+    testsupport::TemporaryDirectory folder;
+    Computer computer;
+    std::string m_refusal;
+};
+
+TEST_F(MountsTest, StickMountedLater_SwitchesTheScreenOnAndIsListed)
+{
+    Shell shell({"--auto"}, computer.on());
+    shell.sendLine(R"({"desktop":"screen","off":true})");
+    EXPECT_EQ(shell.next(isNews)["off"], true);
+    if (!putIn()) {
+        GTEST_SKIP() << m_refusal;
+    }
+    EXPECT_EQ(shell.next(isNews)["off"], false);
+    EXPECT_EQ(shell.next(isNews)["notification"], "storagemedia.usb.plugin");
+    const Json::Value device = shell.notification("storagemedia.usb.mount")["body"]["devlist"][0];
+    EXPECT_EQ(device["path"], "/mnt/usb");
+    EXPECT_EQ(device["name"], "HOLIDAY");
+    shell.send("storagemedia.folder.chgdir", changeRequest("/mnt/usb"));
+    EXPECT_EQ(shell.notification("storagemedia.folder.chgdir.complete")["body"]["filelst"][1]["name"], "a.jpg");
+    EXPECT_EQ(shell.program.wait(), 0);
+}
+
+TEST_F(MountsTest, StickUnmountedLazily_IsPulledAndRefused)
+{
+    if (!putIn()) {
+        GTEST_SKIP() << m_refusal;
+    }
+    Shell shell({"--auto"}, computer.on());
+    shell.notification("storagemedia.usb.mount");
+    EXPECT_EQ(computer.run("exec 3</mnt/usb/a.jpg; umount -l /mnt/usb"), "");
+    EXPECT_EQ(shell.notification("storagemedia.usb.unmount")["body"]["path"], "/mnt/usb");
+    EXPECT_EQ(shell.notification("storagemedia.usb.mount")["body"]["devcount"], 0);
+    shell.send("storagemedia.folder.chgdir", changeRequest("/mnt/usb"));
+    EXPECT_FALSE(shell.reply()["result"].asBool());
+    EXPECT_EQ(shell.program.wait(), 0);
+}
+
+TEST_F(MountsTest, WithoutAuto_OnlyGivenFoldersAreSticks)
+{
+    if (!putIn()) {
+        GTEST_SKIP() << m_refusal;
+    }
+    Shell shell({"--stick", folder.path("content")}, computer.on());
+    const Json::Value list = shell.notification("storagemedia.usb.mount")["body"]["devlist"];
+    ASSERT_EQ(list.size(), 1U);
+    EXPECT_EQ(list[0]["path"], folder.path("content"));
+    EXPECT_EQ(shell.program.wait(), 0);
+}
+
+} // namespace
