@@ -26,8 +26,8 @@ DesktopMiddleware& DesktopMiddleware::instance()
 
 DesktopMiddleware::DesktopMiddleware()
     : m_resolver({})
-    , m_listings(std::make_unique<FolderListings>(m_resolver, m_events, FolderObserver()))
 {
+    makeParts("", FolderObserver());
 }
 
 void DesktopMiddleware::open(DesktopSettings settings)
@@ -43,7 +43,7 @@ void DesktopMiddleware::open(DesktopSettings settings)
         sources.mountFolders = kMountFolders;
     }
     m_screenSwitched = std::move(settings.screenSwitched);
-    m_listings = std::make_unique<FolderListings>(m_resolver, m_events, std::move(settings.observer));
+    makeParts(settings.cacheFolder, settings.observer);
     m_volumes = std::make_unique<Volumes>(std::move(sources), m_resolver, m_events,
                                           [this](const std::string& stick) { stickPulled(stick); });
 }
@@ -55,8 +55,13 @@ void DesktopMiddleware::startEvents()
 
 void DesktopMiddleware::close()
 {
-    m_volumes.reset();
     m_listings->cancel();
+    m_grouping->cancel();
+    m_workers->stop(); // which the grouping may wait for
+    m_grouping->stop();
+    m_search->stop();
+    m_volumes.reset();
+    m_thumbnails->close();
     m_events.stop();
     m_events.setListener(nullptr);
 }
@@ -78,10 +83,27 @@ void DesktopMiddleware::screenSwitched(bool off) const
     }
 }
 
+void DesktopMiddleware::makeParts(const std::string& cacheFolder, const FolderObserver& observer)
+{
+    m_grouping.reset(); // both look at the listings
+    m_search.reset();
+    m_workers = std::make_shared<MediaWorkers>(); // their processes start with the first file
+    const auto library = std::make_shared<MediaLibrary>(m_workers, cacheFolder,
+                                                        [this](const std::string& stick) { return stickId(stick); });
+    m_listings = std::make_unique<FolderListings>(m_resolver, m_events, observer, library);
+    m_search = std::make_unique<Search>(*m_listings, m_events, observer);
+    m_grouping = std::make_unique<Grouping>(*m_listings, m_events, observer);
+    m_thumbnails =
+        std::make_unique<Thumbnails>(std::make_shared<ThumbnailMaker>(m_resolver, m_workers, cacheFolder), m_events);
+}
+
 // On the thread that watches the sticks: whatever reads from the stick ends now.
 void DesktopMiddleware::stickPulled(const std::string& stick)
 {
     m_listings->lose(stick);
+    m_search->lose(stick);
+    m_grouping->lose(stick);
+    m_thumbnails->lose(stick);
 }
 
 } // namespace desktop

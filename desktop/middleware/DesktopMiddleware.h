@@ -2,6 +2,9 @@
 
 #include "desktop/middleware/EventQueue.h"
 #include "desktop/middleware/FolderListings.h"
+#include "desktop/middleware/Grouping.h"
+#include "desktop/middleware/Search.h"
+#include "desktop/middleware/Thumbnails.h"
 #include "desktop/middleware/Volumes.h"
 
 #include <memory>
@@ -40,6 +43,9 @@ public:
     // For the managers of the middleware.
     EventQueue& events() { return m_events; }
     FolderListings& listings() { return *m_listings; }
+    Search& search() { return *m_search; }
+    Grouping& grouping() { return *m_grouping; }
+    Thumbnails& thumbnails() { return *m_thumbnails; }
     /// Opens what lies on the sticks that are there.
     const PathResolver& resolver() const { return m_resolver; }
     /// Safe on any thread.
@@ -51,12 +57,17 @@ public:
 
 private:
     DesktopMiddleware();
+    void makeParts(const std::string& cacheFolder, const FolderObserver& observer);
     void stickPulled(const std::string& stick);
 
     EventQueue m_events;
     PathResolver m_resolver;
     std::function<void(bool off)> m_screenSwitched;
     std::unique_ptr<FolderListings> m_listings;
+    std::unique_ptr<Search> m_search;
+    std::unique_ptr<Grouping> m_grouping;
+    std::shared_ptr<MediaWorkers> m_workers;
+    std::unique_ptr<Thumbnails> m_thumbnails;
     std::unique_ptr<Volumes> m_volumes;
 };
 

@@ -1,5 +1,6 @@
 #include "desktop/middleware/EntryFacts.h"
 
+#include "desktop/middleware/FileTime.h"
 #include "desktop/middleware/MediaTypes.h"
 
 #include <fcntl.h>
@@ -12,7 +13,7 @@ namespace desktop {
 
 namespace {
 
-constexpr unsigned int kFields = STATX_TYPE | STATX_SIZE | STATX_BTIME | STATX_CTIME;
+constexpr unsigned int kFields = STATX_TYPE | STATX_SIZE | STATX_MTIME | STATX_BTIME | STATX_CTIME;
 
 std::time_t creationTime(const struct statx& status)
 {
@@ -20,7 +21,50 @@ std::time_t creationTime(const struct statx& status)
     return static_cast<std::time_t>(born ? status.stx_btime.tv_sec : status.stx_ctime.tv_sec);
 }
 
+bool look(int folder, const std::string& name, struct statx& status)
+{
+    return statx(folder, name.c_str(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, kFields, &status) == 0;
+}
+
+EntryFacts regularFileFacts(const std::string& name, const struct statx& status, int pinned)
+{
+    const FileType type = regularFileType(name, status.stx_size, pinned);
+    return {type, status.stx_size, nanoseconds(status.stx_mtime), creationTime(status)};
+}
+
+EntryFacts plainFileFacts(int folder, const std::string& name, const struct statx& status)
+{
+    // Most files need no descriptor: their extension says it all.
+    const bool needed = status.stx_size > 0 && typeByExtension(name) == FILE_TYPE_UNKNOWN;
+    const UniqueFd pinned(needed ? openat(folder, name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC) : -1);
+    return regularFileFacts(name, status, pinned.get());
+}
+
 } // namespace
+
+std::optional<EntryFacts> inspectFile(int folder, const std::string& name)
+{
+    struct statx status = {};
+    if (!look(folder, name, status) || !S_ISREG(status.stx_mode)) {
+        return std::nullopt;
+    }
+    return plainFileFacts(folder, name, status);
+}
+
+std::optional<EntryFacts> inspectPinned(int pinned, const std::string& name)
+{
+    struct statx status = {};
+    if (statx(pinned, "", AT_EMPTY_PATH, kFields, &status) != 0) {
+        return std::nullopt;
+    }
+    if (S_ISDIR(status.stx_mode)) {
+        return EntryFacts{FILE_TYPE_FOLDER, 0, 0, creationTime(status)};
+    }
+    if (!S_ISREG(status.stx_mode)) {
+        return EntryFacts();
+    }
+    return regularFileFacts(name, status, pinned);
+}
 
 UniqueFd openRegularFile(int pinned)
 {
@@ -74,26 +118,18 @@ EntryInspector::EntryInspector(int folder, Location location)
 std::optional<EntryFacts> EntryInspector::inspect(const std::string& name) const
 {
     struct statx status = {};
-    if (statx(m_folder, name.c_str(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, kFields, &status) != 0) {
+    if (!look(m_folder, name, status)) {
         // One damaged entry must not hide the others: it is shown as unreadable.
         return errno == ENOENT ? std::nullopt : std::optional<EntryFacts>(EntryFacts());
     }
     const std::time_t created = creationTime(status);
     if (S_ISDIR(status.stx_mode)) {
-        return EntryFacts{FILE_TYPE_FOLDER, 0, created};
+        return EntryFacts{FILE_TYPE_FOLDER, 0, 0, created};
     }
     if (S_ISREG(status.stx_mode)) {
-        return EntryFacts{plainFileType(name, status.stx_size), status.stx_size, created};
+        return plainFileFacts(m_folder, name, status);
     }
-    return S_ISLNK(status.stx_mode) ? followLink(name, created) : EntryFacts{FILE_TYPE_UNKNOWN, 0, created};
-}
-
-FileType EntryInspector::plainFileType(const std::string& name, std::uint64_t size) const
-{
-    // Most files need no descriptor: their extension says it all.
-    const bool needed = size > 0 && typeByExtension(name) == FILE_TYPE_UNKNOWN;
-    const UniqueFd pinned(needed ? openat(m_folder, name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC) : -1);
-    return regularFileType(name, size, pinned.get());
+    return S_ISLNK(status.stx_mode) ? followLink(name, created) : EntryFacts{FILE_TYPE_UNKNOWN, 0, 0, created};
 }
 
 EntryFacts EntryInspector::followLink(const std::string& name, std::time_t created) const
@@ -102,13 +138,13 @@ EntryFacts EntryInspector::followLink(const std::string& name, std::time_t creat
     struct stat status = {};
     const bool found = target && fstat(target.get(), &status) == 0;
     if (found && S_ISDIR(status.st_mode) && !leadsBack(status)) {
-        return {FILE_TYPE_FOLDER, 0, created};
+        return {FILE_TYPE_FOLDER, 0, 0, created};
     }
     if (found && S_ISREG(status.st_mode)) {
         const auto size = static_cast<std::uint64_t>(status.st_size);
-        return {regularFileType(name, size, target.get()), size, created};
+        return {regularFileType(name, size, target.get()), size, nanoseconds(status.st_mtim), created};
     }
-    return {FILE_TYPE_UNKNOWN, 0, created};
+    return {FILE_TYPE_UNKNOWN, 0, 0, created};
 }
 
 bool EntryInspector::leadsBack(const struct stat& target) const

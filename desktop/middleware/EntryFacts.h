@@ -17,6 +17,7 @@ namespace desktop {
 struct EntryFacts {
     FileType type = FILE_TYPE_UNKNOWN; ///< unknown: what cannot or must not be read
     std::uint64_t size = 0;            ///< bytes; 0 for all but regular files
+    std::int64_t modified = 0;         ///< when the content last changed, in nanoseconds; of regular files
     std::time_t created = 0;           ///< birth, or the last change of status where the file system keeps no birth
 };
 
@@ -31,7 +32,6 @@ public:
     std::optional<EntryFacts> inspect(const std::string& name) const;
 
 private:
-    FileType plainFileType(const std::string& name, std::uint64_t size) const;
     EntryFacts followLink(const std::string& name, std::time_t created) const;
     bool leadsBack(const struct stat& target) const;
 
@@ -39,6 +39,13 @@ private:
     Location m_location;
     std::vector<struct stat> m_path; ///< the stick's folder and every folder on the way to this one
 };
+
+/// The facts of entry @p name of the open folder @p folder when it is a regular file; nothing when it is not or has gone.
+std::optional<EntryFacts> inspectFile(int folder, const std::string& name);
+
+/// The facts of the folder or regular file that @p pinned, an O_PATH descriptor, stands for; anything else is unknown.
+/// @p name: the file's name. Nothing when it cannot be looked at.
+std::optional<EntryFacts> inspectPinned(int pinned, const std::string& name);
 
 /// The type of a regular file of @p size bytes: by the extension of @p name, and by its content where that leaves it open.
 /// @p pinned is an O_PATH descriptor of it.

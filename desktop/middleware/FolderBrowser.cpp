@@ -17,10 +17,16 @@ constexpr int kFailed = -1;
 // Lists that a page request can name.
 constexpr int kListDirectory = 0;
 constexpr int kListCurrent = 1;
+constexpr int kListGroup = 2;
 
 FolderListings& listings()
 {
     return DesktopMiddleware::instance().listings();
+}
+
+desktop::Thumbnails& thumbnails()
+{
+    return DesktopMiddleware::instance().thumbnails();
 }
 
 desktop::ListingPointer listingOf(const page_option& page)
@@ -33,6 +39,33 @@ desktop::ListingPointer listingOf(const page_option& page)
     default:
         return nullptr;
     }
+}
+
+desktop::Grouping& grouping()
+{
+    return DesktopMiddleware::instance().grouping();
+}
+
+int listGroup(const std::string& key, std::vector<FolderFileInfo_s>& files, int number, desktop::GroupOrder order)
+{
+    const auto entries = grouping().list(key, number, order);
+    if (!entries) {
+        return kFailed;
+    }
+    for (const desktop::MediaEntry& entry : *entries) {
+        files.push_back(entry.file);
+    }
+    return kOk;
+}
+
+int pageGroup(std::vector<FolderFileInfo_s>& entries, const page_option& page)
+{
+    auto files = grouping().page(page.keystr, page.pageid);
+    if (!files) {
+        return kFailed;
+    }
+    entries = std::move(*files);
+    return kOk;
 }
 
 std::string nameOf(const std::string& path)
@@ -60,6 +93,9 @@ int FolderBrowser::getOnePageFileInfo(std::vector<FolderFileInfo_s>& entries, pa
         desktop::logLine(desktop::LogLevel::Warning, "pages are counted from 0, not " + std::to_string(page.pageid));
         return kFailed;
     }
+    if (page.type == kListGroup) {
+        return pageGroup(entries, page);
+    }
     const desktop::ListingPointer listing = listingOf(page);
     if (listing == nullptr) {
         desktop::logLine(desktop::LogLevel::Warning, "no page of list " + std::to_string(page.type));
@@ -72,31 +108,72 @@ int FolderBrowser::getOnePageFileInfo(std::vector<FolderFileInfo_s>& entries, pa
 int FolderBrowser::userCancel()
 {
     listings().cancel();
+    DesktopMiddleware::instance().search().cancel();
+    grouping().cancel();
     return kOk;
 }
 
 int FolderBrowser::getMediaFileInfo(const std::string& path, media_file_info_s& info)
 {
-    const desktop::UniqueFd pinned = listings().pin(path);
-    struct stat status = {};
-    if (!pinned || fstat(pinned.get(), &status) != 0) {
+    return listings().describe(path, info) ? kOk : kFailed;
+}
+
+int FolderBrowser::getMediaFileInfo(const std::string& key, std::vector<FolderFileInfo_s>& files, int number)
+{
+    return listGroup(key, files, number, desktop::GroupOrder::AsWalked);
+}
+
+int FolderBrowser::getMediaFileInfo(const std::string& key, std::vector<FolderFileInfo_s>& files, int number, int asc)
+{
+    const auto order = asc != 0 ? desktop::GroupOrder::NameAscending : desktop::GroupOrder::NameDescending;
+    return listGroup(key, files, number, order);
+}
+
+int FolderBrowser::getMediaFileInfo(const std::string& key, std::vector<FolderFileInfo_s>& files,
+                                    std::vector<media_file_info_s>& media, int number)
+{
+    const auto entries = grouping().list(key, number, desktop::GroupOrder::AsWalked);
+    if (!entries) {
         return kFailed;
     }
-    const std::string name = desktop::decodeName(nameOf(path));
-    info = media_file_info_s();
-    info.path = path;
-    info.title = desktop::encodeName(desktop::nameWithoutExtension(name));
-    if (S_ISDIR(status.st_mode)) {
-        info.type = FILE_TYPE_FOLDER;
-    } else if (S_ISREG(status.st_mode)) {
-        info.type = desktop::regularFileType(name, static_cast<std::uint64_t>(status.st_size), pinned.get());
+    for (const desktop::MediaEntry& entry : *entries) {
+        const FolderFileInfo_s& file = entry.file;
+        files.push_back(file);
+        media.push_back(desktop::describeMedia(file.path, static_cast<FileType>(file.type), file.title, entry.facts));
     }
     return kOk;
+}
+
+int FolderBrowser::groupFiles(const std::string& path, GroupFileType type)
+{
+    return grouping().start(path, type) ? kOk : kFailed;
 }
 
 std::string FolderBrowser::getFileDirPath(const std::string& filePath)
 {
     return listings().directoryOf(filePath);
+}
+
+int FolderBrowser::appendThumbnailList(int startIndex, int count)
+{
+    return thumbnails().append(listings().current(), startIndex, count) ? kOk : kFailed;
+}
+
+int FolderBrowser::appendThumbnailList(const std::string& path)
+{
+    thumbnails().append(path);
+    return kOk;
+}
+
+int FolderBrowser::startThumbnail(unsigned int width, unsigned int height, FileType type)
+{
+    return thumbnails().start(width, height, type) ? kOk : kFailed;
+}
+
+int FolderBrowser::stopThumbnail()
+{
+    thumbnails().stop();
+    return kOk;
 }
 
 std::string FolderBrowser::splitFileName(std::string filePath)

@@ -1,6 +1,7 @@
 #include "desktop/middleware/FolderListings.h"
 
 #include "desktop/middleware/Log.h"
+#include "desktop/middleware/MediaTypes.h"
 #include "desktop/middleware/NameEncoding.h"
 
 #include "platform/SocMwEvents.h"
@@ -28,10 +29,12 @@ std::string withoutTrailingSlash(std::string path)
 
 } // namespace
 
-FolderListings::FolderListings(PathResolver resolver, EventQueue& events, FolderObserver observer)
+FolderListings::FolderListings(PathResolver resolver, EventQueue& events, FolderObserver observer,
+                               std::shared_ptr<MediaLibrary> library)
     : m_resolver(std::move(resolver))
     , m_events(events)
     , m_observer(std::move(observer))
+    , m_library(std::move(library))
 {
 }
 
@@ -104,11 +107,30 @@ ListingPointer FolderListings::of(const std::string& directory)
     return read->listing();
 }
 
+bool FolderListings::describe(const std::string& path, media_file_info_s& info) const
+{
+    const std::string bytes = decodeName(path);
+    const std::string name = bytes.substr(bytes.rfind('/') + 1); // npos + 1 is 0
+    const UniqueFd pinned = pin(path);
+    const std::optional<EntryFacts> entry = pinned ? inspectPinned(pinned.get(), name) : std::nullopt;
+    if (!entry) {
+        return false;
+    }
+    const bool known = m_library != nullptr && hasMediaFacts(entry->type);
+    const MediaFacts facts = known ? m_library->factsOf(m_resolver.locate(bytes), *entry, pinned.get()) : MediaFacts();
+    info = describeMedia(path, entry->type, encodeName(nameWithoutExtension(name)), facts);
+    return true;
+}
+
 bool FolderListings::forget(const std::string& directory)
 {
     const std::string path = decodeName(directory);
     m_cache.dropBelow(path);
-    return static_cast<bool>(m_resolver.locate(path));
+    const Location location = m_resolver.locate(path);
+    if (location && m_library != nullptr) {
+        m_library->forgetBelow(location);
+    }
+    return static_cast<bool>(location);
 }
 
 std::string FolderListings::directoryOf(const std::string& path) const
@@ -139,6 +161,7 @@ bool FolderListings::openFolder(const std::string& directory, FolderToRead& fold
     folder.location = m_resolver.locate(decodeName(directory));
     folder.fd = PathResolver::open(folder.location, O_RDONLY | O_DIRECTORY | O_NONBLOCK);
     folder.directory = withoutTrailingSlash(directory);
+    folder.library = m_library;
     if (!folder.fd) {
         report(directory, errno);
     }

@@ -18,7 +18,9 @@ struct FolderObserver {
 /// thread unless said otherwise.
 class FolderListings {
 public:
-    FolderListings(PathResolver resolver, EventQueue& events, FolderObserver observer);
+    /// @p library tells what is known of the files that are listed; may be null.
+    FolderListings(PathResolver resolver, EventQueue& events, FolderObserver observer,
+                   std::shared_ptr<MediaLibrary> library = nullptr);
 
     /// Makes @p directory the current one and starts reading it; ends in SOCMW_MM_EVENT_FB_CHANGE_DIR_COMPLETED, with no
     /// entries when the reading fails. A change that is overtaken before its event is delivered raises none. False, and no
@@ -36,15 +38,19 @@ public:
     /// Entries to a page, as the latest change gave it.
     int itemsPerPage() const { return m_itemsPerPage; }
 
-    /// Forgets the listings below @p directory; false when it lies on no stick.
+    /// Describes what @p path stands for in @p info; a media file by its facts, which may have to be read first. False, the
+    /// observer told, when it is not there or on no stick.
+    bool describe(const std::string& path, media_file_info_s& info) const;
+    /// Forgets the listings below @p directory and what is known of the files there; false when it lies on no stick.
     bool forget(const std::string& directory);
     /// The directory of @p path, spelled as the latest change spelled it. Safe on any thread.
     std::string directoryOf(const std::string& path) const;
+    /// Opens @p directory to be read; false, the observer told, when there is no such folder on a stick.
+    bool openFolder(const std::string& directory, FolderToRead& folder) const;
     /// Opens what @p path stands for with O_PATH; empty, the observer told, when it is not there or on no stick.
     UniqueFd pin(const std::string& path) const;
 
 private:
-    bool openFolder(const std::string& directory, FolderToRead& folder) const;
     void startChange(FolderToRead folder);
     FolderRead* runningChange(const std::string& directory) const;
     FolderRead& startPageRead(FolderToRead folder);
@@ -58,6 +64,7 @@ private:
     PathResolver m_resolver;
     EventQueue& m_events;
     FolderObserver m_observer;
+    std::shared_ptr<MediaLibrary> m_library;
     ListingCache m_cache;
     mutable std::mutex m_spellingMutex;
     std::string m_spelling; ///< the latest change's directory, as it was asked for

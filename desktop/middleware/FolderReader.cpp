@@ -1,17 +1,15 @@
 #include "desktop/middleware/FolderReader.h"
 
-#include "desktop/middleware/EntryFacts.h"
+#include "desktop/middleware/DirectoryStream.h"
 #include "desktop/middleware/MediaTypes.h"
 #include "desktop/middleware/NameEncoding.h"
 #include "desktop/middleware/NaturalOrder.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <tuple>
 
 namespace desktop {
@@ -19,39 +17,6 @@ namespace desktop {
 namespace {
 
 constexpr std::size_t kProgressStep = 512; // entries
-
-struct CloseDirectory {
-    void operator()(DIR* directory) const { closedir(directory); }
-};
-using Directory = std::unique_ptr<DIR, CloseDirectory>;
-
-// A second view of the folder, read from its beginning; closing it leaves the first one open.
-Directory openDirectory(int fd)
-{
-    UniqueFd own(openat(fd, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    Directory directory(own ? fdopendir(own.get()) : nullptr);
-    if (directory != nullptr) {
-        own.release();
-    }
-    return directory;
-}
-
-bool isSelfOrParent(const char* name)
-{
-    return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
-}
-
-FolderFileInfo_s describe(const std::string& directory, const std::string& name, const EntryFacts& facts)
-{
-    FolderFileInfo_s entry;
-    entry.type = facts.type;
-    entry.size = facts.size;
-    entry.ctime = formatTime(facts.created);
-    entry.name = encodeName(name);
-    entry.path = directory + "/" + entry.name;
-    entry.title = facts.type == FILE_TYPE_FOLDER ? entry.name : encodeName(nameWithoutExtension(name));
-    return entry;
-}
 
 void sortEntries(std::vector<FolderFileInfo_s>& entries)
 {
@@ -79,6 +44,7 @@ int readEntries(DIR* directory, const FolderToRead& folder, const std::atomic<bo
                 std::vector<FolderFileInfo_s>& entries)
 {
     const EntryInspector inspector(dirfd(directory), folder.location);
+    const KnownFiles known = knownFiles(folder.library, folder.location);
     while (!cancelled) {
         errno = 0;
         const dirent* found = readdir(directory);
@@ -90,7 +56,8 @@ int readEntries(DIR* directory, const FolderToRead& folder, const std::atomic<bo
         }
         const std::string name = found->d_name;
         if (const auto facts = inspector.inspect(name)) {
-            entries.push_back(describe(folder.directory, name, *facts));
+            const MediaFacts* media = known.find(name, stampOf(*facts));
+            entries.push_back(describeEntry(folder.directory, name, *facts, media));
             if (entries.size() % kProgressStep == 0 && !cancelled) {
                 progress(entries.size());
             }
@@ -105,7 +72,8 @@ int readFolder(const FolderToRead& folder, const std::atomic<bool>& cancelled, c
                Listing& listing)
 {
     struct stat status = {};
-    const Directory directory = openDirectory(folder.fd.get());
+    // A second view of the folder, read from its beginning; closing it leaves the first one open.
+    const Directory directory = openDirectory(UniqueFd(openat(folder.fd.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
     if (directory == nullptr || fstat(folder.fd.get(), &status) != 0) {
         return errno;
     }
@@ -121,6 +89,23 @@ int readFolder(const FolderToRead& folder, const std::atomic<bool>& cancelled, c
     }
     sortEntries(listing.entries);
     return 0;
+}
+
+FolderFileInfo_s describeEntry(const std::string& directory, const std::string& name, const EntryFacts& facts,
+                               const MediaFacts* known)
+{
+    FolderFileInfo_s entry;
+    entry.type = facts.type;
+    entry.size = facts.size;
+    entry.ctime = formatTime(facts.created);
+    entry.name = encodeName(name);
+    entry.path = directory + "/" + entry.name;
+    entry.title = facts.type == FILE_TYPE_FOLDER ? entry.name : encodeName(nameWithoutExtension(name));
+    if (known != nullptr) {
+        entry.title = known->title.empty() ? entry.title : known->title;
+        entry.isPhoto360 = known->panorama ? 1 : 0;
+    }
+    return entry;
 }
 
 std::string formatTime(std::time_t time)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/middleware/Listing.h"
+#include "desktop/middleware/MediaLibrary.h"
 #include "desktop/middleware/PathResolver.h"
 
 #include <atomic>
@@ -13,7 +14,8 @@ namespace desktop {
 struct FolderToRead {
     Location location;
     UniqueFd fd;
-    std::string directory; ///< as Listing::directory
+    std::string directory;                 ///< as Listing::directory
+    std::shared_ptr<MediaLibrary> library; ///< tells what is known of its files; may be null
 };
 
 /// Told the number of entries read so far, every few hundred.
@@ -23,6 +25,10 @@ using ReadProgress = std::function<void(std::size_t entries)>;
 /// it failed as an errno value: ECANCELED once @p cancelled is set, ENOENT when the folder was removed meanwhile.
 int readFolder(const FolderToRead& folder, const std::atomic<bool>& cancelled, const ReadProgress& progress,
                Listing& listing);
+
+/// Entry @p name, as bytes, of the folder whose text is @p directory, as lists show it; @p known may be null.
+FolderFileInfo_s describeEntry(const std::string& directory, const std::string& name, const EntryFacts& facts,
+                               const MediaFacts* known = nullptr);
 
 /// The time @p time as "YYYY-MM-DD hh:mm:ss", local.
 std::string formatTime(std::time_t time);

@@ -1,20 +1,13 @@
 #include "desktop/middleware/Listing.h"
 
+#include "desktop/middleware/FileTime.h"
+
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <tuple>
 
 namespace desktop {
-
-namespace {
-
-std::int64_t nanoseconds(const timespec& time)
-{
-    return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
-}
-
-} // namespace
 
 FolderStamp::FolderStamp(const struct stat& status)
     : device(status.st_dev)

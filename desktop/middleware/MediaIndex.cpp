@@ -3,7 +3,6 @@
 #include "desktop/middleware/Log.h"
 #include "desktop/middleware/Sqlite.h"
 
-#include <cstdlib>
 #include <filesystem>
 
 namespace desktop {
@@ -242,16 +241,6 @@ void MediaIndex::setAside(const std::string& reason)
     for (const char* part : {"-wal", "-shm"}) {
         fs::remove(m_file + part, failed);
     }
-}
-
-std::string userCacheFolder()
-{
-    const char* cache = std::getenv("XDG_CACHE_HOME");
-    if (cache != nullptr && *cache == '/') {
-        return std::string(cache) + "/desktop-tv";
-    }
-    const char* home = std::getenv("HOME");
-    return home != nullptr && *home == '/' ? std::string(home) + "/.cache/desktop-tv" : "";
 }
 
 } // namespace desktop

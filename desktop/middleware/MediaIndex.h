@@ -71,7 +71,4 @@ private:
     std::unique_ptr<Connection> m_connection;
 };
 
-/// The folder for what programs keep of a user's files, below $XDG_CACHE_HOME or ~/.cache; empty when there is neither.
-std::string userCacheFolder();
-
 } // namespace desktop

@@ -16,53 +16,6 @@ int notYet(const char* operation)
 
 } // namespace
 
-int FolderBrowser::getMediaFileInfo(const std::string& /*key*/, std::vector<FolderFileInfo_s>& /*files*/, int /*number*/)
-{
-    return notYet(__func__);
-}
-
-int FolderBrowser::getMediaFileInfo(const std::string& /*key*/, std::vector<FolderFileInfo_s>& /*files*/, int /*number*/,
-                                    int /*asc*/)
-{
-    return notYet(__func__);
-}
-
-int FolderBrowser::getMediaFileInfo(const std::string& /*key*/, std::vector<FolderFileInfo_s>& /*files*/,
-                                    std::vector<media_file_info_s>& /*media*/, int /*number*/)
-{
-    return notYet(__func__);
-}
-
-int FolderBrowser::groupFiles(const std::string& /*path*/, GroupFileType /*type*/)
-{
-    return notYet(__func__);
-}
-
-int FolderBrowser::startThumbnail(unsigned int /*width*/, unsigned int /*height*/, FileType /*type*/)
-{
-    return notYet(__func__);
-}
-
-int FolderBrowser::appendThumbnailList(int /*startIndex*/, int /*count*/)
-{
-    return notYet(__func__);
-}
-
-int FolderBrowser::appendThumbnailList(const std::string& /*path*/)
-{
-    return notYet(__func__);
-}
-
-int FolderBrowser::stopThumbnail()
-{
-    return 0; // none is ever being made
-}
-
-int SocMwStorageUsbMgr::searchFileType(const std::string& /*path*/, FileType /*type*/, int /*itemsPerPage*/)
-{
-    return notYet(__func__);
-}
-
 int SocMwStorageUsbMgr::photoSort(int /*sortType*/, bool /*order*/, std::vector<FolderFileInfo_s>& /*photos*/)
 {
     return notYet(__func__);

@@ -40,6 +40,11 @@ int SocMwStorageUsbMgr::closeAllMMPlayer(bool /*keepBackgroundMusic*/)
     return 0; // no player runs
 }
 
+int SocMwStorageUsbMgr::searchFileType(const std::string& path, FileType type, int itemsPerPage)
+{
+    return DesktopMiddleware::instance().search().start(path, type, itemsPerPage) ? 0 : -1;
+}
+
 int SocMwStorageUsbMgr::clearMediaMap(std::string path)
 {
     return DesktopMiddleware::instance().listings().forget(path) ? 0 : -1;
