@@ -93,6 +93,15 @@ TEST(EntryPoints, Load_ReturnsWhatTheHeaderPointsAt)
     Plugin_Unload();
 }
 
+TEST(EntryPoints, Load_FillsTheIndex)
+{
+    FakePlatform platform;
+    gCmdListIndexMap.clear();
+    Plugin_Load();
+    EXPECT_EQ(gCmdListIndexMap.size(), 47U);
+    Plugin_Unload();
+}
+
 TEST(EntryPoints, Load_ThatThrows_KeepsThePluginThatWasLoaded)
 {
     FakePlatform platform;
@@ -177,6 +186,22 @@ TEST_F(LoadedPlugin, Execute_NullOrWrongName_DispatchesByTheHashAlone)
         EXPECT_EQ(journal(), "<log FRAMEWORK 0 storageMedia plugin Plugin_Execute: " + std::string(name ? name : "") +
                                  ">\n<storage manager>\n<videoClearResume()>\n");
     }
+}
+
+TEST_F(LoadedPlugin, Execute_DeviceUsage_ReadsTheRequestAndFillsTheReply)
+{
+    struct statfs fs = {};
+    fs.f_bsize = 1024;
+    fs.f_blocks = 2;
+    fs.f_bfree = 1;
+    platform.fileSystem = fs;
+    Json::Value request = testsupport::parsed(R"({"path":"/mnt/usb"})");
+    request["CmdHash"] = tvfirmware::str2hashid("storagemedia.get.device.usage");
+    const std::string requestBefore = typed(request);
+    Json::Value reply;
+    EXPECT_TRUE(Plugin_Execute("", &request, &reply));
+    EXPECT_EQ(typed(reply), R"({"free":"1.00KB","total":"2.00KB","used":"1.00KB","useper":"50%"})");
+    EXPECT_EQ(typed(request), requestBefore);
 }
 
 TEST_F(LoadedPlugin, Execute_HandlerFails_ReturnsItsResult)

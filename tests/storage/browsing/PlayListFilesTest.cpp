@@ -64,7 +64,8 @@ TEST_P(FileWithoutName, Listed_GoesByItsDirectory)
 INSTANTIATE_TEST_SUITE_P(Directories, FileWithoutName,
                          testing::Values(DirectoryName{"/usb/sda1/Music", "Music"}, DirectoryName{"Music", "Music"},
                                          DirectoryName{"C:\\Media\\Jazz", "Jazz"}, DirectoryName{"/usb\\Mixed/Last", "Last"},
-                                         DirectoryName{"/usb/Mixed\\Last", "Last"}, DirectoryName{"/usb/", ""},
+                                         DirectoryName{"/usb/Mixed\\Last", "Last"},
+                                         DirectoryName{"/usb/My~Music", "My~Music"}, DirectoryName{"/usb/", ""},
                                          DirectoryName{"", ""}));
 
 TEST(GetPlayListFile, NothingFound_HasAnEmptyList)

@@ -97,9 +97,10 @@ TEST_P(UsedShare, Computed_HasTwoDigitsAtLeast)
 }
 
 INSTANTIATE_TEST_SUITE_P(Shares, UsedShare,
-                         testing::Values(Share{100, 100, "00%"}, Share{100, 93, "07%"}, Share{100, 0, "100%"},
-                                         Share{1000, 1, "99%"}, Share{1000, 991, "00%"}, Share{200, 181, "09%"},
-                                         Share{200, 180, "10%"}, Share{1000, 995, "00%"}, Share{1, 0, "100%"},
+                         testing::Values(Share{100, 100, "00%"}, Share{100, 99, "01%"}, Share{100, 93, "07%"},
+                                         Share{100, 0, "100%"}, Share{1000, 1, "99%"}, Share{1000, 991, "00%"},
+                                         Share{200, 181, "09%"}, Share{200, 180, "10%"}, Share{1000, 995, "00%"},
+                                         Share{1, 0, "100%"},
                                          // More free than there is: the difference wraps, and saturates at 32 bits.
                                          Share{100, 101, "255%"}, Share{0, 1, "255%"}));
 
