@@ -6,3 +6,4 @@ set(CMAKE_LIBRARY_ARCHITECTURE ${triplet})
 set(CMAKE_CROSSCOMPILING_EMULATOR /usr/bin/${emulator})
 # Notes about compilers older than any that the libraries here were built with.
 add_compile_options(-Wno-psabi)
+set(ENV{PKG_CONFIG_LIBDIR} /usr/lib/${triplet}/pkgconfig:/usr/share/pkgconfig)

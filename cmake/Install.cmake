@@ -1,0 +1,18 @@
+# What is installed, by component: plugin for the television's image, development for who builds against the boundary. The
+# desktop platform's programs bring their own component.
+
+set(headers ${CMAKE_INSTALL_INCLUDEDIR}/storagemedia)
+
+install(TARGETS storagemediaplugin LIBRARY COMPONENT plugin)
+install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/storagemedia-plugin COMPONENT plugin RENAME copyright)
+
+install(DIRECTORY platform DESTINATION ${headers} COMPONENT development FILES_MATCHING PATTERN "*.h")
+install(FILES plugin/StorageMediaPlugin.h DESTINATION ${headers}/plugin COMPONENT development)
+install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/storagemedia-plugin-dev COMPONENT development RENAME copyright)
+install(FILES docs/integrating.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/storagemedia-plugin-dev COMPONENT development)
+
+# The description finds its prefix from its own place, so that an installed tree can be moved.
+set(pkgconfig ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+file(RELATIVE_PATH PREFIX_FROM_PKGCONFIG /prefix/${pkgconfig} /prefix)
+configure_file(cmake/storagemediaplugin.pc.in storagemediaplugin.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/storagemediaplugin.pc DESTINATION ${pkgconfig} COMPONENT development)
