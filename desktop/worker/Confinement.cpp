@@ -87,6 +87,8 @@ constexpr int kCalls[] = {
     SCMP_SYS(exit),
     SCMP_SYS(exit_group),
     SCMP_SYS(clock_nanosleep),
+    SCMP_SYS(rseq),
+    SCMP_SYS(set_robust_list),
 };
 
 struct ReleaseFilter {

@@ -95,7 +95,8 @@ Json::Value failure(const std::string& reason)
     return json;
 }
 
-Json::Value answer(const WorkerMessage& request)
+// Takes the request, so that its files are closed before the other side hears that they have been read.
+Json::Value answer(WorkerMessage request)
 try {
     return work(request);
 } catch (const std::bad_alloc&) {
@@ -114,9 +115,10 @@ int main()
     }
     silenceLibraries();
     const std::string refusal = confine();
-    while (const auto request = receiveMessage(kWorkerChannel)) {
+    while (auto request = receiveMessage(kWorkerChannel)) {
         renewProcessorTime();
-        if (!sendMessage(kWorkerChannel, refusal.empty() ? answer(*request) : failure(refusal))) {
+        const Json::Value told = refusal.empty() ? answer(std::move(*request)) : failure(refusal);
+        if (!sendMessage(kWorkerChannel, told)) {
             break;
         }
     }

@@ -1,0 +1,160 @@
+#include "tests/desktop/support/DemoStick.h"
+#include "tests/desktop/support/MediaReading.h"
+#include "tests/desktop/support/Waiting.h"
+
+#include <gtest/gtest.h>
+
+#include <poll.h>
+#include <sys/syscall.h>
+
+#include <csignal>
+#include <filesystem>
+#include <thread>
+
+namespace desktop {
+namespace {
+
+using testsupport::demoFile;
+using testsupport::MediaReading;
+using testsupport::StandIn;
+
+constexpr std::chrono::minutes kLong(10);
+
+// Tells its process id, then is the worker.
+constexpr const char* kTelling = "echo $$ >> $0.log; exec '" MEDIA_WORKER "'";
+
+void killAndWaitForTheEnd(pid_t pid)
+{
+    const UniqueFd process(static_cast<int>(syscall(SYS_pidfd_open, pid, 0)));
+    ASSERT_EQ(kill(pid, SIGKILL), 0);
+    pollfd end = {process.get(), POLLIN, 0};
+    ASSERT_EQ(poll(&end, 1, static_cast<int>(std::chrono::milliseconds(testsupport::kDeadline).count())), 1);
+}
+
+int durationOfTheCounter(MediaReading& media)
+{
+    return media.facts(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).duration;
+}
+
+TEST(MediaWorkers, ManyFiles_AreReadByOneProcess)
+{
+    StandIn telling(kTelling);
+    MediaReading media({telling.program()});
+    EXPECT_EQ(telling.log(), ""); // none before the first file
+    EXPECT_EQ(durationOfTheCounter(media), 4);
+    const std::string first = telling.log();
+    EXPECT_NE(first, "");
+    EXPECT_EQ(durationOfTheCounter(media), 4);
+    EXPECT_EQ(telling.log(), first);
+}
+
+TEST(MediaWorkers, WorkerKilledBetweenFiles_IsReplacedUnnoticed)
+{
+    StandIn telling(kTelling);
+    MediaReading media({telling.program()});
+    EXPECT_EQ(durationOfTheCounter(media), 4);
+    const std::string first = telling.log();
+    killAndWaitForTheEnd(std::stoi(first));
+    EXPECT_EQ(durationOfTheCounter(media), 4);
+    EXPECT_NE(telling.log(), first);
+}
+
+TEST(MediaWorkers, WorkerThatDiesOfAFile_CostsThatFileOnly)
+{
+    // The first one dies as soon as there is something to read, later ones are real.
+    StandIn dying("[ -e $0.log ] && exec '" MEDIA_WORKER "'; touch $0.log; sleep 0.1; kill -SEGV $$");
+    MediaReading media({dying.program()});
+    EXPECT_EQ(media.facts(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).error,
+              "The file stopped the process that read it.");
+    EXPECT_EQ(durationOfTheCounter(media), 4);
+}
+
+TEST(MediaWorkers, WorkerThatHangs_IsKilledAtTheDeadline)
+{
+    StandIn hanging("[ -e $0.log ] && exec '" MEDIA_WORKER "'; echo $$ > $0.log; exec sleep 1000");
+    MediaReading media({hanging.program(), std::chrono::seconds(2)});
+    EXPECT_EQ(media.facts(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).error, "The file took too long to read.");
+    EXPECT_EQ(kill(std::stoi(hanging.log()), 0), -1);
+    EXPECT_EQ(durationOfTheCounter(media), 4);
+}
+
+TEST(MediaWorkers, ProgramThatIsNotThere_IsNamedInTheError)
+{
+    MediaReading media({"/nowhere/worker"});
+    EXPECT_EQ(media.facts(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).error,
+              "/nowhere/worker: No such file or directory");
+}
+
+TEST(MediaWorkers, Stop_EndsWhatIsBeingReadAndEverythingLater)
+{
+    StandIn hanging("echo $$ > $0.log; exec sleep 1000");
+    MediaReading media({hanging.program(), kLong});
+    testsupport::Gathered<std::string> errors;
+    std::vector<std::thread> readers;
+    for (int i = 0; i < 4; ++i) { // two of them wait for a worker
+        readers.emplace_back([&] { errors.add(media.facts(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).error); });
+    }
+    media.workers.stop();
+    for (std::thread& reader : readers) {
+        reader.join();
+    }
+    ASSERT_EQ(errors.sofar().size(), 4U);
+    EXPECT_EQ(media.facts(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).error, "No file is read any more.");
+}
+
+TEST(MediaWorkers, AbandonedThumbnail_ReturnsAtOnce)
+{
+    StandIn hanging("exec sleep 1000");
+    MediaReading media({hanging.program(), kLong});
+    std::thread abandoning([&media] { media.abandon.raise(); });
+    EXPECT_EQ(media.thumbnail(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).error, "The file is not wanted any more.");
+    abandoning.join();
+}
+
+TEST(MediaWorkers, TwoFilesAtATime_AreReadSideBySide)
+{
+    // A worker that answers only once both have been started.
+    StandIn waiting("echo x >> $0.log; while [ $(wc -l < $0.log) -lt 2 ]; do sleep 0.01; done; exec '" MEDIA_WORKER "'");
+    MediaReading media({waiting.program(), testsupport::kDeadline});
+    std::thread other([&media] { EXPECT_EQ(durationOfTheCounter(media), 4); });
+    EXPECT_EQ(durationOfTheCounter(media), 4);
+    other.join();
+}
+
+TEST(MediaWorkers, WorkerRunByHand_SaysWhatItIsFor)
+{
+    testsupport::Program worker({MEDIA_WORKER});
+    EXPECT_EQ(worker.wait(), 2);
+    EXPECT_NE(worker.errors().find("serves desktop-tv"), std::string::npos);
+}
+
+TEST(MediaWorkers, WorkerAtWork_HoldsNoFileAndMayNotOpenAny)
+{
+    StandIn telling(kTelling);
+    MediaReading media({telling.program()});
+    EXPECT_EQ(durationOfTheCounter(media), 4);
+    const std::string process = "/proc/" + std::to_string(std::stoi(telling.log()));
+    int descriptors = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(process + "/fd")) {
+        descriptors += entry.is_directory() ? 0 : 1;
+    }
+    EXPECT_EQ(descriptors, 4); // the standard ones and the channel
+    const std::string status = testsupport::readFile(process + "/status");
+    EXPECT_NE(status.find("NoNewPrivs:\t1"), std::string::npos);
+    EXPECT_NE(status.find("Seccomp:\t2"), std::string::npos);
+    const std::string limits = testsupport::readFile(process + "/limits");
+    EXPECT_NE(limits.find("Max core file size        0 "), std::string::npos);
+}
+
+TEST(MediaWorkers, EndOfTheProgram_EndsItsWorkers)
+{
+    StandIn telling(kTelling);
+    {
+        MediaReading media({telling.program()});
+        EXPECT_EQ(durationOfTheCounter(media), 4);
+    }
+    EXPECT_EQ(kill(std::stoi(telling.log()), 0), -1);
+}
+
+} // namespace
+} // namespace desktop

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "desktop/middleware/MediaWorkers.h"
+
+#include "tests/desktop/support/Jpeg.h"
+#include "tests/support/TemporaryDirectory.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace testsupport {
+
+/// What came of asking for a thumbnail.
+struct Thumbnail {
+    std::string error;
+    std::string bytes;
+    Picture picture;
+};
+
+/// Media files read by workers as the desktop has them.
+class MediaReading {
+public:
+    explicit MediaReading(desktop::MediaWorkerSettings settings = {MEDIA_WORKER})
+        : workers(std::move(settings))
+    {
+    }
+
+    desktop::MediaFacts facts(const std::string& file, FileType type)
+    {
+        return workers.read(desktop::UniqueFd(open(file.c_str(), O_RDONLY | O_CLOEXEC)).get(), type);
+    }
+
+    Thumbnail thumbnail(const std::string& file, FileType type, int width = 240, int height = 240)
+    {
+        const desktop::UniqueFd fd(open(file.c_str(), O_RDONLY | O_CLOEXEC));
+        const desktop::UniqueFd output(memfd_create("thumbnail", MFD_CLOEXEC));
+        Thumbnail made;
+        made.error = workers.makeThumbnail(fd.get(), type, width, height, output.get(), abandon);
+        struct stat status = {};
+        fstat(output.get(), &status);
+        made.bytes.resize(static_cast<std::size_t>(status.st_size));
+        if (pread(output.get(), made.bytes.data(), made.bytes.size(), 0) == status.st_size) {
+            made.picture = decodeJpeg(made.bytes);
+        }
+        return made;
+    }
+
+    desktop::Wakeup abandon;
+    desktop::MediaWorkers workers;
+};
+
+/// A program that stands in for the worker, or stands before it: a shell script in a folder of its own.
+class StandIn {
+public:
+    /// @p script: its lines. $0.log is a file of its own.
+    explicit StandIn(const std::string& script)
+    {
+        writeFile(program(), "#!/bin/sh\n" + script + "\n");
+        chmod(program().c_str(), 0755);
+    }
+
+    std::string program() const { return m_folder.path("worker"); }
+    std::string log() const { return readFile(program() + ".log"); }
+
+private:
+    TemporaryDirectory m_folder;
+};
+
+} // namespace testsupport

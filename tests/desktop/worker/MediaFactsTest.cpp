@@ -1,0 +1,163 @@
+#include "tests/desktop/support/DemoStick.h"
+#include "tests/desktop/support/MediaReading.h"
+
+#include <gtest/gtest.h>
+
+namespace desktop {
+namespace {
+
+using namespace std::string_literals;
+using testsupport::demoFile;
+
+class MediaFactsTest : public testing::Test {
+protected:
+    std::string made(const std::string& name, const std::string& bytes)
+    {
+        testsupport::writeFile(folder.path(name), bytes);
+        return folder.path(name);
+    }
+
+    testsupport::TemporaryDirectory folder;
+    testsupport::MediaReading media;
+};
+
+TEST_F(MediaFactsTest, Music_TellsItsTagsAndLength)
+{
+    for (const char* song :
+         {"Music/The Sines/01 First.mp3", "Music/The Sines/02 Second.flac", "Music/The Sines/03 Third.ogg"}) {
+        const MediaFacts facts = media.facts(demoFile(song), FILE_TYPE_MUSIC);
+        EXPECT_EQ(facts.error, "") << song;
+        EXPECT_TRUE(facts.title == "First" || facts.title == "Second" || facts.title == "Third") << facts.title;
+        EXPECT_EQ(facts.artist, "The Sines") << song;
+        EXPECT_EQ(facts.album, "Pure Tones") << song;
+        EXPECT_EQ(facts.genre, "Electronic") << song;
+        EXPECT_EQ(facts.year, "2024") << song;
+        EXPECT_EQ(facts.duration, 5) << song;
+    }
+    EXPECT_EQ(media.facts(demoFile("موسيقى/أغنية.mp3"), FILE_TYPE_MUSIC).title, "أغنية");
+}
+
+/// An MP3 file whose title frame holds @p text in ID3's encoding @p encoding.
+std::string songWithTitle(char encoding, const std::string& text)
+{
+    const std::string frame = "TIT2"s + "\0\0\0"s + static_cast<char>(text.size() + 1) + "\0\0"s + encoding + text;
+    const std::string tag = "ID3\x03\0\0\0\0\0"s + static_cast<char>(frame.size()) + frame;
+    const std::string silence = "\xFF\xFB\x90\x64"s + std::string(413, '\0'); // one frame of 128 kbit/s
+    std::string song = tag;
+    for (int i = 0; i < 40; ++i) {
+        song += silence;
+    }
+    return song;
+}
+
+TEST_F(MediaFactsTest, TagsInOtherCharacterSets_AreMadeUtf8)
+{
+    const struct {
+        char encoding;
+        std::string stored;
+        std::string shown;
+    } cases[] = {
+        {0, "Caf\xE9", "Café"},     // Latin
+        {0, "Caf\xC3\xA9", "Café"}, // UTF-8 that says it is Latin
+        {3, "Caf\xC3\xA9", "Café"}, // UTF-8
+        {1,
+         "\xFF\xFE"
+         "C\0a\0f\0\xE9\0"s,
+         "Café"},                            // UTF-16
+        {0, "two\nlines \x01", "two lines"}, // on one line
+    };
+    for (const auto& sample : cases) {
+        const MediaFacts facts =
+            media.facts(made("song.mp3", songWithTitle(sample.encoding, sample.stored)), FILE_TYPE_MUSIC);
+        EXPECT_EQ(facts.error, "");
+        EXPECT_EQ(facts.title, sample.shown);
+    }
+}
+
+TEST_F(MediaFactsTest, VeryLongTag_IsCutBetweenCharacters)
+{
+    std::string title;
+    for (int i = 0; i < 60; ++i) {
+        title += "é";
+    }
+    const std::string file = demoFile("Music/The Sines/03 Third.ogg");
+    std::string long_title;
+    for (int i = 0; i < 20; ++i) {
+        long_title += title;
+    }
+    testsupport::Program tag({"ffmpeg", "-nostdin", "-v", "error", "-i", file, "-c", "copy", "-metadata:s:a:0",
+                              "title=x" + long_title, folder.path("long.ogg")});
+    ASSERT_EQ(tag.wait(), 0) << tag.errors();
+    const MediaFacts facts = media.facts(folder.path("long.ogg"), FILE_TYPE_MUSIC);
+    EXPECT_EQ(facts.title, "x" + long_title.substr(0, 998));
+}
+
+TEST_F(MediaFactsTest, Photo_TellsWhenItWasTakenAndItsSizeAsShown)
+{
+    const MediaFacts upright = media.facts(demoFile("Photos/2023/upright.jpg"), FILE_TYPE_PHOTO);
+    EXPECT_EQ(upright.error, "");
+    EXPECT_EQ(upright.taken, "2023-07-02 18:00:00");
+    EXPECT_EQ(upright.rotation, 90);
+    EXPECT_EQ(upright.width, 720);
+    EXPECT_EQ(upright.height, 1280);
+    EXPECT_FALSE(upright.panorama);
+    EXPECT_EQ(media.facts(demoFile("Photos/2024/upside down.jpg"), FILE_TYPE_PHOTO).rotation, 180);
+}
+
+TEST_F(MediaFactsTest, PhotoOfAllAround_IsAPanorama)
+{
+    EXPECT_TRUE(media.facts(demoFile("Photos/2024/all around.jpg"), FILE_TYPE_PHOTO).panorama);
+}
+
+TEST_F(MediaFactsTest, PhotoOfAFormatWithoutMetadata_HasItsSize)
+{
+    testsupport::Program convert({"ffmpeg", "-nostdin", "-v", "error", "-i", demoFile("Photos/2023/winter.jpg"), "-frames:v",
+                                  "1", folder.path("winter.bmp")});
+    ASSERT_EQ(convert.wait(), 0) << convert.errors();
+    const MediaFacts facts = media.facts(folder.path("winter.bmp"), FILE_TYPE_PHOTO);
+    EXPECT_EQ(facts.error, "");
+    EXPECT_EQ(facts.width, 1280);
+    EXPECT_EQ(facts.height, 720);
+}
+
+TEST_F(MediaFactsTest, Video_TellsItsLengthAndSize)
+{
+    for (const char* video : {"Movies/counter.mp4", "Movies/two subtitle tracks.mkv", "电影/短片.mkv"}) {
+        const MediaFacts facts = media.facts(demoFile(video), FILE_TYPE_VIDEO);
+        EXPECT_EQ(facts.error, "") << video;
+        EXPECT_EQ(facts.duration, 4) << video;
+        EXPECT_EQ(facts.width, 640) << video;
+        EXPECT_EQ(facts.height, 360) << video;
+        EXPECT_EQ(facts.rotation, 0) << video;
+    }
+    EXPECT_EQ(media.facts(demoFile("Movies/two subtitle tracks.mkv"), FILE_TYPE_VIDEO).title, "Embedded subtitles");
+}
+
+TEST_F(MediaFactsTest, VideoHeldUpright_HasItsSizeAsShown)
+{
+    testsupport::Program turn({"ffmpeg", "-nostdin", "-v", "error", "-i", demoFile("Movies/counter.mp4"), "-c", "copy",
+                               "-metadata:s:v:0", "rotate=90", folder.path("upright.mp4")});
+    ASSERT_EQ(turn.wait(), 0) << turn.errors();
+    const MediaFacts facts = media.facts(folder.path("upright.mp4"), FILE_TYPE_VIDEO);
+    EXPECT_EQ(facts.rotation, 270);
+    EXPECT_EQ(facts.width, 360);
+    EXPECT_EQ(facts.height, 640);
+    const testsupport::Thumbnail thumbnail = media.thumbnail(folder.path("upright.mp4"), FILE_TYPE_VIDEO);
+    EXPECT_EQ(thumbnail.picture.width, 135);
+    EXPECT_EQ(thumbnail.picture.height, 240);
+}
+
+TEST_F(MediaFactsTest, FileOfAnotherKind_HasOnlyAnError)
+{
+    for (const FileType type : {FILE_TYPE_PHOTO, FILE_TYPE_VIDEO, FILE_TYPE_MUSIC}) {
+        for (const char* file : {"read me.txt", "empty.mp4", "Movies/broken.mp4"}) {
+            const MediaFacts facts = media.facts(demoFile(file), type);
+            EXPECT_NE(facts.error, "") << file << type;
+            EXPECT_EQ(facts.title + facts.taken, "");
+            EXPECT_EQ(facts.duration + facts.width + facts.height, 0);
+        }
+    }
+}
+
+} // namespace
+} // namespace desktop
