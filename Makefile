@@ -41,6 +41,11 @@ style: ## formatting and static analysis
 	@$(INSTALL) build test style
 	tools/check-style
 
+.PHONY: protocol
+protocol: ## make the protocol's reference and dictionary anew from their description
+	@$(INSTALL) test
+	tools/protocol
+
 .PHONY: coverage
 coverage: ## line and branch coverage of the plugin: a summary and build/coverage/report/index.html
 	@$(INSTALL) build test coverage
