@@ -5,17 +5,18 @@
 #include <exiv2/exiv2.hpp>
 
 #include <cstdio>
+#include <memory>
 #include <utility>
 
 namespace desktop {
 
 namespace {
 
-using ImagePointer = Exiv2::Image::AutoPtr;
+using ImagePointer = std::unique_ptr<Exiv2::Image>;
 
 ImagePointer openImage(const MappedFile& file)
 {
-    ImagePointer image = Exiv2::ImageFactory::open(file.data(), static_cast<long>(file.size()));
+    ImagePointer image(Exiv2::ImageFactory::open(file.data(), static_cast<long>(file.size())).release());
     image->readMetadata();
     return image;
 }
