@@ -205,6 +205,17 @@ Json::Value Shell::reply()
     return next([](const Json::Value& line) { return line.isMember("command") || line.isMember("error"); });
 }
 
+std::vector<Json::Value> jsonLines(const std::string& text)
+{
+    std::vector<Json::Value> values;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) {
+        values.emplace_back();
+        std::istringstream(line) >> values.back();
+    }
+    return values;
+}
+
 Json::Value changeRequest(const std::string& directory, const std::string& reqId)
 {
     Json::Value request;

@@ -73,6 +73,9 @@ private:
     std::size_t m_read = 0;   ///< lines that next() has gone past
 };
 
+/// The values that @p text, JSON lines, is made of.
+std::vector<Json::Value> jsonLines(const std::string& text);
+
 /// The request of a directory change.
 Json::Value changeRequest(const std::string& directory, const std::string& reqId = "1");
 

@@ -1,0 +1,161 @@
+#include "tests/desktop/support/DemoStick.h"
+#include "tests/support/TemporaryDirectory.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+using testsupport::jsonLines;
+using testsupport::Program;
+
+/// desktop-tv on the demo stick, which remembers nothing.
+class MediaCommandsTest : public testing::Test {
+protected:
+    static std::vector<std::string> command(const std::vector<std::string>& words)
+    {
+        std::vector<std::string> all = {DESKTOP_TV, "--stick", testsupport::demoFile(""), "--cache", "none"};
+        all.insert(all.end(), words.begin(), words.end());
+        return all;
+    }
+
+    /// What @p words write; they must succeed.
+    static std::string written(const std::vector<std::string>& words)
+    {
+        Program program(command(words));
+        EXPECT_EQ(program.wait(), 0) << program.errors();
+        EXPECT_EQ(program.errors(), "");
+        return program.output();
+    }
+
+    /// What @p words complain of; they must fail with 1.
+    static std::string complaint(const std::vector<std::string>& words)
+    {
+        Program program(command(words));
+        EXPECT_EQ(program.wait(), 1) << program.output();
+        return program.errors();
+    }
+
+    testsupport::TemporaryDirectory out;
+};
+
+bool isJpeg(const std::string& file)
+{
+    char start[3] = {};
+    std::ifstream(file).read(start, sizeof start);
+    return std::string(start, sizeof start) == "\xFF\xD8\xFF";
+}
+
+TEST_F(MediaCommandsTest, Search_ListsTheVideosBelowAndTheTotals)
+{
+    const std::string text = written({"search"});
+    EXPECT_THAT(text, StartsWith("TYPE           SIZE  TIME                 NAME\nvideo"));
+    EXPECT_THAT(text, HasSubstr("  " + testsupport::demoFile("Movies/Holiday/beach 10.mp4") + "\n"));
+    EXPECT_THAT(text, HasSubstr("  " + testsupport::demoFile("电影/短片.mkv") + "\n"));
+    EXPECT_THAT(text, Not(HasSubstr(".mp3")));
+    EXPECT_THAT(text, HasSubstr("\n8 videos in 11 folders\n"));
+}
+
+TEST_F(MediaCommandsTest, SearchAsJson_EndsWithTheTotals)
+{
+    const std::vector<Json::Value> lines = jsonLines(written({"search", "Movies", "--json"}));
+    ASSERT_EQ(lines.size(), 7U);
+    EXPECT_EQ(lines.front()["type"], 4);
+    EXPECT_EQ(lines.back()["total"], 6);
+    EXPECT_EQ(lines.back()["folders"], 2);
+    EXPECT_FALSE(lines.back().isMember("reqId"));
+}
+
+TEST_F(MediaCommandsTest, Groups_AreCountedInOrder)
+{
+    EXPECT_EQ(written({"groups", "--by", "artist"}), "      5  The Sines\n1 group, 5 files\n");
+    EXPECT_EQ(
+        written({"groups", "Photos", "--by", "month"}),
+        "      1  2023-01\n      1  2023-07\n      1  2024-03\n      2  2024-05\n      1  2024-06\n5 groups, 6 files\n");
+    EXPECT_EQ(written({"groups", "Photos", "--by", "year", "--descending", "--json"}),
+              "{\"files\":4,\"key\":\"2024\"}\n{\"files\":2,\"key\":\"2023\"}\n");
+}
+
+TEST_F(MediaCommandsTest, FilesOfAGroup_AreListedWithDurationAndArtistEitherWay)
+{
+    const auto row = [](const std::string& song) {
+        return "    0:05  The Sines                 " + testsupport::demoFile("Music/The Sines/" + song) + "\n";
+    };
+    const std::string first = row("01 First.mp3");
+    const std::string second = row("02 Second.flac");
+    const std::string third = row("03 Third.ogg");
+    const std::vector<std::string> list = {"groups", "Music/The Sines", "--by", "album", "--key", "Pure Tones"};
+    EXPECT_EQ(written(list), first + second + third + "3 files\n");
+    std::vector<std::string> reversed = list;
+    reversed.emplace_back("--descending");
+    EXPECT_EQ(written(reversed), third + second + first + "3 files\n");
+}
+
+TEST_F(MediaCommandsTest, Info_DescribesEveryFileByItsKind)
+{
+    const std::string text =
+        written({"info", "Music/The Sines/02 Second.flac", "Photos/2023/upright.jpg", "Movies/counter.mp4"});
+    EXPECT_EQ(text, testsupport::demoFile("Music/The Sines/02 Second.flac") +
+                        "\n  type      music\n  duration  0:05\n  artist    The Sines\n  album     Pure Tones\n"
+                        "  genre     Electronic\n" +
+                        testsupport::demoFile("Photos/2023/upright.jpg") + "\n  type      photo\n  size      720 x 1280\n" +
+                        testsupport::demoFile("Movies/counter.mp4") + "\n  type      video\n  duration  0:04\n");
+    const std::vector<Json::Value> lines = jsonLines(written({"info", "--json", "Movies/counter.mp4"}));
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_EQ(lines[0]["duration"], 4);
+    EXPECT_EQ(lines[0]["path"], testsupport::demoFile("Movies/counter.mp4"));
+}
+
+TEST_F(MediaCommandsTest, ThumbnailsOfAFolder_AreCopiedOut)
+{
+    const std::string text = written({"thumbnails", "Movies", "--out", out.path("pictures"), "--size", "160x90"});
+    EXPECT_EQ(text, "no picture of " + testsupport::demoFile("Movies/broken.mp4") + "\n2 pictures, 1 media file without\n");
+    EXPECT_TRUE(isJpeg(out.path("pictures/counter.mp4.jpg")));
+    EXPECT_TRUE(isJpeg(out.path("pictures/two subtitle tracks.mkv.jpg")));
+}
+
+TEST_F(MediaCommandsTest, ThumbnailOfOneFile_IsCopiedOut)
+{
+    const std::vector<Json::Value> lines =
+        jsonLines(written({"thumbnails", "--file", "Music/The Sines/01 First.mp3", "--out", out.path(), "--json"}));
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_EQ(lines[0]["picture"], out.path("01 First.mp3.jpg"));
+    EXPECT_TRUE(isJpeg(out.path("01 First.mp3.jpg")));
+}
+
+TEST_F(MediaCommandsTest, WhatIsNotThere_IsToldWithItsReason)
+{
+    const std::string missing = testsupport::demoFile("missing");
+    const std::string told = "desktop-tv: " + missing + ": No such file or directory\n";
+    EXPECT_EQ(complaint({"search", "missing"}), told);
+    EXPECT_EQ(complaint({"groups", "missing", "--by", "genre"}), told);
+    EXPECT_EQ(complaint({"info", "missing"}), told);
+    EXPECT_EQ(complaint({"thumbnails", "missing"}), told);
+    EXPECT_EQ(complaint({"groups", "--by", "genre", "--key", "Polka"}), "desktop-tv: Polka: There is no such group\n");
+    EXPECT_EQ(complaint({"info", "/etc/passwd"}), "desktop-tv: /etc/passwd: Not on a stick\n");
+}
+
+TEST_F(MediaCommandsTest, InterruptWhileItWorks_EndsItCleanly)
+{
+    for (const std::vector<std::string>& words :
+         std::vector<std::vector<std::string>>{{"search"}, {"groups", "--by", "artist"}, {"thumbnails", "Movies"}}) {
+        std::vector<std::string> debugged = command(words);
+        debugged.insert(debugged.end(), {"--log-level", "debug"});
+        Program program(debugged);
+        ASSERT_TRUE(
+            program.readUntil([&program] { return program.errors().find("Enter MM Browser") != std::string::npos; }));
+        program.signal(SIGINT);
+        EXPECT_EQ(program.wait(), 128 + SIGINT) << words[0];
+        EXPECT_THAT(program.errors(), HasSubstr("Plugin_Unload"));
+    }
+}
+
+} // namespace
