@@ -4,6 +4,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <thread>
 
 namespace desktop {
@@ -34,5 +35,14 @@ private:
     std::shared_ptr<State> m_state;
     std::thread m_thread;
 };
+
+/// What @p work gives, done in the background; nothing when it takes longer than @p patience, or fails.
+template <typename Result>
+std::optional<Result> runWithin(std::chrono::milliseconds patience, std::function<Result(const CancelFlag& cancelled)> work)
+{
+    const auto result = std::make_shared<std::optional<Result>>();
+    const BackgroundJob job([result, work = std::move(work)](const CancelFlag& cancelled) { *result = work(cancelled); });
+    return job.waitFor(patience) ? std::move(*result) : std::nullopt;
+}
 
 } // namespace desktop

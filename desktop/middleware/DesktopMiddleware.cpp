@@ -88,11 +88,12 @@ void DesktopMiddleware::makeParts(const std::string& cacheFolder, const FolderOb
     m_grouping.reset(); // both look at the listings
     m_search.reset();
     m_workers = std::make_shared<MediaWorkers>(); // their processes start with the first file
-    const auto library = std::make_shared<MediaLibrary>(m_workers, cacheFolder,
-                                                        [this](const std::string& stick) { return stickId(stick); });
+    const auto library =
+        std::make_shared<MediaLibrary>(m_workers, cacheFolder, [this](const std::string& stick) { return stickId(stick); });
     m_listings = std::make_unique<FolderListings>(m_resolver, m_events, observer, library);
     m_search = std::make_unique<Search>(*m_listings, m_events, observer);
     m_grouping = std::make_unique<Grouping>(*m_listings, m_events, observer);
+    m_playlists = std::make_unique<Playlists>(m_resolver, *m_listings);
     m_thumbnails =
         std::make_unique<Thumbnails>(std::make_shared<ThumbnailMaker>(m_resolver, m_workers, cacheFolder), m_events);
 }

@@ -3,6 +3,7 @@
 #include "desktop/middleware/EventQueue.h"
 #include "desktop/middleware/FolderListings.h"
 #include "desktop/middleware/Grouping.h"
+#include "desktop/middleware/Playlists.h"
 #include "desktop/middleware/Search.h"
 #include "desktop/middleware/Thumbnails.h"
 #include "desktop/middleware/Volumes.h"
@@ -45,6 +46,7 @@ public:
     FolderListings& listings() { return *m_listings; }
     Search& search() { return *m_search; }
     Grouping& grouping() { return *m_grouping; }
+    const Playlists& playlists() const { return *m_playlists; }
     Thumbnails& thumbnails() { return *m_thumbnails; }
     /// Opens what lies on the sticks that are there.
     const PathResolver& resolver() const { return m_resolver; }
@@ -66,6 +68,7 @@ private:
     std::unique_ptr<FolderListings> m_listings;
     std::unique_ptr<Search> m_search;
     std::unique_ptr<Grouping> m_grouping;
+    std::unique_ptr<Playlists> m_playlists;
     std::shared_ptr<MediaWorkers> m_workers;
     std::unique_ptr<Thumbnails> m_thumbnails;
     std::unique_ptr<Volumes> m_volumes;

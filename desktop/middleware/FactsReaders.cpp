@@ -1,7 +1,8 @@
 #include "desktop/middleware/FactsReaders.h"
 
-#include "desktop/middleware/Log.h"
-#include "desktop/middleware/NameEncoding.h"
+#include <fcntl.h>
+
+#include <cerrno>
 
 namespace desktop {
 
@@ -22,11 +23,17 @@ FactsReaders::FactsReaders(std::shared_ptr<MediaLibrary> library, CancelFlag can
     }
 }
 
-void FactsReaders::add(File file)
+void FactsReaders::add(const Location& folder, int fd, const std::string& name, const EntryFacts& entry, MediaFacts& facts)
 {
+    const UniqueFd pinned(openat(fd, name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+    UniqueFd opened = openRegularFile(pinned.get());
+    if (!opened) {
+        logUnreadable(folder.child(name), describeError(errno));
+        return;
+    }
     std::unique_lock<std::mutex> lock(m_mutex);
     m_changed.wait(lock, [this] { return m_files.size() < kMostWaiting; });
-    m_files.push_back(std::move(file));
+    m_files.push_back({folder, name, entry, std::move(opened), &facts});
     m_changed.notify_all();
 }
 
@@ -88,8 +95,7 @@ void FactsReaders::read(File& file, std::vector<IndexedFile>& toRemember)
         return; // it may have been broken off
     }
     if (!file.facts->error.empty()) {
-        logLine(LogLevel::Warning,
-                "cannot read " + encodeName(file.folder.child(file.name).path()) + ": " + file.facts->error);
+        logUnreadable(file.folder.child(file.name), file.facts->error);
     }
     if (m_library->lasts(*file.facts, file.fd.get(), file.entry, file.folder.stick)) {
         toRemember.push_back({file.name, stampOf(file.entry), *file.facts});

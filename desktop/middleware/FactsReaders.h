@@ -11,26 +11,27 @@ namespace desktop {
 /// Reads the facts of many media files, two at a time, and has the library remember them.
 class FactsReaders {
 public:
-    /// One file to be read.
-    struct File {
-        Location folder;
-        std::string name; ///< bytes
-        EntryFacts entry;
-        UniqueFd fd;                 ///< the open file
-        MediaFacts* facts = nullptr; ///< where to put what it tells
-    };
-
     FactsReaders(std::shared_ptr<MediaLibrary> library, CancelFlag cancelled);
     ~FactsReaders() { finish(); }
     FactsReaders(const FactsReaders&) = delete;
     FactsReaders& operator=(const FactsReaders&) = delete;
 
-    /// Has @p file read; waits while many others are still to be.
-    void add(File file);
-    /// Waits until all have been read, or the rest left out once cancelled.
+    /// Has regular file @p name, which has the facts @p entry, of the open folder @p fd at @p folder read into @p facts,
+    /// which must stay until finish(). Waits while many others are still to be read.
+    void add(const Location& folder, int fd, const std::string& name, const EntryFacts& entry, MediaFacts& facts);
+    /// Waits until all have been read; what is still to be read when cancelled is left out.
     void finish();
 
 private:
+    /// One file to be read.
+    struct File {
+        Location folder;
+        std::string name; ///< bytes
+        EntryFacts entry;
+        UniqueFd fd;
+        MediaFacts* facts = nullptr;
+    };
+
     void readLoop();
     std::optional<File> next();
     void read(File& file, std::vector<IndexedFile>& toRemember);

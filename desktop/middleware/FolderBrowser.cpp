@@ -1,10 +1,10 @@
 #include "platform/FolderBrowser.h"
 
 #include "desktop/middleware/DesktopMiddleware.h"
-#include "desktop/middleware/EntryFacts.h"
 #include "desktop/middleware/Log.h"
-#include "desktop/middleware/MediaTypes.h"
-#include "desktop/middleware/NameEncoding.h"
+#include "desktop/middleware/PlaylistFormats.h"
+
+#include <algorithm>
 
 using desktop::DesktopMiddleware;
 using desktop::FolderListings;
@@ -29,11 +29,18 @@ desktop::Thumbnails& thumbnails()
     return DesktopMiddleware::instance().thumbnails();
 }
 
+desktop::ListingPointer directoryOrPlaylist(const std::string& path)
+{
+    const auto playlist =
+        desktop::isPlaylistName(path) ? DesktopMiddleware::instance().playlists().entriesOf(path) : nullptr;
+    return playlist != nullptr ? playlist : listings().of(path);
+}
+
 desktop::ListingPointer listingOf(const page_option& page)
 {
     switch (page.type) {
     case kListDirectory:
-        return listings().of(page.dirpath);
+        return directoryOrPlaylist(page.dirpath);
     case kListCurrent:
         return listings().current();
     default:
@@ -178,5 +185,7 @@ int FolderBrowser::stopThumbnail()
 
 std::string FolderBrowser::splitFileName(std::string filePath)
 {
-    return nameOf(filePath);
+    // A name that is all extension shows nothing.
+    const std::string name = nameOf(filePath);
+    return name.substr(0, std::min(name.rfind('.'), name.size()));
 }

@@ -47,6 +47,9 @@ public:
     std::string directoryOf(const std::string& path) const;
     /// Opens @p directory to be read; false, the observer told, when there is no such folder on a stick.
     bool openFolder(const std::string& directory, FolderToRead& folder) const;
+    /// Logs, and tells the observer, that @p path cannot be read because of errno value @p error.
+    void report(const std::string& path, int error) const;
+    const std::shared_ptr<MediaLibrary>& library() const { return m_library; }
     /// Opens what @p path stands for with O_PATH; empty, the observer told, when it is not there or on no stick.
     UniqueFd pin(const std::string& path) const;
 
@@ -58,7 +61,6 @@ private:
     void finishRead(const std::string& directory, const FolderRead::Outcome& outcome);
     void answer(const FolderRead::OutcomePointer& outcome);
     void dropFinishedReads();
-    void report(const std::string& path, int error) const;
     ReadProgress progressOf(const std::string& directory) const;
 
     PathResolver m_resolver;

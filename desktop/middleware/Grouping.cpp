@@ -9,8 +9,6 @@
 
 #include "platform/SocMwEvents.h"
 
-#include <fcntl.h>
-
 #include <cerrno>
 
 namespace desktop {
@@ -68,22 +66,10 @@ private:
                 m_entries.push_back(
                     {describeEntry(directory, name, *entry, facts), facts != nullptr ? *facts : MediaFacts()});
                 if (facts == nullptr) {
-                    read(folder, name, *entry);
+                    m_readers.add(folder.location, folder.fd, name, *entry, m_entries.back().facts);
                 }
                 tellProgress();
             }
-        }
-    }
-
-    void read(const WalkedFolder& folder, const std::string& name, const EntryFacts& entry)
-    {
-        const UniqueFd pinned(openat(folder.fd, name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
-        UniqueFd fd = openRegularFile(pinned.get());
-        if (fd) {
-            m_readers.add({folder.location, name, entry, std::move(fd), &m_entries.back().facts});
-        } else {
-            logLine(LogLevel::Warning,
-                    "cannot read " + encodeName(folder.location.child(name).path()) + ": " + describeError(errno));
         }
     }
 

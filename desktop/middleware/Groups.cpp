@@ -53,22 +53,6 @@ std::string groupOf(const MediaFacts& facts, GroupFileType type)
     }
 }
 
-template <typename Item, typename NameOf>
-void sortNaturally(std::vector<Item>& items, const NameOf& nameOf)
-{
-    NaturalOrder order;
-    std::vector<std::pair<std::string, Item>> keyed;
-    keyed.reserve(items.size());
-    for (Item& item : items) {
-        std::string key = order.key(nameOf(item));
-        keyed.emplace_back(std::move(key), std::move(item));
-    }
-    std::stable_sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        items[i] = std::move(keyed[i].second);
-    }
-}
-
 } // namespace
 
 Groups::Groups(MediaEntries entries, GroupFileType type)

@@ -1,8 +1,6 @@
 #include "desktop/middleware/MediaLibrary.h"
 
 #include "desktop/middleware/FileTime.h"
-#include "desktop/middleware/Log.h"
-#include "desktop/middleware/NameEncoding.h"
 
 #include <sys/stat.h>
 
@@ -83,7 +81,7 @@ MediaFacts MediaLibrary::factsOf(const Location& file, const EntryFacts& entry, 
     }
     MediaFacts facts = read(fd.get(), entry);
     if (!facts.error.empty()) {
-        logLine(LogLevel::Warning, "cannot read " + encodeName(file.path()) + ": " + facts.error);
+        logUnreadable(file, facts.error);
     }
     if (lasts(facts, fd.get(), entry, file.stick)) {
         remember(folder, {{name, stampOf(entry), facts}});

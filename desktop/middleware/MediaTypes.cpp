@@ -29,11 +29,11 @@ const Extensions& knownExtensions()
         add(FILE_TYPE_MUSIC,
             {"aac", "ac3",  "aif", "aiff", "alac", "amr", "ape", "dff", "dsf",  "dts", "ec3", "flac", "m4a", "m4b",
              "mid", "midi", "mka", "mp2",  "mp3",  "mpc", "oga", "ogg", "opus", "ra",  "tta", "wav",  "wma", "wv"});
-        add(FILE_TYPE_PLAYLIST, {"asx", "m3u", "m3u8", "pls", "wpl", "xspf"});
+        add(FILE_TYPE_PLAYLIST, {"asx", "cue", "m3u", "m3u8", "pls", "wpl", "xspf"});
         add(FILE_TYPE_OTHER,
-            {"ass", "c",   "conf", "cpp", "css", "cue", "doc", "docx", "exe", "gz",  "h",   "htm", "html", "idx",
-             "ini", "js",  "json", "log", "md",  "mo",  "nfo", "pdf",  "po",  "py",  "sh",  "smi", "so",   "srt",
-             "ssa", "sub", "sup",  "svg", "tar", "ttf", "txt", "url",  "vtt", "xls", "xml", "xz",  "zip"});
+            {"ass", "c",    "conf", "cpp", "css", "doc", "docx", "exe", "gz",  "h",   "htm", "html", "idx", "ini",
+             "js",  "json", "log",  "md",  "mo",  "nfo", "pdf",  "po",  "py",  "sh",  "smi", "so",   "srt", "ssa",
+             "sub", "sup",  "svg",  "tar", "ttf", "txt", "url",  "vtt", "xls", "xml", "xz",  "zip"});
         return all;
     }();
     return extensions;

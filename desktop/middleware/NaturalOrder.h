@@ -1,7 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 struct UCollator;
 
@@ -23,5 +26,22 @@ private:
     std::unique_ptr<UCollator, Close> m_collator;
     std::u16string m_utf16;
 };
+
+/// Puts @p items in the natural order of the names that @p nameOf gives them; equal names stay in their order.
+template <typename Item, typename NameOf>
+void sortNaturally(std::vector<Item>& items, const NameOf& nameOf)
+{
+    NaturalOrder order;
+    std::vector<std::pair<std::string, Item>> keyed;
+    keyed.reserve(items.size());
+    for (Item& item : items) {
+        std::string key = order.key(nameOf(item));
+        keyed.emplace_back(std::move(key), std::move(item));
+    }
+    std::stable_sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        items[i] = std::move(keyed[i].second);
+    }
+}
 
 } // namespace desktop

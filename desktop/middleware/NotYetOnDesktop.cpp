@@ -16,16 +16,6 @@ int notYet(const char* operation)
 
 } // namespace
 
-int SocMwStorageUsbMgr::photoSort(int /*sortType*/, bool /*order*/, std::vector<FolderFileInfo_s>& /*photos*/)
-{
-    return notYet(__func__);
-}
-
-int SocMwStorageUsbMgr::getPlayListFiles(std::string /*path*/, std::vector<std::pair<std::string, unsigned int>>& /*files*/)
-{
-    return notYet(__func__);
-}
-
 int SocMwStorageUsbMgr::playMediaFile(FileType /*type*/, unsigned int /*index*/, unsigned int& /*curIdx*/, bool /*playAll*/,
                                       bool /*resume*/, std::string /*path*/)
 {

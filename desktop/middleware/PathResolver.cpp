@@ -1,5 +1,8 @@
 #include "desktop/middleware/PathResolver.h"
 
+#include "desktop/middleware/Log.h"
+#include "desktop/middleware/NameEncoding.h"
+
 #include <fcntl.h>
 #include <linux/openat2.h>
 #include <sys/syscall.h>
@@ -111,6 +114,11 @@ UniqueFd PathResolver::open(const Location& location, int flags)
     }
     const UniqueFd folder(::open(location.stick.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     return folder ? openBeneath(folder.get(), location.relative, flags) : UniqueFd();
+}
+
+void logUnreadable(const Location& location, const std::string& reason)
+{
+    logLine(LogLevel::Warning, "cannot read " + encodeName(location.path()) + ": " + reason);
 }
 
 std::string describeError(int error)

@@ -51,6 +51,9 @@ private:
 /// What errno value @p error means to the user of a stick.
 std::string describeError(int error);
 
+/// Logs that what lies at @p location cannot be read, and why.
+void logUnreadable(const Location& location, const std::string& reason);
+
 /// The names that @p path is made of; empty ones and "." left out.
 std::vector<std::string> splitPath(const std::string& path);
 

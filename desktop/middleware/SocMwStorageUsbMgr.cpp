@@ -1,8 +1,11 @@
 #include "platform/SocMwStorageUsbMgr.h"
 
 #include "desktop/middleware/DesktopMiddleware.h"
+#include "desktop/middleware/Log.h"
+#include "desktop/middleware/PhotoSort.h"
 
 using desktop::DesktopMiddleware;
+using desktop::PhotoOrder;
 
 namespace {
 
@@ -43,6 +46,32 @@ int SocMwStorageUsbMgr::closeAllMMPlayer(bool /*keepBackgroundMusic*/)
 int SocMwStorageUsbMgr::searchFileType(const std::string& path, FileType type, int itemsPerPage)
 {
     return DesktopMiddleware::instance().search().start(path, type, itemsPerPage) ? 0 : -1;
+}
+
+int SocMwStorageUsbMgr::photoSort(int sortType, bool order, std::vector<FolderFileInfo_s>& photos)
+{
+    const desktop::FolderListings& listings = DesktopMiddleware::instance().listings();
+    const desktop::ListingPointer current = listings.current();
+    const bool known = sortType >= static_cast<int>(PhotoOrder::Name) && sortType <= static_cast<int>(PhotoOrder::Type);
+    if (current == nullptr || !known) {
+        desktop::logLine(desktop::LogLevel::Warning, current == nullptr
+                                                         ? "there is no current folder to sort"
+                                                         : "photos cannot be sorted by " + std::to_string(sortType));
+        return -1;
+    }
+    return sortPhotos(*current, listings, static_cast<PhotoOrder>(sortType), order, photos) ? 0 : -1;
+}
+
+int SocMwStorageUsbMgr::getPlayListFiles(std::string path, std::vector<std::pair<std::string, unsigned int>>& files)
+{
+    const auto paths = DesktopMiddleware::instance().playlists().filesBelow(path);
+    if (!paths) {
+        return -1;
+    }
+    for (const std::string& playlist : *paths) {
+        files.emplace_back(playlist, FILE_TYPE_PLAYLIST);
+    }
+    return 0;
 }
 
 int SocMwStorageUsbMgr::clearMediaMap(std::string path)

@@ -1,7 +1,7 @@
 #include "desktop/middleware/TreeWalk.h"
 
-#include "desktop/middleware/Log.h"
 #include "desktop/middleware/NameEncoding.h"
+#include "desktop/middleware/NaturalOrder.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -113,10 +113,10 @@ void TreeWalk::walkInto(Directory folder)
     if (*m_cancelled) {
         return;
     }
-    sort(files);
+    sortNaturally(files, encodeName);
     m_visit({dirfd(folder.get()), m_location, files}, m_totals);
     if (!folders.empty()) {
-        sort(folders);
+        sortNaturally(folders, encodeName);
         std::reverse(folders.begin(), folders.end());
         m_steps.push_back({status.st_dev, status.st_ino, m_location.relative.size(), std::move(folders)});
         m_current = std::move(folder);
@@ -173,24 +173,10 @@ bool TreeWalk::isOnTheWay(const struct stat& folder) const
                        [&folder](const Step& step) { return step.device == folder.st_dev && step.inode == folder.st_ino; });
 }
 
-void TreeWalk::sort(std::vector<std::string>& names)
-{
-    std::vector<std::pair<std::string, std::string>> keyed;
-    keyed.reserve(names.size());
-    for (std::string& name : names) {
-        std::string key = m_order.key(encodeName(name));
-        keyed.emplace_back(std::move(key), std::move(name));
-    }
-    std::sort(keyed.begin(), keyed.end());
-    for (std::size_t i = 0; i < keyed.size(); ++i) {
-        names[i] = std::move(keyed[i].second);
-    }
-}
-
 void TreeWalk::note(int error)
 {
     ++m_totals.unreadable;
-    logLine(LogLevel::Warning, "cannot read " + encodeName(m_location.path()) + ": " + describeError(error));
+    logUnreadable(m_location, describeError(error));
 }
 
 } // namespace desktop

@@ -2,7 +2,6 @@
 
 #include "desktop/middleware/BackgroundJob.h"
 #include "desktop/middleware/DirectoryStream.h"
-#include "desktop/middleware/NaturalOrder.h"
 #include "desktop/middleware/Pace.h"
 #include "desktop/middleware/PathResolver.h"
 #include "desktop/middleware/StickPresence.h"
@@ -55,7 +54,6 @@ private:
     int readEntries(DIR* folder, std::vector<std::string>& files, std::vector<std::string>& folders);
     Directory reopen(const Step& step) const;
     bool isOnTheWay(const struct stat& folder) const;
-    void sort(std::vector<std::string>& names);
     void note(int error);
 
     Location m_location; ///< of the folder that is being read
@@ -64,7 +62,6 @@ private:
     Visit m_visit;
     StickPresence m_stick;
     Pace m_stickPace;
-    NaturalOrder m_order;
     WalkTotals m_totals;
     std::vector<Step> m_steps;
     Directory m_current; ///< the folder of the last step; null when it could not be opened again
