@@ -103,7 +103,7 @@ TEST_F(BoundaryTest, PageThatCannotBe_Fails)
 {
     std::vector<FolderFileInfo_s> entries;
     EXPECT_EQ(page(0, -1, entries, folder.path()), -1);
-    EXPECT_EQ(page(2, 0, entries, folder.path()), -1);
+    EXPECT_EQ(page(2, 0, entries, folder.path()), -1); // nothing has been grouped
     EXPECT_EQ(page(7, 0, entries, folder.path()), -1);
 }
 
@@ -130,7 +130,8 @@ TEST_F(BoundaryTest, MediaFileInfo_TellsPathTypeAndTitle)
 TEST_F(BoundaryTest, PathsTakenApart_GiveDirectoryAndName)
 {
     EXPECT_EQ(browser.getFileDirPath("/usb/Music/a.m3u"), "/usb/Music");
-    EXPECT_EQ(browser.splitFileName("/usb/Music/a.m3u"), "a.m3u");
+    EXPECT_EQ(browser.splitFileName("/usb/Music/Road trip.2.m3u"), "Road trip.2");
+    EXPECT_EQ(browser.splitFileName("/usb/Music/.m3u"), "");
     EXPECT_EQ(browser.splitFileName("/usb/Music/"), "");
 }
 
@@ -139,6 +140,61 @@ TEST_F(BoundaryTest, ClearMediaMap_WantsAPathOnAStick)
     EXPECT_EQ(manager->clearMediaMap(folder.path("sub")), 0);
     EXPECT_NE(manager->clearMediaMap("/etc"), 0);
     EXPECT_EQ(manager->closeAllMMPlayer(false), 0);
+}
+
+TEST_F(BoundaryTest, Search_EndsInItsEvent)
+{
+    EXPECT_EQ(manager->searchFileType(folder.path(), FILE_TYPE_VIDEO, 9), 0);
+    EXPECT_NE(manager->searchFileType("/etc", FILE_TYPE_VIDEO, 9), 0);
+    EXPECT_EQ(manager->searchFileType(folder.path(), FILE_TYPE_VIDEO, 9), 0);
+    DesktopMiddleware::instance().startEvents();
+    EXPECT_THAT(events.waitFor(5), testing::ElementsAre(0, 1, 3, 6, 5));
+}
+
+TEST_F(BoundaryTest, Groups_AreListedOnceTheyAreMade)
+{
+    std::vector<FolderFileInfo_s> files;
+    std::vector<media_file_info_s> media;
+    EXPECT_NE(browser.getMediaFileInfo("All", files, 9), 0);
+    EXPECT_NE(browser.groupFiles(folder.path(), GROUP_TYPE_MAX), 0);
+    EXPECT_EQ(browser.groupFiles(folder.path(), GROUP_TYPE_NONE), 0);
+    DesktopMiddleware::instance().startEvents();
+    ASSERT_EQ(events.waitFor(4).back(), SOCMW_MM_EVENT_GROUP_COMPLETED);
+    EXPECT_EQ(browser.getMediaFileInfo("All", files, 9), 0);
+    EXPECT_EQ(files.size(), 2U);
+    files.clear();
+    EXPECT_EQ(browser.getMediaFileInfo("All", files, 1, 0), 0);
+    ASSERT_EQ(files.size(), 1U);
+    EXPECT_EQ(files[0].name, "3.mp3");
+    files.clear();
+    EXPECT_EQ(browser.getMediaFileInfo("All", files, media, 0), 0);
+    ASSERT_EQ(media.size(), 2U);
+    EXPECT_EQ(media[0].path, folder.path("1.jpg"));
+    EXPECT_EQ(page(2, 0, files), -1); // of no key
+}
+
+TEST_F(BoundaryTest, PhotosOfTheCurrentFolder_AreSorted)
+{
+    std::vector<FolderFileInfo_s> photos;
+    EXPECT_NE(manager->photoSort(0, true, photos), 0); // no folder has been read
+    changeAndWait(folder.path(), 9);
+    EXPECT_EQ(manager->photoSort(0, true, photos), 0);
+    EXPECT_EQ(photos.size(), 1U);
+    EXPECT_NE(manager->photoSort(4, true, photos), 0);
+    EXPECT_NE(manager->photoSort(-1, true, photos), 0);
+}
+
+TEST_F(BoundaryTest, Playlists_AreFoundAndPagedLikeFolders)
+{
+    std::ofstream(folder.path("sub/list.m3u")) << "../3.mp3\n../2.mp4\n";
+    std::vector<std::pair<std::string, unsigned int>> lists;
+    EXPECT_EQ(manager->getPlayListFiles(folder.path(), lists), 0);
+    EXPECT_THAT(lists, testing::ElementsAre(testing::Pair(folder.path("sub/list.m3u"), FILE_TYPE_PLAYLIST)));
+    EXPECT_NE(manager->getPlayListFiles("/etc", lists), 0);
+    std::vector<FolderFileInfo_s> entries;
+    EXPECT_EQ(page(0, 0, entries, folder.path("sub/list.m3u")), 0);
+    ASSERT_EQ(entries.size(), 2U);
+    EXPECT_EQ(entries[0].path, folder.path("3.mp3"));
 }
 
 TEST_F(BoundaryTest, ScreenOff_IsRemembered)
@@ -158,7 +214,6 @@ TEST_F(BoundaryTest, WhatTheDesktopDoesNotOffer_SaysSoAndFails)
     testing::internal::CaptureStdout();
     EXPECT_LT(manager->keyPlayNext(FILE_TYPE_VIDEO), -1); // -1 alone would mean a page that failed
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "[DESKTOP] the desktop does not offer keyPlayNext yet\r\n");
-    EXPECT_NE(browser.groupFiles(folder.path(), GROUP_TYPE_ALBUM), 0);
     EXPECT_EQ(browser.stopThumbnail(), 0);
 }
 

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "desktop/middleware/MediaFacts.h"
+
+#include <sys/stat.h>
+
+#include <functional>
+#include <mutex>
+
+namespace testsupport {
+
+/// Tells of every file what a test wants, and counts what it is asked to read.
+class FakeReader : public desktop::MediaReader {
+public:
+    using Tell = std::function<desktop::MediaFacts(const std::string& content, FileType type)>;
+
+    explicit FakeReader(Tell tell)
+        : m_tell(std::move(tell))
+    {
+    }
+
+    desktop::MediaFacts read(int fd, FileType type) override
+    {
+        char bytes[256];
+        const ssize_t got = pread(fd, bytes, sizeof bytes, 0);
+        {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            ++m_reads;
+        }
+        return m_tell(std::string(bytes, got > 0 ? static_cast<std::size_t>(got) : 0), type);
+    }
+
+    int reads() const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_reads;
+    }
+
+private:
+    Tell m_tell;
+    mutable std::mutex m_mutex;
+    int m_reads = 0;
+};
+
+} // namespace testsupport
