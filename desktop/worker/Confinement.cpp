@@ -48,6 +48,7 @@ void endWithTheOtherSide()
     }).detach();
 }
 
+// Besides what reading and decoding need, what a thread begins with and what sanitizers look at memory with.
 constexpr int kCalls[] = {
     SCMP_SYS(read),
     SCMP_SYS(pread64),
@@ -89,6 +90,9 @@ constexpr int kCalls[] = {
     SCMP_SYS(clock_nanosleep),
     SCMP_SYS(rseq),
     SCMP_SYS(set_robust_list),
+    SCMP_SYS(pipe),
+    SCMP_SYS(pipe2),
+    SCMP_SYS(sigaltstack),
 };
 
 struct ReleaseFilter {
