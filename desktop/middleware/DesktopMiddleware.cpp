@@ -64,6 +64,7 @@ void DesktopMiddleware::close()
     m_thumbnails->close();
     m_events.stop();
     m_events.setListener(nullptr);
+    makeParts("", FolderObserver()); // joins what still ends, and lets go of the host's callbacks
 }
 
 Json::Value DesktopMiddleware::deviceList() const
