@@ -1,5 +1,6 @@
 #include "desktop/host/TextColumns.h"
 #include "desktop/host/EntryTable.h"
+#include "desktop/host/ProgressLine.h"
 
 #include "platform/SocMwTypes.h"
 
@@ -85,6 +86,22 @@ TEST_F(TextColumnsTest, Totals_CountFoldersFilesAndBytes)
     totals.add(entry(FILE_TYPE_MUSIC, 1024, "b"));
     totals.add(entry(FILE_TYPE_UNKNOWN, 0, "c"));
     EXPECT_EQ(totals.text(), "1 folder, 2 files, 1.0 KB");
+}
+
+TEST(TextColumns, Duration_HasHoursWhenItNeedsThem)
+{
+    EXPECT_EQ(humanDuration(0), "-");
+    EXPECT_EQ(humanDuration(5), "0:05");
+    EXPECT_EQ(humanDuration(3599), "59:59");
+    EXPECT_EQ(humanDuration(3600 + 2 * 60 + 3), "1:02:03");
+}
+
+TEST(ProgressBar, Text_FillsWithWhatIsDone)
+{
+    EXPECT_EQ(progressBar(0, 100), "[                              ] 0 of 100");
+    EXPECT_EQ(progressBar(50, 100), "[###############               ] 50 of 100");
+    EXPECT_EQ(progressBar(100, 100), "[##############################] 100 of 100");
+    EXPECT_EQ(progressBar(0, 0), "[##############################] 0 of 0");
 }
 
 } // namespace

@@ -22,7 +22,7 @@ using testsupport::Program;
 using testsupport::Shell;
 
 /// The most memory that the program may have taken in the end, in KB.
-constexpr long kMemoryBound = 200'000;
+constexpr long kMemoryBound = 100'000;
 
 const std::map<int, std::string> kTypeNames = {{0, "closed"}, {1, "folder"}, {2, "file"},
                                                {3, "photo"},  {4, "video"},  {5, "music"}};

@@ -40,6 +40,13 @@ TEST(CommandLine, Mistake_IsToldAndGives2)
                                                             {"browse"},
                                                             {"--stick", "/tmp", "browse", "--page", "2"},
                                                             {"--stick", "/tmp", "browse", "--page-size", "0"},
+                                                            {"search"},
+                                                            {"--stick", "/tmp", "groups"},
+                                                            {"--stick", "/tmp", "groups", "--by", "colour"},
+                                                            {"--stick", "/tmp", "info"},
+                                                            {"--stick", "/tmp", "thumbnails", "--size", "0x90"},
+                                                            {"--stick", "/tmp", "thumbnails", "--size", "160x90x3"},
+                                                            {"--stick", "/tmp", "thumbnails", "a", "--file", "b"},
                                                             {"--log-level", "loud", "shell"}};
     for (const auto& mistake : mistakes) {
         std::vector<std::string> command = {DESKTOP_TV};
