@@ -2,14 +2,15 @@
 # desktop platform's programs bring their own component.
 
 set(headers ${CMAKE_INSTALL_INCLUDEDIR}/storagemedia)
+set(guide ${CMAKE_INSTALL_DATADIR}/doc/storagemedia-plugin-dev)
 
 install(TARGETS storagemediaplugin LIBRARY COMPONENT plugin)
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/storagemedia-plugin COMPONENT plugin RENAME copyright)
 
 install(DIRECTORY platform DESTINATION ${headers} COMPONENT development FILES_MATCHING PATTERN "*.h")
 install(FILES plugin/StorageMediaPlugin.h DESTINATION ${headers}/plugin COMPONENT development)
-install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/storagemedia-plugin-dev COMPONENT development RENAME copyright)
-install(FILES docs/integrating.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/storagemedia-plugin-dev COMPONENT development)
+install(FILES docs/integrating.md DESTINATION ${guide} COMPONENT development)
+install(FILES LICENSE DESTINATION ${guide} COMPONENT development RENAME copyright)
 
 # The description finds its prefix from its own place, so that an installed tree can be moved.
 set(pkgconfig ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
