@@ -20,6 +20,7 @@ struct MediaFacts {
     int rotation = 0;      ///< degrees clockwise that the stored picture is turned by to be shown: 0, 90, 180, 270
     bool panorama = false; ///< a 360-degree photo
     std::string error;     ///< why the file could not be read; its other facts are empty then
+    bool unread = false;   ///< the error is not the file's: nobody got to its end, and another try may succeed
 };
 
 /// Reads media files. Implementations are safe on any thread.

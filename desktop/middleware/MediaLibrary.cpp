@@ -40,6 +40,7 @@ MediaFacts MediaLibrary::read(int fd, const EntryFacts& entry)
     }
     MediaFacts none;
     none.error = "there is nothing to read it with";
+    none.unread = true;
     return none;
 }
 
@@ -50,7 +51,7 @@ bool MediaLibrary::lasts(const MediaFacts& facts, int fd, const EntryFacts& entr
     const bool unchanged = fstat(fd, &now) == 0 && static_cast<std::uint64_t>(now.st_size) == entry.size &&
                            nanoseconds(now.st_mtim) == entry.modified;
     const bool stickIsThere = stat(stick.c_str(), &there) == 0 && there.st_dev == now.st_dev;
-    const bool isFilesFault = m_reader != nullptr && stickIsThere;
+    const bool isFilesFault = !facts.unread && stickIsThere;
     return unchanged && (facts.error.empty() || isFilesFault);
 }
 

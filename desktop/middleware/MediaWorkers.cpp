@@ -22,10 +22,12 @@ MediaWorkerSettings completed(MediaWorkerSettings settings)
     return settings;
 }
 
+// In place of an answer, when no worker gave one.
 Json::Value failure(const std::string& reason)
 {
     Json::Value answer;
     answer["error"] = reason;
+    answer["unread"] = true;
     return answer;
 }
 

@@ -143,6 +143,7 @@ MediaFacts factsFromJson(const Json::Value& json)
         }
     }
     facts.panorama = json["panorama"].isBool() && json["panorama"].asBool();
+    facts.unread = json["unread"].isBool() && json["unread"].asBool();
     return facts;
 }
 

@@ -106,6 +106,28 @@ TEST_F(MediaLibraryTest, StickThatWasPulledWhileItWasRead_LeavesNoFaultBehind)
     EXPECT_EQ(info.title, "The Title");
 }
 
+TEST_F(MediaLibraryTest, FileThatNobodyReadToItsEnd_IsTriedAgain)
+{
+    testsupport::TemporaryDirectory usb;
+    usb.makeFile("a.mp3");
+    MediaFacts answer;
+    const auto reader = std::make_shared<testsupport::FakeReader>([&](const std::string&, FileType) { return answer; });
+    const auto library = std::make_shared<MediaLibrary>(reader, "", nullptr);
+    EventQueue events;
+    const FolderListings listings(PathResolver({usb.path()}), events, FolderObserver(), library);
+    media_file_info_s info;
+
+    answer.error = "its reader was killed";
+    answer.unread = true;
+    EXPECT_TRUE(listings.describe(usb.path("a.mp3"), info));
+    answer.error = "it is broken";
+    answer.unread = false;
+    EXPECT_TRUE(listings.describe(usb.path("a.mp3"), info));
+    EXPECT_EQ(reader->reads(), 2);
+    EXPECT_TRUE(listings.describe(usb.path("a.mp3"), info));
+    EXPECT_EQ(reader->reads(), 2) << "the file's own fault is remembered";
+}
+
 TEST_F(MediaLibraryTest, StickUnderAnotherName_IsKnownByItsId)
 {
     testsupport::TemporaryDirectory other;

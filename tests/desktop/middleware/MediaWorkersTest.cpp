@@ -64,8 +64,9 @@ TEST(MediaWorkers, WorkerThatDiesOfAFile_CostsThatFileOnly)
     // The first one dies as soon as there is something to read, later ones are real.
     StandIn dying("[ -e $0.log ] && exec '" MEDIA_WORKER "'; touch $0.log; sleep 0.1; kill -SEGV $$");
     MediaReading media({dying.program()});
-    EXPECT_EQ(media.facts(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).error,
-              "The file stopped the process that read it.");
+    const desktop::MediaFacts facts = media.facts(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO);
+    EXPECT_EQ(facts.error, "The file stopped the process that read it.");
+    EXPECT_TRUE(facts.unread) << "another try may succeed";
     EXPECT_EQ(durationOfTheCounter(media), 4);
 }
 
