@@ -2,7 +2,10 @@
 
 #include "platform/SocMwLog.h"
 
+#include <gtest/gtest.h>
+
 #include <cstdarg>
+#include <iostream>
 #include <stdexcept>
 
 namespace {
@@ -23,6 +26,10 @@ FakePlatform::FakePlatform()
 
 FakePlatform::~FakePlatform()
 {
+    // What a failing assertion has said went where the plugin's output goes.
+    if (testing::Test::HasFailure()) {
+        std::cerr << m_output.take();
+    }
     current = nullptr;
 }
 
