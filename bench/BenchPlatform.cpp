@@ -1,6 +1,5 @@
 #include "bench/BenchPlatform.h"
 
-#include "platform/CJsonOperation.h"
 #include "platform/SocMiddleware.h"
 #include "platform/SocMwLog.h"
 #include "plugin/StorageMediaPlugin.h"
@@ -73,56 +72,3 @@ int system(const char* /*command*/)
 }
 
 } // extern "C"
-
-namespace tvfirmware {
-
-namespace {
-
-const Json::Value* member(const Json::Value& object, const std::string& key)
-{
-    return object.find(key.data(), key.data() + key.size());
-}
-
-} // namespace
-
-int CJsonOperation::safeReadInt(Json::Value& object, std::string key, int& value)
-{
-    const Json::Value* found = member(object, key);
-    if (found == nullptr || !found->isInt()) {
-        return -1;
-    }
-    value = found->asInt();
-    return 0;
-}
-
-int CJsonOperation::safeReadUInt(Json::Value& object, std::string key, unsigned int& value)
-{
-    const Json::Value* found = member(object, key);
-    if (found == nullptr || !found->isUInt()) {
-        return -1;
-    }
-    value = found->asUInt();
-    return 0;
-}
-
-int CJsonOperation::safeReadBool(Json::Value& object, std::string key, bool& value)
-{
-    const Json::Value* found = member(object, key);
-    if (found == nullptr || !found->isBool()) {
-        return -1;
-    }
-    value = found->asBool();
-    return 0;
-}
-
-int CJsonOperation::safeReadString(Json::Value& object, std::string key, std::string& value)
-{
-    const Json::Value* found = member(object, key);
-    if (found == nullptr || !found->isString()) {
-        return -1;
-    }
-    value = found->asString();
-    return 0;
-}
-
-} // namespace tvfirmware

@@ -33,9 +33,9 @@ TEST(PlaylistFormatsTest, Names_AreKnownByTheirExtension)
 
 TEST(PlaylistFormatsTest, M3u_HasPathsAndTitles)
 {
-    EXPECT_THAT(parsed("a.m3u", "#EXTM3U\r\n#EXTINF:185,Artist - Title, part 2\r\nMusic/a.mp3\r\n\r\n# a comment\r\n"
+    EXPECT_THAT(parsed("a.m3u", "#EXTM3U\r\n#EXTINF:185,Artist - Title, again\r\nMusic/a.mp3\r\n\r\n# a comment\r\n"
                                 "  /Music/b.mp3  \r\n..\\c.mp3"),
-                ElementsAre("Music/a.mp3|Artist - Title, part 2", "/Music/b.mp3|", "..\\c.mp3|"));
+                ElementsAre("Music/a.mp3|Artist - Title, again", "/Music/b.mp3|", "..\\c.mp3|"));
 }
 
 TEST(PlaylistFormatsTest, WebAddresses_AreLeftOut)
