@@ -2,6 +2,10 @@
 
 #include "desktop/middleware/WorkerChannel.h"
 
+extern "C" {
+#include <libavutil/mem.h>
+}
+
 #include <poll.h>
 #include <seccomp.h>
 #include <sys/prctl.h>
@@ -17,9 +21,10 @@ namespace {
 
 // The libraries alone take 200 MiB of address space; what is left decodes 24 million points or a frame of 8K video, refuses
 // what only claims to be huge, and two workers at their limit still leave a small computer its memory.
-constexpr rlim_t kMemory = 512UL << 20;     // bytes of address space
-constexpr rlim_t kPictureFile = 16UL << 20; // bytes
-constexpr rlim_t kProcessorTime = 6;        // seconds: more than the other side waits
+constexpr rlim_t kMemory = 512UL << 20;      // bytes of address space
+constexpr std::size_t kOnePiece = 300 << 20; // bytes that a decoder may ask for at once, also where no such limit can be set
+constexpr rlim_t kPictureFile = 16UL << 20;  // bytes
+constexpr rlim_t kProcessorTime = 6;         // seconds: more than the other side waits
 
 bool limit(__rlimit_resource resource, rlim_t value)
 {
@@ -29,6 +34,7 @@ bool limit(__rlimit_resource resource, rlim_t value)
 
 bool limitResources()
 {
+    av_max_alloc(kOnePiece);
 #ifndef __SANITIZE_ADDRESS__ // the sanitizer's own shadow is larger than any limit
     if (!limit(RLIMIT_AS, kMemory)) {
         return false;
