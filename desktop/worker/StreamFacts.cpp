@@ -2,11 +2,9 @@
 
 #include "desktop/worker/TagText.h"
 
-extern "C" {
-#include <libavutil/display.h>
-}
-
+#include <array>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -63,15 +61,20 @@ Turn turnOf(const AVStream& stream)
 {
     std::size_t size = 0;
     const std::uint8_t* const data = av_stream_get_side_data(&stream, AV_PKT_DATA_DISPLAYMATRIX, &size);
-    if (data == nullptr || size < 9 * sizeof(std::int32_t)) {
+    std::array<std::int32_t, 9> matrix = {}; // of which the first two columns and rows turn
+    if (data == nullptr || size < sizeof matrix) {
         return {};
     }
-    const double anticlockwise = av_display_rotation_get(reinterpret_cast<const std::int32_t*>(data));
-    if (std::isnan(anticlockwise)) {
-        return {};
+    std::memcpy(matrix.data(), data, sizeof matrix);
+    const double xToX = matrix[0], xToY = matrix[1], yToX = matrix[3], yToY = matrix[4];
+    const double area = xToX * yToY - xToY * yToX; // negative when the picture is seen from behind
+    if (area == 0) {
+        return {}; // a damaged claim
     }
-    const long quarters = std::lround(-anticlockwise / 90);
-    return {false, static_cast<int>((quarters % 4 + 4) % 4)};
+    const double rightOrLeft = area > 0 ? 1 : -1;
+    const double clockwise = std::atan2(rightOrLeft * xToY, rightOrLeft * xToX);
+    const long quarters = std::lround(clockwise / (M_PI / 2));
+    return {area < 0, static_cast<int>((quarters + 4) % 4)};
 }
 
 } // namespace desktop

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 namespace desktop {
 namespace {
 
@@ -41,34 +43,72 @@ TEST_F(ThumbnailPictureTest, Photo_FitsIntoTheBoundsAndKeepsItsShape)
 }
 
 struct Orientation {
-    int value;
+    int value;          ///< EXIF's
+    const char* matrix; ///< a video's, of the same meaning: where x and y of a point go
     const char* fields; ///< as shown: left, right above left, right below
 };
 
-class EveryOrientation : public testing::TestWithParam<Orientation> {};
+class EveryOrientation : public testing::TestWithParam<Orientation> {
+protected:
+    /// The fields of @p file, which is twice as wide as high before it is turned.
+    void expectTurned(const std::string& file, FileType type)
+    {
+        testsupport::MediaReading media;
+        const Thumbnail thumbnail = media.thumbnail(file, type, 100, 100);
+        ASSERT_EQ(thumbnail.error, "");
+        const testsupport::Picture& picture = thumbnail.picture;
+        const bool lies = GetParam().value <= 4;
+        EXPECT_EQ(picture.width, lies ? 100 : 50);
+        EXPECT_EQ(picture.height, lies ? 50 : 100);
+        EXPECT_EQ(picture.colourAt(.25, .25) + " " + picture.colourAt(.75, .25) + " " + picture.colourAt(.25, .75) + " " +
+                      picture.colourAt(.75, .75),
+                  GetParam().fields);
+    }
+
+    testsupport::TemporaryDirectory folder;
+};
 
 TEST_P(EveryOrientation, Photo_IsTurnedAsItIsToBeShown)
 {
-    const testsupport::TemporaryDirectory folder;
     testsupport::writeFile(folder.path("fields.jpg"), testsupport::fourFieldsJpeg(640, 320, GetParam().value));
-    testsupport::MediaReading media;
-    const Thumbnail thumbnail = media.thumbnail(folder.path("fields.jpg"), FILE_TYPE_PHOTO, 100, 100);
-    ASSERT_EQ(thumbnail.error, "");
-    const testsupport::Picture& picture = thumbnail.picture;
-    const bool lies = GetParam().value <= 4;
-    EXPECT_EQ(picture.width, lies ? 100 : 50);
-    EXPECT_EQ(picture.height, lies ? 50 : 100);
-    EXPECT_EQ(picture.colourAt(.25, .25) + " " + picture.colourAt(.75, .25) + " " + picture.colourAt(.25, .75) + " " +
-                  picture.colourAt(.75, .75),
-              GetParam().fields);
+    expectTurned(folder.path("fields.jpg"), FILE_TYPE_PHOTO);
 }
 
-INSTANTIATE_TEST_SUITE_P(Exif, EveryOrientation,
-                         testing::Values(Orientation{1, "red green blue white"}, Orientation{2, "green red white blue"},
-                                         Orientation{3, "white blue green red"}, Orientation{4, "blue white red green"},
-                                         Orientation{5, "red blue green white"}, Orientation{6, "blue red white green"},
-                                         Orientation{7, "white green blue red"}, Orientation{8, "green white red blue"}),
-                         [](const auto& orientation) { return std::to_string(orientation.param.value); });
+/// Replaces the display matrix of the track in the MP4 file @p bytes: @p matrix is "x to x, x to y, y to x, y to y".
+void setMatrix(std::string& bytes, const std::string& matrix)
+{
+    constexpr std::size_t kMatrix = 44; // bytes from the track header's name on
+    constexpr std::size_t kPlaces[] = {0, 4, 12, 16};
+    const std::size_t begin = bytes.find("tkhd") + kMatrix;
+    std::istringstream numbers(matrix);
+    for (const std::size_t place : kPlaces) {
+        int number = 0;
+        numbers >> number;
+        const char sign = number < 0 ? '\xFF' : '\0';
+        bytes.replace(begin + place, 4, {sign, static_cast<char>(number), '\0', '\0'}); // 16 bits of it are a fraction
+    }
+}
+
+TEST_P(EveryOrientation, Video_IsTurnedAsItIsToBeShown)
+{
+    const std::string video = folder.path("fields.mp4");
+    testsupport::writeFile(folder.path("fields.jpg"), testsupport::fourFieldsJpeg(640, 320, 1));
+    testsupport::Program make({"ffmpeg", "-nostdin", "-v", "error", "-i", folder.path("fields.jpg"), "-c:v", "libx264",
+                               "-pix_fmt", "yuv420p", video});
+    ASSERT_EQ(make.wait(), 0) << make.errors();
+    std::string bytes = testsupport::readFile(video);
+    setMatrix(bytes, GetParam().matrix);
+    testsupport::writeFile(video, bytes);
+    expectTurned(video, FILE_TYPE_VIDEO);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, EveryOrientation,
+    testing::Values(Orientation{1, "1 0 0 1", "red green blue white"}, Orientation{2, "-1 0 0 1", "green red white blue"},
+                    Orientation{3, "-1 0 0 -1", "white blue green red"}, Orientation{4, "1 0 0 -1", "blue white red green"},
+                    Orientation{5, "0 1 1 0", "red blue green white"}, Orientation{6, "0 1 -1 0", "blue red white green"},
+                    Orientation{7, "0 -1 -1 0", "white green blue red"}, Orientation{8, "0 -1 1 0", "green white red blue"}),
+    [](const auto& orientation) { return std::to_string(orientation.param.value); });
 
 TEST_F(ThumbnailPictureTest, MusicWithACover_ShowsIt)
 {
