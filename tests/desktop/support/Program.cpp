@@ -1,6 +1,7 @@
 #include "tests/desktop/support/Program.h"
 
 #include "tests/desktop/support/Waiting.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -32,6 +33,14 @@ struct Pipe {
     UniqueFd out;
     UniqueFd in;
 };
+
+// A cache that goes with the test; the user's own is left alone.
+const std::string& cacheFolder()
+{
+    static const TemporaryDirectory s_folder;
+    static const std::string s_path = s_folder.path();
+    return s_path;
+}
 
 [[noreturn]] void become(const std::vector<std::string>& command, int input, int output, int error)
 {
@@ -69,8 +78,10 @@ Program::Program(const std::vector<std::string>& command)
     Pipe input;
     Pipe output;
     Pipe error;
+    const std::string& cache = cacheFolder();
     m_pid = fork();
     if (m_pid == 0) {
+        setenv("XDG_CACHE_HOME", cache.c_str(), 1);
         become(command, input.out.get(), output.in.get(), error.in.get());
     }
     m_input = std::move(input.in);
