@@ -3,6 +3,11 @@
 #include "desktop/host/EntryTable.h"
 #include "desktop/host/TextColumns.h"
 
+#include "desktop/middleware/BackgroundJob.h"
+#include "desktop/middleware/NameEncoding.h"
+
+#include <sys/statfs.h>
+
 #include <algorithm>
 
 namespace desktop {
@@ -10,6 +15,19 @@ namespace desktop {
 namespace {
 
 constexpr int kFetch = 1000; // entries asked for at a time when no pages are shown
+constexpr std::chrono::seconds kPatience(2);
+
+// The plugin asks the file system for the usage, and waits for as long as that takes.
+bool answers(const std::string& folder)
+{
+    return runWithin<bool>(kPatience,
+                           [folder](const CancelFlag&) {
+                               struct statfs status = {};
+                               statfs(folder.c_str(), &status);
+                               return true;
+                           })
+        .has_value();
+}
 
 /// One run of the browse command.
 class Browse {
@@ -63,7 +81,9 @@ void Browse::showDevices()
     for (const Json::Value& device : devices) {
         Json::Value usage;
         std::string line = padRight(visibleText(device["name"].asString()), columns);
-        if (m_session.execute("storagemedia.get.device.usage", device, usage)) {
+        if (!answers(decodeName(device["path"].asString()))) {
+            line += "  does not answer";
+        } else if (m_session.execute("storagemedia.get.device.usage", device, usage)) {
             line += "  " + usage["used"].asString() + " of " + usage["total"].asString() + " used (" +
                     usage["useper"].asString() + "), " + usage["free"].asString() + " free";
         }

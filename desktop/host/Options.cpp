@@ -2,9 +2,9 @@
 
 #include "desktop/host/PluginLibrary.h"
 
-#include <CLI/CLI.hpp>
+#include "desktop/middleware/EntryFacts.h"
 
-#include <filesystem>
+#include <CLI/CLI.hpp>
 
 namespace desktop {
 
@@ -37,9 +37,8 @@ const std::map<std::string, LogLevel> kLogLevels = {{"debug", LogLevel::Debug},
 // A folder that is missing may appear later; something else in its place is a mistake.
 std::string stickFault(const std::string& folder)
 {
-    std::error_code unreadable; // as good as missing
-    const auto kind = std::filesystem::status(folder, unreadable).type();
-    const bool fits = kind != std::filesystem::file_type::regular && !folder.empty();
+    const auto status = statusWithoutWaiting(folder, STATX_TYPE);
+    const bool fits = !folder.empty() && !(status && S_ISREG(status->stx_mode));
     return fits ? "" : "'" + folder + "' is no folder";
 }
 

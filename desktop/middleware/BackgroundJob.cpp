@@ -42,16 +42,24 @@ BackgroundJob::BackgroundJob(Work work)
 BackgroundJob::~BackgroundJob()
 {
     cancel();
-    if (waitFor(kPatience)) {
+    if (m_thread.joinable() && waitFor(kPatience)) {
         m_thread.join();
     } else {
-        m_thread.detach(); // it ends when the kernel lets go of it
+        leave();
     }
 }
 
 void BackgroundJob::cancel()
 {
     m_state->cancelled = true;
+}
+
+void BackgroundJob::leave()
+{
+    cancel();
+    if (m_thread.joinable()) {
+        m_thread.detach(); // it ends when the kernel lets go of it
+    }
 }
 
 bool BackgroundJob::waitFor(std::chrono::milliseconds time) const

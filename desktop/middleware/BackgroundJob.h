@@ -26,6 +26,8 @@ public:
 
     /// Returns at once.
     void cancel();
+    /// Cancels; the thread ends when it can, and the destructor does not wait for it.
+    void leave();
     /// Whether the work has ended, which it is given @p time for.
     bool waitFor(std::chrono::milliseconds time) const;
 
@@ -41,8 +43,12 @@ template <typename Result>
 std::optional<Result> runWithin(std::chrono::milliseconds patience, std::function<Result(const CancelFlag& cancelled)> work)
 {
     const auto result = std::make_shared<std::optional<Result>>();
-    const BackgroundJob job([result, work = std::move(work)](const CancelFlag& cancelled) { *result = work(cancelled); });
-    return job.waitFor(patience) ? std::move(*result) : std::nullopt;
+    BackgroundJob job([result, work = std::move(work)](const CancelFlag& cancelled) { *result = work(cancelled); });
+    if (!job.waitFor(patience)) {
+        job.leave();
+        return std::nullopt;
+    }
+    return std::move(*result);
 }
 
 } // namespace desktop

@@ -66,6 +66,13 @@ std::optional<EntryFacts> inspectPinned(int pinned, const std::string& name)
     return regularFileFacts(name, status, pinned);
 }
 
+std::optional<struct statx> statusWithoutWaiting(const std::string& path, unsigned int fields)
+{
+    struct statx status = {};
+    const int ret = statx(AT_FDCWD, path.c_str(), AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC, fields, &status);
+    return ret == 0 ? std::optional<struct statx>(status) : std::nullopt;
+}
+
 UniqueFd openRegularFile(int pinned)
 {
     struct stat status = {};

@@ -51,6 +51,10 @@ std::optional<EntryFacts> inspectPinned(int pinned, const std::string& name);
 /// @p pinned is an O_PATH descriptor of it.
 FileType regularFileType(const std::string& name, std::uint64_t size, int pinned);
 
+/// What the kernel already knows of @p path, fields STATX_*: a file system that does not answer holds nothing up. Nothing
+/// when it is not there.
+std::optional<struct statx> statusWithoutWaiting(const std::string& path, unsigned int fields);
+
 /// Opens the regular file that @p pinned, an O_PATH descriptor, stands for; nothing else is opened. Sets errno.
 UniqueFd openRegularFile(int pinned);
 

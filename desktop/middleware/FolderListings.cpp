@@ -1,5 +1,6 @@
 #include "desktop/middleware/FolderListings.h"
 
+#include "desktop/middleware/BackgroundJob.h"
 #include "desktop/middleware/Log.h"
 #include "desktop/middleware/MediaTypes.h"
 #include "desktop/middleware/NameEncoding.h"
@@ -18,6 +19,9 @@ namespace {
 
 // How long a page waits for a folder that has to be read first; the reading goes on for the next try.
 constexpr std::chrono::seconds kPagePatience(5);
+// How long a file system may take to open a folder, and to open and describe a file, which a worker may have to read.
+constexpr std::chrono::seconds kOpenPatience(3);
+constexpr std::chrono::seconds kDescribePatience(8);
 
 std::string withoutTrailingSlash(std::string path)
 {
@@ -25,6 +29,46 @@ std::string withoutTrailingSlash(std::string path)
         path.pop_back();
     }
     return path;
+}
+
+struct Opened {
+    UniqueFd fd;
+    FolderStamp stamp;
+    int error = 0; ///< errno value
+};
+
+Opened openLocation(const Location& location)
+{
+    Opened folder;
+    struct stat status = {};
+    folder.fd = PathResolver::open(location, O_RDONLY | O_DIRECTORY | O_NONBLOCK);
+    if (!folder.fd || fstat(folder.fd.get(), &status) != 0) {
+        folder.error = errno;
+    }
+    folder.stamp = FolderStamp(status);
+    return folder;
+}
+
+struct Described {
+    FileType type = FILE_TYPE_UNKNOWN;
+    MediaFacts facts;
+    int error = 0; ///< errno value
+};
+
+Described describeFile(const Location& location, const std::string& name, MediaLibrary* library)
+{
+    Described file;
+    const UniqueFd pinned = PathResolver::open(location, O_PATH);
+    const std::optional<EntryFacts> entry = pinned ? inspectPinned(pinned.get(), name) : std::nullopt;
+    if (!entry) {
+        file.error = errno;
+        return file;
+    }
+    file.type = entry->type;
+    if (library != nullptr && hasMediaFacts(entry->type)) {
+        file.facts = library->factsOf(location, *entry, pinned.get());
+    }
+    return file;
 }
 
 } // namespace
@@ -89,14 +133,13 @@ ListingPointer FolderListings::current() const
 ListingPointer FolderListings::of(const std::string& directory)
 {
     FolderToRead folder;
-    struct stat status = {};
-    if (!openFolder(directory, folder) || fstat(folder.fd.get(), &status) != 0) {
+    if (!openFolder(directory, folder)) {
         return nullptr;
     }
     // The change is looked at first: once it has ended, the cache has its listing.
     FolderRead* read = runningChange(folder.directory);
     if (read == nullptr) {
-        if (ListingPointer known = m_cache.find(folder.directory, FolderStamp(status))) {
+        if (ListingPointer known = m_cache.find(folder.directory, folder.stamp)) {
             return known;
         }
         read = &startPageRead(std::move(folder));
@@ -111,14 +154,16 @@ bool FolderListings::describe(const std::string& path, media_file_info_s& info) 
 {
     const std::string bytes = decodeName(path);
     const std::string name = bytes.substr(bytes.rfind('/') + 1); // npos + 1 is 0
-    const UniqueFd pinned = pin(path);
-    const std::optional<EntryFacts> entry = pinned ? inspectPinned(pinned.get(), name) : std::nullopt;
-    if (!entry) {
+    const auto described = runWithin<Described>(
+        kDescribePatience, [location = m_resolver.locate(bytes), name, library = m_library](const CancelFlag&) {
+            return describeFile(location, name, library.get());
+        });
+    const int error = described ? described->error : ETIMEDOUT;
+    if (error != 0) {
+        report(path, error);
         return false;
     }
-    const bool known = m_library != nullptr && hasMediaFacts(entry->type);
-    const MediaFacts facts = known ? m_library->factsOf(m_resolver.locate(bytes), *entry, pinned.get()) : MediaFacts();
-    info = describeMedia(path, entry->type, encodeName(nameWithoutExtension(name)), facts);
+    info = describeMedia(path, described->type, encodeName(nameWithoutExtension(name)), described->facts);
     return true;
 }
 
@@ -147,25 +192,21 @@ std::string FolderListings::directoryOf(const std::string& path) const
     return directory.empty() ? "/" : directory;
 }
 
-UniqueFd FolderListings::pin(const std::string& path) const
-{
-    UniqueFd pinned = PathResolver::open(m_resolver.locate(decodeName(path)), O_PATH);
-    if (!pinned) {
-        report(path, errno);
-    }
-    return pinned;
-}
-
 bool FolderListings::openFolder(const std::string& directory, FolderToRead& folder) const
 {
     folder.location = m_resolver.locate(decodeName(directory));
-    folder.fd = PathResolver::open(folder.location, O_RDONLY | O_DIRECTORY | O_NONBLOCK);
     folder.directory = withoutTrailingSlash(directory);
     folder.library = m_library;
-    if (!folder.fd) {
-        report(directory, errno);
+    auto opened =
+        runWithin<Opened>(kOpenPatience, [location = folder.location](const CancelFlag&) { return openLocation(location); });
+    const int error = opened ? opened->error : ETIMEDOUT;
+    if (error != 0) {
+        report(directory, error);
+        return false;
     }
-    return static_cast<bool>(folder.fd);
+    folder.fd = std::move(opened->fd);
+    folder.stamp = opened->stamp;
+    return true;
 }
 
 void FolderListings::startChange(FolderToRead folder)

@@ -39,19 +39,18 @@ public:
     int itemsPerPage() const { return m_itemsPerPage; }
 
     /// Describes what @p path stands for in @p info; a media file by its facts, which may have to be read first. False, the
-    /// observer told, when it is not there or on no stick.
+    /// observer told, when it is not there, on no stick, or the stick does not answer for 8 seconds.
     bool describe(const std::string& path, media_file_info_s& info) const;
     /// Forgets the listings below @p directory and what is known of the files there; false when it lies on no stick.
     bool forget(const std::string& directory);
     /// The directory of @p path, spelled as the latest change spelled it. Safe on any thread.
     std::string directoryOf(const std::string& path) const;
-    /// Opens @p directory to be read; false, the observer told, when there is no such folder on a stick.
+    /// Opens @p directory to be read; false, the observer told, when there is no such folder on a stick, or the stick does
+    /// not answer for 3 seconds.
     bool openFolder(const std::string& directory, FolderToRead& folder) const;
     /// Logs, and tells the observer, that @p path cannot be read because of errno value @p error.
     void report(const std::string& path, int error) const;
     const std::shared_ptr<MediaLibrary>& library() const { return m_library; }
-    /// Opens what @p path stands for with O_PATH; empty, the observer told, when it is not there or on no stick.
-    UniqueFd pin(const std::string& path) const;
 
 private:
     void startChange(FolderToRead folder);

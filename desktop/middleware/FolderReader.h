@@ -14,6 +14,7 @@ namespace desktop {
 struct FolderToRead {
     Location location;
     UniqueFd fd;
+    FolderStamp stamp;                     ///< when it was opened
     std::string directory;                 ///< as Listing::directory
     std::shared_ptr<MediaLibrary> library; ///< tells what is known of its files; may be null
 };

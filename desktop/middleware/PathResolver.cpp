@@ -128,6 +128,8 @@ std::string describeError(int error)
         return "Not on a stick";
     case ENODEV:
         return "The stick has been pulled";
+    case ETIMEDOUT:
+        return "The stick does not answer";
     case ENOSYS:
         return "This kernel cannot keep a path beneath a folder (openat2, Linux 5.6 or later)";
     default:

@@ -1,6 +1,7 @@
 #include "desktop/middleware/Volumes.h"
 
 #include "desktop/middleware/DeviceProbe.h"
+#include "desktop/middleware/EntryFacts.h"
 #include "desktop/middleware/NameEncoding.h"
 
 #include "platform/SocMwEvents.h"
@@ -95,21 +96,18 @@ std::string Volumes::idOf(const std::string& folder) const
     return found != m_volumes.end() ? found->id : "";
 }
 
-// By what the kernel knows already: a file system that does not answer must not hold up the watch.
 Volumes::Identity Volumes::identify(const std::string& folder)
 {
-    struct statx status = {};
-    const int ret = statx(AT_FDCWD, folder.c_str(), AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC,
-                          STATX_TYPE | STATX_INO | STATX_BTIME | STATX_MNT_ID, &status);
-    if (ret != 0 || !S_ISDIR(status.stx_mode)) {
+    const auto status = statusWithoutWaiting(folder, STATX_TYPE | STATX_INO | STATX_BTIME | STATX_MNT_ID);
+    if (!status || !S_ISDIR(status->stx_mode)) {
         return {};
     }
     Identity identity;
-    identity.mount = status.stx_mnt_id;
-    identity.device = (std::uint64_t{status.stx_dev_major} << 32) | status.stx_dev_minor;
-    identity.inode = status.stx_ino;
-    identity.birth = status.stx_btime.tv_sec * 1'000'000'000 + status.stx_btime.tv_nsec;
-    identity.isMountPoint = (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
+    identity.mount = status->stx_mnt_id;
+    identity.device = (std::uint64_t{status->stx_dev_major} << 32) | status->stx_dev_minor;
+    identity.inode = status->stx_ino;
+    identity.birth = status->stx_btime.tv_sec * 1'000'000'000 + status->stx_btime.tv_nsec;
+    identity.isMountPoint = (status->stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
     return identity;
 }
 
