@@ -131,6 +131,16 @@ TEST_F(MediaCommandsTest, ThumbnailOfOneFile_IsCopiedOut)
     EXPECT_TRUE(isJpeg(out.path("01 First.mp3.jpg")));
 }
 
+TEST_F(MediaCommandsTest, ThumbnailsOnATerminal_ShowHowFarTheyAre)
+{
+    const std::string stick = testsupport::demoFile("");
+    Program program(
+        {"script", "-qec", DESKTOP_TV " --stick '" + stick + "' --cache none thumbnails Photos/2023", "/dev/null"});
+    EXPECT_EQ(program.wait(), 0);
+    EXPECT_THAT(program.output(), HasSubstr("\r\x1b[K[###############               ] 1 of 2"));
+    EXPECT_THAT(program.output(), HasSubstr("\r\x1b[K[##############################] 2 of 2"));
+}
+
 TEST_F(MediaCommandsTest, WhatIsNotThere_IsToldWithItsReason)
 {
     const std::string missing = testsupport::demoFile("missing");
