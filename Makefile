@@ -30,6 +30,10 @@ asan: ## the tests under the address, leak and undefined-behaviour sanitizers
 	cmake --build --preset asan
 	ctest --preset asan
 
+.PHONY: hostile
+hostile: build-dev ## desktop-tv on the whole stick of everything that goes wrong
+	HOSTILE_STICK_WHOLE=1 build/dev/tests/desktop/desktop_tests --gtest_filter='HostileStick*'
+
 .PHONY: clang
 clang: ## build with the second compiler, warnings as errors
 	@$(INSTALL) build test clang
