@@ -1,5 +1,8 @@
 #include "storage/RequestRecords.h"
 
+#include "storage/Log.h"
+#include "storage/RequestKeys.h"
+
 namespace tvfirmware {
 
 void AsyncReqNotify::clear()
@@ -8,6 +11,23 @@ void AsyncReqNotify::clear()
     reqId.clear();
     event.clear();
     extra.clear();
+}
+
+bool AsyncReqNotify::read(const char* handler, Json::Value& request)
+{
+    std::string channelId;
+    if (!readString(request, "channelId", channelId) || channelId.empty()) {
+        STORAGE_LOG(handler, ERR, "unknown channelId");
+        return false;
+    }
+    channel = channelId;
+    std::string id;
+    if (!readString(request, "reqId", id)) {
+        STORAGE_LOG(handler, ERR, "unknown reqId");
+        return false;
+    }
+    reqId = id;
+    return true;
 }
 
 } // namespace tvfirmware

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <json/json.h>
+
 #include <string>
 
 namespace tvfirmware {
@@ -12,6 +14,9 @@ struct AsyncReqNotify {
     std::string extra;   ///< directory change: the directory that is being changed to
 
     void clear();
+    /// Takes over whom to answer from @p request: "channelId", which must not be empty, and "reqId". False, @p handler's log
+    /// line written, when one is missing; what was read before stays.
+    bool read(const char* handler, Json::Value& request);
 };
 
 /// The file scan that waits for NotifyScanFinished.

@@ -15,18 +15,9 @@ bool CStorageMediaPlugin::searchFiles(Json::Value* request, Json::Value* reply)
         return false;
     }
     AsyncReqNotify& slot = m_requestSlots[SLOT_SEARCH];
-    std::string channelId;
-    if (!readString(*request, "channelId", channelId) || channelId.empty()) {
-        LOG_ERR("unknown channelId");
+    if (!slot.read(__func__, *request)) { // what it has read stays, whatever fails below
         return false;
     }
-    slot.channel = channelId; // stays, whatever fails below
-    std::string reqId;
-    if (!readString(*request, "reqId", reqId)) {
-        LOG_ERR("unknown reqId");
-        return false;
-    }
-    slot.reqId = reqId;
     int number = m_itemCountPerPage;
     if (!readInt(*request, "number", number)) {
         LOG_DBG("unknown iterPerNum, Set default:%d", number);
@@ -36,7 +27,8 @@ bool CStorageMediaPlugin::searchFiles(Json::Value* request, Json::Value* reply)
         LOG_ERR("unknown dirpath");
         return false;
     }
-    LOG_DBG("Path:%s, Channleid:%s, itemPerNum:%d, reqId:%s", directory.c_str(), channelId.c_str(), number, reqId.c_str());
+    LOG_DBG("Path:%s, Channleid:%s, itemPerNum:%d, reqId:%s", directory.c_str(), slot.channel.c_str(), number,
+            slot.reqId.c_str());
 
     m_itemCountPerPage = number; // a search sets the page size of later directory changes too
     storageManager()->m_folderBrowser.stopThumbnail();

@@ -33,18 +33,9 @@ bool CStorageMediaPlugin::enterGroupFolder(Json::Value* request, Json::Value* /*
         return false;
     }
     AsyncReqNotify& slot = m_requestSlots[SLOT_GROUP];
-    std::string channelId;
-    if (!readString(*request, "channelId", channelId) || channelId.empty()) {
-        LOG_ERR("unknown channelId");
+    if (!slot.read(__func__, *request)) { // what it has read stays, whatever fails below
         return false;
     }
-    slot.channel = channelId; // stays, whatever fails below
-    std::string reqId;
-    if (!readString(*request, "reqId", reqId)) {
-        LOG_ERR("unknown reqId");
-        return false;
-    }
-    slot.reqId = reqId;
     int group = GROUP_TYPE_NONE;
     if (!readInt(*request, "Group", group)) {
         LOG_ERR("unknown Group id");
@@ -55,7 +46,7 @@ bool CStorageMediaPlugin::enterGroupFolder(Json::Value* request, Json::Value* /*
         LOG_ERR("unknown dirPath");
         return false;
     }
-    LOG_DBG("Path:%s, Channleid:%s, gIdx: %d", directory.c_str(), channelId.c_str(), group);
+    LOG_DBG("Path:%s, Channleid:%s, gIdx: %d", directory.c_str(), slot.channel.c_str(), group);
     if (group < GROUP_TYPE_NONE || group > kLastGroupType) {
         LOG_ERR("Invailed Group Type:%d", group);
         return false;

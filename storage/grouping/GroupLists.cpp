@@ -12,6 +12,28 @@ namespace {
 constexpr int kDefaultNumber = 9;
 constexpr int kNoSortDirection = -1;
 
+/// What both lists are asked for.
+struct GroupPage {
+    std::string key;
+    int number = kDefaultNumber;
+};
+
+bool readGroupPage(const char* handler, Json::Value* request, const Json::Value* reply, GroupPage& wanted)
+{
+    if (request == nullptr || reply == nullptr) {
+        STORAGE_LOG(handler, ERR, "Params is NULL!!!");
+        return false;
+    }
+    if (!readString(*request, "keystr", wanted.key) || wanted.key.empty()) {
+        STORAGE_LOG(handler, ERR, "unknown Key Str");
+        return false;
+    }
+    if (!readInt(*request, "number", wanted.number)) {
+        STORAGE_LOG(handler, WAR, "%s-%d, unknown number, set default:%d", handler, __LINE__, wanted.number);
+    }
+    return true;
+}
+
 Json::Value groupReply(Json::Value list)
 {
     Json::Value answer;
@@ -24,32 +46,24 @@ Json::Value groupReply(Json::Value list)
 
 bool CStorageMediaPlugin::getGroupListInfo(Json::Value* request, Json::Value* reply)
 {
-    if (request == nullptr || reply == nullptr) {
-        LOG_ERR("Params is NULL!!!");
+    GroupPage wanted;
+    if (!readGroupPage(__func__, request, reply, wanted)) {
         return false;
-    }
-    std::string key;
-    if (!readString(*request, "keystr", key) || key.empty()) {
-        LOG_ERR("unknown Key Str");
-        return false;
-    }
-    int number = kDefaultNumber;
-    if (!readInt(*request, "number", number)) {
-        LOG_WAR("%s-%d, unknown number, set default:%d", __func__, __LINE__, number);
     }
     int asc = 0;
     if (!readInt(*request, "asc", asc)) {
         LOG_ERR("%s-%d, unknown asc number, check your asc value ", __func__, __LINE__);
         return false;
     }
-    m_itemCountPerPage = number;
+    m_itemCountPerPage = wanted.number;
     storageManager()->m_folderBrowser.stopThumbnail();
-    LOG_DBG("Get Key:%s, asc:%d", key.c_str(), asc);
+    LOG_DBG("Get Key:%s, asc:%d", wanted.key.c_str(), asc);
 
     std::vector<FolderFileInfo_s> files;
     const auto manager = storageManager();
-    const int ret = asc == kNoSortDirection ? manager->m_folderBrowser.getMediaFileInfo(key, files, number)
-                                            : manager->m_folderBrowser.getMediaFileInfo(key, files, number, asc);
+    const int ret = asc == kNoSortDirection
+                        ? manager->m_folderBrowser.getMediaFileInfo(wanted.key, files, wanted.number)
+                        : manager->m_folderBrowser.getMediaFileInfo(wanted.key, files, wanted.number, asc);
     if (ret != 0) {
         LOG_ERR("Failed but success!!! ret:%d", ret);
         return true; // the host takes a reply without a list for a group it cannot show
@@ -64,26 +78,17 @@ bool CStorageMediaPlugin::getGroupListInfo(Json::Value* request, Json::Value* re
 
 bool CStorageMediaPlugin::kiroGetGroupListInfo(Json::Value* request, Json::Value* reply)
 {
-    if (request == nullptr || reply == nullptr) {
-        LOG_ERR("Params is NULL!!!");
+    GroupPage wanted;
+    if (!readGroupPage(__func__, request, reply, wanted)) {
         return false;
     }
-    std::string key;
-    if (!readString(*request, "keystr", key) || key.empty()) {
-        LOG_ERR("unknown Key Str");
-        return false;
-    }
-    int number = kDefaultNumber;
-    if (!readInt(*request, "number", number)) {
-        LOG_WAR("%s-%d, unknown number, set default:%d", __func__, __LINE__, number);
-    }
-    m_itemCountPerPage = number;
+    m_itemCountPerPage = wanted.number;
     storageManager()->m_folderBrowser.stopThumbnail();
-    LOG_DBG("Get Key:%s", key.c_str());
+    LOG_DBG("Get Key:%s", wanted.key.c_str());
 
     std::vector<FolderFileInfo_s> files;
     std::vector<media_file_info_s> media;
-    const int ret = storageManager()->m_folderBrowser.getMediaFileInfo(key, files, media, number);
+    const int ret = storageManager()->m_folderBrowser.getMediaFileInfo(wanted.key, files, media, wanted.number);
     if (ret != 0) {
         LOG_ERR("Failed!!! ret:%d", ret);
         return true; // as getGroupListInfo

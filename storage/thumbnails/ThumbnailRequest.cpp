@@ -27,18 +27,9 @@ bool CStorageMediaPlugin::startThumbnail(Json::Value* request, Json::Value* /*re
         return false;
     }
     AsyncReqNotify& slot = m_requestSlots[SLOT_THUMBNAIL];
-    std::string channelId;
-    if (!readString(*request, "channelId", channelId) || channelId.empty()) {
-        LOG_ERR("unknown channelId");
+    if (!slot.read(__func__, *request)) { // what it has read stays, whatever fails below
         return false;
     }
-    slot.channel = channelId; // stays, whatever fails below
-    std::string reqId;
-    if (!readString(*request, "reqId", reqId)) {
-        LOG_ERR("unknown reqId");
-        return false;
-    }
-    slot.reqId = reqId;
     slot.event = "startThumbnail";
 
     Pictures pictures;
