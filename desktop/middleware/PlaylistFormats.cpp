@@ -1,9 +1,9 @@
 #include "desktop/middleware/PlaylistFormats.h"
 
-#include "desktop/middleware/NameEncoding.h"
+#include "desktop/middleware/LegacyText.h"
+#include "desktop/middleware/Utf8.h"
 
 #include <expat.h>
-#include <unicode/ucnv.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -36,16 +36,6 @@ std::string trimmed(std::string_view text)
     const std::size_t begin = text.find_first_not_of(kBlanks);
     return begin == std::string_view::npos ? ""
                                            : std::string(text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin));
-}
-
-std::string toUtf8(const std::string& bytes, const char* charset)
-{
-    std::string text(bytes.size() * 3 + 4, '\0'); // no charset in question needs more
-    UErrorCode status = U_ZERO_ERROR;
-    const int32_t length = ucnv_convert("UTF-8", charset, text.data(), static_cast<int32_t>(text.size()), bytes.data(),
-                                        static_cast<int32_t>(bytes.size()), &status);
-    text.resize(U_SUCCESS(status) ? static_cast<std::size_t>(length) : 0);
-    return text;
 }
 
 // Without the mark that some programs write first; UTF-16 becomes UTF-8.
@@ -86,7 +76,7 @@ void add(Entries& entries, std::string target, const std::string& title)
         target = slash != std::string::npos ? withoutEscapes(target.substr(slash)) : "";
     }
     if (!target.empty() && !hasScheme(target)) {
-        entries.push_back({std::move(target), textOf(title)});
+        entries.push_back({std::move(target), "", title});
     }
 }
 
@@ -217,6 +207,23 @@ Parser parserOf(std::string_view name)
     return found != parsers.end() ? found->second : nullptr;
 }
 
+// One program wrote them all in one charset.
+void readTexts(Entries& entries)
+{
+    std::string sample;
+    for (const PlaylistEntry& entry : entries) {
+        for (const std::string& text : {entry.target, entry.title}) {
+            sample += isUtf8(text) ? "" : text + '\n';
+        }
+    }
+    const char* const charset = guessCharset(sample);
+    const auto read = [charset](const std::string& text) { return isUtf8(text) ? text : toUtf8(text, charset); };
+    for (PlaylistEntry& entry : entries) {
+        entry.path = read(entry.target);
+        entry.title = read(entry.title);
+    }
+}
+
 } // namespace
 
 bool isPlaylistName(std::string_view name)
@@ -227,12 +234,12 @@ bool isPlaylistName(std::string_view name)
 std::vector<PlaylistEntry> parsePlaylist(std::string_view name, std::string content)
 {
     const Parser parser = parserOf(name);
-    return parser != nullptr ? parser(withoutMark(std::move(content))) : Entries();
-}
-
-std::string textOf(const std::string& bytes)
-{
-    return escapeBadBytes(bytes) == bytes ? bytes : toUtf8(bytes, "windows-1252");
+    if (parser == nullptr) {
+        return {};
+    }
+    Entries entries = parser(withoutMark(std::move(content)));
+    readTexts(entries);
+    return entries;
 }
 
 } // namespace desktop

@@ -59,10 +59,10 @@ std::string withSlashes(std::string target)
 
 // What an entry may mean, the likeliest first: programs write paths in the charset, and with the separators, of the computer
 // that they run on.
-Paths readings(const std::string& target)
+Paths readings(const PlaylistEntry& entry)
 {
     Paths readings;
-    for (const std::string& bytes : {target, textOf(target), withSlashes(target), withSlashes(textOf(target))}) {
+    for (const std::string& bytes : {entry.target, entry.path, withSlashes(entry.target), withSlashes(entry.path)}) {
         if (std::find(readings.begin(), readings.end(), bytes) == readings.end()) {
             readings.push_back(bytes);
         }
@@ -130,7 +130,7 @@ private:
     std::optional<FolderFileInfo_s> find(const PlaylistEntry& entry)
     {
         const std::string folder = m_file.relative.substr(0, m_file.relative.rfind('/'));
-        for (const std::string& target : readings(entry.target)) {
+        for (const std::string& target : readings(entry)) {
             const bool absolute = target.front() == '/';
             Paths places = {absolute ? target : folder + "/" + target};
             if (absolute && liesIn(target, m_file.stick)) {

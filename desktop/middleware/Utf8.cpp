@@ -55,4 +55,16 @@ Character firstCharacter(std::string_view text)
     return isCharacter(value, lead.least) ? Character{value, lead.length} : Character{};
 }
 
+bool isUtf8(std::string_view text)
+{
+    while (!text.empty()) {
+        const std::size_t length = firstCharacter(text).length;
+        if (length == 0) {
+            return false;
+        }
+        text.remove_prefix(length);
+    }
+    return true;
+}
+
 } // namespace desktop

@@ -14,4 +14,7 @@ struct Character {
 /// The character at the front of @p text; strict: no overlong forms, no surrogates, nothing beyond U+10FFFF.
 Character firstCharacter(std::string_view text);
 
+/// Whether all of @p text is UTF-8.
+bool isUtf8(std::string_view text);
+
 } // namespace desktop

@@ -3,6 +3,8 @@
 #include "desktop/worker/TagText.h"
 
 #include <taglib/fileref.h>
+#include <taglib/id3v1tag.h>
+#include <taglib/id3v2tag.h>
 #include <taglib/tag.h>
 #include <taglib/tiostream.h>
 
@@ -59,9 +61,46 @@ private:
     long m_offset = 0;
 };
 
-std::string text(const TagLib::String& tag)
+constexpr wchar_t kKept = 0xF700; // and the byte: private characters for what is in no known charset
+
+/// Keeps the bytes of tags that do not say their charset, or that say Latin whatever it is.
+template <typename Handler>
+class KeepBytes : public Handler {
+public:
+    TagLib::String parse(const TagLib::ByteVector& data) const override
+    {
+        std::wstring kept;
+        for (const char c : data) {
+            const auto byte = static_cast<unsigned char>(c);
+            if (byte == 0) {
+                break;
+            }
+            kept += static_cast<wchar_t>(byte < 0x80 ? byte : kKept + byte);
+        }
+        return kept;
+    }
+};
+
+void keepBytesOfTags()
 {
-    return tagText(tag.to8Bit(true));
+    static const KeepBytes<TagLib::ID3v1::StringHandler> first;
+    static const KeepBytes<TagLib::ID3v2::Latin1StringHandler> second;
+    TagLib::ID3v1::Tag::setStringHandler(&first);
+    TagLib::ID3v2::Tag::setLatin1StringHandler(&second);
+}
+
+// As it is stored: its bytes when they were kept, else UTF-8.
+std::string stored(const TagLib::String& tag)
+{
+    const auto isKept = [](wchar_t c) { return c >= kKept + 0x80 && c <= kKept + 0xFF; };
+    if (std::none_of(tag.begin(), tag.end(), isKept)) {
+        return tag.to8Bit(true);
+    }
+    std::string bytes;
+    for (const wchar_t c : tag) {
+        bytes += static_cast<char>(c & 0xFF);
+    }
+    return bytes;
 }
 
 std::string fourDigits(unsigned int year)
@@ -77,6 +116,7 @@ std::string fourDigits(unsigned int year)
 
 std::optional<MediaFacts> readMusicFacts(int fd)
 {
+    keepBytesOfTags();
     TagStream stream(fd);
     const TagLib::FileRef file(&stream);
     if (file.isNull() || file.audioProperties() == nullptr) {
@@ -85,11 +125,12 @@ std::optional<MediaFacts> readMusicFacts(int fd)
     MediaFacts facts;
     facts.duration = std::max(file.audioProperties()->lengthInMilliseconds() + 500, 0) / 1000;
     if (const TagLib::Tag* const tag = file.tag()) {
-        facts.title = text(tag->title());
-        facts.artist = text(tag->artist());
-        facts.album = text(tag->album());
-        facts.genre = text(tag->genre());
+        facts.title = stored(tag->title());
+        facts.artist = stored(tag->artist());
+        facts.album = stored(tag->album());
+        facts.genre = stored(tag->genre());
         facts.year = fourDigits(tag->year());
+        tidyTexts(facts);
     }
     return facts;
 }

@@ -15,7 +15,7 @@ namespace {
 std::string tag(const AvInput& input, const char* key)
 {
     const AVDictionaryEntry* const entry = av_dict_get(input->metadata, key, nullptr, 0);
-    return entry != nullptr ? tagText(entry->value) : "";
+    return entry != nullptr ? entry->value : "";
 }
 
 int wholeSeconds(std::int64_t duration)
@@ -40,6 +40,7 @@ MediaFacts readStreamFacts(AvInput& input)
     facts.album = tag(input, "album");
     facts.genre = tag(input, "genre");
     facts.year = yearOf(tag(input, "date"));
+    tidyTexts(facts);
     if (video != nullptr) {
         const Turn turn = turnOf(*video);
         facts.width = video->codecpar->width;

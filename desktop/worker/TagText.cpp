@@ -1,5 +1,6 @@
 #include "desktop/worker/TagText.h"
 
+#include "desktop/middleware/LegacyText.h"
 #include "desktop/middleware/Utf8.h"
 
 #include <algorithm>
@@ -9,32 +10,6 @@ namespace desktop {
 namespace {
 
 constexpr std::size_t kMostBytes = 1000;
-
-bool isUtf8(std::string_view text)
-{
-    while (!text.empty()) {
-        const std::size_t length = firstCharacter(text).length;
-        if (length == 0) {
-            return false;
-        }
-        text.remove_prefix(length);
-    }
-    return true;
-}
-
-std::string fromLatin(std::string_view bytes)
-{
-    std::string out;
-    for (const char c : bytes) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x80) {
-            out += c;
-        } else {
-            out += {static_cast<char>(0xC0 | (byte >> 6)), static_cast<char>(0x80 | (byte & 0x3F))};
-        }
-    }
-    return out;
-}
 
 // The bytes behind a text of Latin letters only; empty when there are others.
 std::string toLatin(std::string_view text)
@@ -69,11 +44,9 @@ void cut(std::string& text)
     }
 }
 
-} // namespace
-
-std::string tagText(std::string_view tag)
+std::string tidied(const std::string& stored, const char* charset)
 {
-    std::string text = isUtf8(tag) ? std::string(tag) : fromLatin(tag);
+    std::string text = isUtf8(stored) ? stored : toUtf8(stored, charset);
     const std::string bytes = toLatin(text);
     if (!bytes.empty() && isUtf8(bytes)) {
         text = bytes;
@@ -81,6 +54,23 @@ std::string tagText(std::string_view tag)
     text = onOneLine(std::move(text));
     cut(text);
     return text;
+}
+
+} // namespace
+
+void tidyTexts(MediaFacts& facts)
+{
+    std::string* const texts[] = {&facts.title, &facts.artist, &facts.album, &facts.genre};
+    std::string sample;
+    for (const std::string* const text : texts) {
+        if (!isUtf8(*text)) {
+            sample += *text + '\n';
+        }
+    }
+    const char* const charset = guessCharset(sample);
+    for (std::string* const text : texts) {
+        *text = tidied(*text, charset);
+    }
 }
 
 std::string yearOf(std::string_view date)

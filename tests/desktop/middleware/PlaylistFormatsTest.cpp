@@ -56,8 +56,20 @@ TEST(PlaylistFormatsTest, Charsets_AreToldApart)
                                             "3\0\n\0",
                                             14)),
                 ElementsAre("a.mp3|"));
-    EXPECT_EQ(textOf("caf\xE9"), "caf\u00e9");
-    EXPECT_EQ(textOf("caf\u00e9"), "caf\u00e9");
+}
+
+TEST(PlaylistFormatsTest, Charset_IsThatOfAllEntriesTogether)
+{
+    // Its second entry alone could be western.
+    const auto entries = parsePlaylist("a.m3u", "#EXTINF:1,\xC3\xF0\xF3\xEF\xEF\xE0 \xEA\xF0\xEE\xE2\xE8\n"
+                                                "\xC3\xF0\xF3\xEF\xEF\xE0 \xEA\xF0\xEE\xE2\xE8.mp3\n\xC4\xC4\xD2.mp3\n"
+                                                "caf\u00e9.mp3\n");
+    ASSERT_EQ(entries.size(), 3U);
+    EXPECT_EQ(entries[0].title, "Группа крови");
+    EXPECT_EQ(entries[0].path, "Группа крови.mp3");
+    EXPECT_EQ(entries[1].target, "\xC4\xC4\xD2.mp3");
+    EXPECT_EQ(entries[1].path, "ДДТ.mp3");
+    EXPECT_EQ(entries[2].path, "caf\u00e9.mp3");
 }
 
 TEST(PlaylistFormatsTest, Pls_IsInTheOrderOfItsNumbers)

@@ -76,6 +76,16 @@ TEST_F(PlaylistsTest, Names_AreFoundInWhicheverCharsetTheyWereWritten)
     EXPECT_THAT(entriesOf("all.m3u"), ElementsAre("caf\u00e9.mp3", "na\\xEFve.mp3", "caf\u00e9.mp3"));
 }
 
+TEST_F(PlaylistsTest, NamesOfAnotherCharset_LeadToTheFileThatIsThere)
+{
+    stick.write("Кино/Группа крови.mp3", "x");
+    stick.write("ДДТ.mp3", "x");
+    stick.write("\xC4\xC4\xD2 2.mp3", "x"); // on the stick as in the list
+    stick.write("all.m3u", "\xCA\xE8\xED\xEE\\\xC3\xF0\xF3\xEF\xEF\xE0 \xEA\xF0\xEE\xE2\xE8.mp3\n\xC4\xC4\xD2.mp3\n"
+                           "\xC4\xC4\xD2 2.mp3\n");
+    EXPECT_THAT(entriesOf("all.m3u"), ElementsAre("Кино/Группа крови.mp3", "ДДТ.mp3", "\\xC4\\xC4\\xD2 2.mp3"));
+}
+
 TEST_F(PlaylistsTest, Entry_IsDescribedAsInAList)
 {
     stick.write("Music/a.mp3", "12345");

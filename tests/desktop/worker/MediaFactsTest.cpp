@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 namespace desktop {
 namespace {
 
@@ -37,17 +39,27 @@ TEST_F(MediaFactsTest, Music_TellsItsTagsAndLength)
     EXPECT_EQ(media.facts(demoFile("موسيقى/أغنية.mp3"), FILE_TYPE_MUSIC).title, "أغنية");
 }
 
-/// An MP3 file whose title frame holds @p text in ID3's encoding @p encoding.
-std::string songWithTitle(char encoding, const std::string& text)
+constexpr char kSilence[] = "\xFF\xFB\x90\x64"; // begins a frame of 128 kbit/s
+
+std::string silence()
 {
-    const std::string frame = "TIT2"s + "\0\0\0"s + static_cast<char>(text.size() + 1) + "\0\0"s + encoding + text;
-    const std::string tag = "ID3\x03\0\0\0\0\0"s + static_cast<char>(frame.size()) + frame;
-    const std::string silence = "\xFF\xFB\x90\x64"s + std::string(413, '\0'); // one frame of 128 kbit/s
-    std::string song = tag;
+    std::string frames;
     for (int i = 0; i < 40; ++i) {
-        song += silence;
+        frames += kSilence + std::string(413, '\0');
     }
-    return song;
+    return frames;
+}
+
+std::string textFrame(const std::string& name, char encoding, const std::string& text)
+{
+    return name + "\0\0\0"s + static_cast<char>(text.size() + 1) + "\0\0"s + encoding + text;
+}
+
+/// An MP3 file whose title and artist frames hold these texts in ID3's encoding @p encoding.
+std::string songWithTags(char encoding, const std::string& title, const std::string& artist = "")
+{
+    const std::string frames = textFrame("TIT2", encoding, title) + textFrame("TPE1", encoding, artist);
+    return "ID3\x03\0\0\0\0\0"s + static_cast<char>(frames.size()) + frames + silence();
 }
 
 TEST_F(MediaFactsTest, TagsInOtherCharacterSets_AreMadeUtf8)
@@ -68,10 +80,59 @@ TEST_F(MediaFactsTest, TagsInOtherCharacterSets_AreMadeUtf8)
     };
     for (const auto& sample : cases) {
         const MediaFacts facts =
-            media.facts(made("song.mp3", songWithTitle(sample.encoding, sample.stored)), FILE_TYPE_MUSIC);
+            media.facts(made("song.mp3", songWithTags(sample.encoding, sample.stored)), FILE_TYPE_MUSIC);
         EXPECT_EQ(facts.error, "");
         EXPECT_EQ(facts.title, sample.shown);
     }
+}
+
+constexpr char kGroup[] = "\xCA\xE8\xED\xEE";                             // "Кино" in Windows-1251
+constexpr char kSong[] = "\xC3\xF0\xF3\xEF\xEF\xE0 \xEA\xF0\xEE\xE2\xE8"; // "Группа крови"
+
+TEST_F(MediaFactsTest, TagsThatOnlySayTheyAreLatin_AreReadInTheCharsetTheySpeakFor)
+{
+    const MediaFacts facts = media.facts(made("song.mp3", songWithTags(0, kSong, kGroup)), FILE_TYPE_MUSIC);
+    EXPECT_EQ(facts.title, "Группа крови");
+    EXPECT_EQ(facts.artist, "Кино");
+    const MediaFacts western = media.facts(made("song.mp3", songWithTags(0, "L\x92\xE9t\xE9", "No\xEBl")), FILE_TYPE_MUSIC);
+    EXPECT_EQ(western.title, "L’été");
+    EXPECT_EQ(western.artist, "Noël");
+}
+
+TEST_F(MediaFactsTest, TagsThatSayTheirCharset_AreBelieved)
+{
+    const std::string marked = "\xFF\xFE\xCA\0\xE8\0\xED\0\xEE\0\xCA\0\xE8\0\xED\0\xEE\0"s;
+    const MediaFacts facts = media.facts(made("song.mp3", songWithTags(1, marked, marked)), FILE_TYPE_MUSIC);
+    EXPECT_EQ(facts.title, "ÊèíîÊèíî");
+    EXPECT_EQ(facts.artist, "ÊèíîÊèíî");
+}
+
+std::string padded(std::string text, std::size_t size)
+{
+    text.resize(size, '\0');
+    return text;
+}
+
+TEST_F(MediaFactsTest, OldestTagsOfMusic_AreReadLikewise)
+{
+    const std::string tag = "TAG" + padded(kSong, 30) + padded(kGroup, 30) + padded("Blood", 30) + "1988" + padded("", 30);
+    const MediaFacts facts = media.facts(made("song.mp3", silence() + tag + '\x11'), FILE_TYPE_MUSIC);
+    EXPECT_EQ(facts.title, "Группа крови");
+    EXPECT_EQ(facts.artist, "Кино");
+    EXPECT_EQ(facts.album, "Blood");
+    EXPECT_EQ(facts.genre, "Rock");
+    EXPECT_EQ(facts.year, "1988");
+}
+
+TEST_F(MediaFactsTest, OldVideoWithTagsOfNoCharset_IsReadLikewise)
+{
+    constexpr const char* kPlaceholder = "------------"; // as long as the song's name
+    testsupport::Program make({"ffmpeg", "-nostdin", "-v", "error", "-f", "lavfi", "-i", "color=red:duration=1", "-metadata",
+                               std::string("title=") + kPlaceholder, folder.path("old.avi")});
+    ASSERT_EQ(make.wait(), 0) << make.errors();
+    std::string bytes = testsupport::readFile(folder.path("old.avi"));
+    bytes.replace(bytes.find(kPlaceholder), std::strlen(kPlaceholder), kSong);
+    EXPECT_EQ(media.facts(made("old.avi", bytes), FILE_TYPE_VIDEO).title, "Группа крови");
 }
 
 TEST_F(MediaFactsTest, VeryLongTag_IsCutBetweenCharacters)
