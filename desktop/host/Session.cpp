@@ -34,6 +34,7 @@ Json::Value noRequest()
 Session::Session(TelevisionSettings settings, Output& output, const Interrupts& interrupts)
     : m_output(output)
     , m_interrupts(interrupts)
+    , m_takesMounted(settings.desktop.mountedSticks)
     , m_television(listening(std::move(settings)))
 {
 }
@@ -66,7 +67,8 @@ bool Session::enter()
         return fail("the media browser", "The plugin refuses to enter it");
     }
     m_devices = session["devlist"];
-    return !m_devices.empty() || fail("no stick", "None of the folders given exists");
+    return !m_devices.empty() || fail("no stick", m_takesMounted ? "Nothing is mounted under /media, /run/media or /mnt"
+                                                                 : "None of the folders given exists");
 }
 
 std::string Session::pathOf(const std::string& typed) const

@@ -58,6 +58,7 @@ private:
 
     Output& m_output;
     const Interrupts& m_interrupts;
+    const bool m_takesMounted;
     ProgressLine m_progress;
     std::mutex m_mutex;
     Heard m_heard;         ///< of the request that runs

@@ -11,6 +11,7 @@ namespace {
 
 using testsupport::changeRequest;
 using testsupport::Computer;
+using testsupport::Program;
 using testsupport::Shell;
 
 constexpr const char* kUuid = "5b1f0c3e-2d44-4f7a-8c19-73e0a6d2b851";
@@ -75,6 +76,19 @@ TEST_F(MountsTest, StickUnmountedLazily_IsPulledAndRefused)
     shell.send("storagemedia.folder.chgdir", changeRequest("/mnt/usb"));
     EXPECT_FALSE(shell.reply()["result"].asBool());
     EXPECT_EQ(shell.program.wait(), 0);
+}
+
+TEST_F(MountsTest, AutoWithoutAnyStick_IsTold)
+{
+    if (!m_refusal.empty()) {
+        GTEST_SKIP() << m_refusal;
+    }
+    std::vector<std::string> command = computer.on();
+    command.insert(command.end(),
+                   {"sh", "-c", "mount -t tmpfs none /media; mount -t tmpfs none /run; exec " DESKTOP_TV " --auto browse"});
+    Program program(command);
+    EXPECT_EQ(program.wait(), 1);
+    EXPECT_EQ(program.errors(), "desktop-tv: no stick: Nothing is mounted under /media, /run/media or /mnt\n");
 }
 
 TEST_F(MountsTest, WithoutAuto_OnlyGivenFoldersAreSticks)
