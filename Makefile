@@ -86,7 +86,7 @@ size: ## stripped size, relocations and undefined names of each architecture
 	tools/size
 
 .PHONY: bench
-bench: ## what the plugin costs, as ratios to hand-written floors
+bench: ## what the plugin and the desktop cost, as ratios to floors
 	@$(INSTALL) build bench
 	tools/bench
 

@@ -1,0 +1,157 @@
+"""What the desktop costs, through the plugin's commands, against programs that do the same work without it.
+
+Whole processes are timed, from their start to their end, the two sides in turn and several times over; what counts is the
+ratio of their medians. What is read lies in the page cache unless said otherwise.
+"""
+
+import os
+import re
+import shutil
+import statistics
+import subprocess
+import sys
+import time
+
+from suite import material
+from suite.rows import Row, table
+
+SUBJECT = "the desktop"
+BOUND = 320  # pixels that a thumbnail must fit into
+
+# The facts that the listing of a folder shows of each entry.
+FIND_FACTS = r"%y\t%s\t%C+\t%p\t%f\n"
+
+
+class Desktop:
+    """The program desktop-tv of a build folder, and the material that it works on."""
+
+    def __init__(self, build):
+        self.build = build
+        self.program = build / "desktop" / "desktop-tv"
+        self.cache = build / "cache"
+        self.folders = material.make(build / "material")
+
+    def command(self, folder, *arguments, cache="none"):
+        return [self.program, "--cache", cache, "--stick", self.folders[folder], *arguments]
+
+
+def measure(build):
+    """Runs the benchmarks of the build folder `build`; returns the rows and the text around the table."""
+    desktop = Desktop(build)
+    rows = [compare_folder(desktop), compare_search(desktop), *compare_groups(desktop), compare_thumbnails(desktop)]
+    before = ["Medians of whole runs of `desktop-tv`, in turn with the floor's, from the start of the process to its end. The "
+              "files lie in the page cache, but for the grouping that says otherwise: as for a stick that has just come, their "
+              "content is not in memory there."]
+    return rows, before, table(rows, "desktop") + ["", *memory_lines(desktop)]
+
+
+def compare_folder(desktop):
+    browse = desktop.command("folder", "browse", "--page-size", "9", "--page", "1")
+    find = ["find", desktop.folders["folder"], "-maxdepth", "1", "-printf", FIND_FACTS]
+    ours, floor = interleaved(15, lambda: run(browse), lambda: run(find))
+    return Row(f"change to a folder of {material.FOLDER_FILES:,} files", ours, floor,
+               "`find -maxdepth 1 -printf` of the same facts", 1.5)
+
+
+def compare_search(desktop):
+    find = ["find", desktop.folders["tree"], "-type", "f"]
+    ours, floor = interleaved(9, lambda: run(desktop.command("tree", "search")), lambda: run(find))
+    return Row(f"search in {material.TREE_ENTRIES:,} entries", ours, floor, "`find -type f`", 1.3)
+
+
+def compare_groups(desktop):
+    groups = desktop.command("tracks", "groups", "--by", "artist", cache=desktop.cache)
+    loop = [desktop.build / "bench" / "tag_loop", desktop.folders["tracks"]]
+
+    def cold():
+        shutil.rmtree(desktop.cache, ignore_errors=True)
+        return run(groups)
+
+    def evicted(side):
+        evict(desktop.folders["tracks"])
+        return side()
+
+    what, floor_text = f"groups of {material.TRACKS:,} tracks", "a plain TagLib loop, one thread"
+    cached, cached_floor, warm = interleaved(7, cold, lambda: run(loop), lambda: run(groups))
+    stored, stored_floor = interleaved(7, lambda: evicted(cold), lambda: evicted(lambda: run(loop)))
+    return [Row(f"{what}, cold, not in memory", stored, stored_floor, floor_text, 0.7),
+            Row(f"{what}, cold", cached, cached_floor, floor_text, 0.7),
+            Row(f"{what}, from the index", warm, cached, "the same grouping cold", 0.02)]
+
+
+def compare_thumbnails(desktop):
+    files = sorted(desktop.folders["media"].iterdir())
+    picture = desktop.build / "thumbnail.jpg"
+
+    def file_by_file():
+        return sum(run(["ffmpegthumbnailer", "-i", file, "-o", picture, "-s", str(BOUND)]) for file in files)
+
+    thumbnails = desktop.command("media", "thumbnails", "--size", f"{BOUND}x{BOUND}")
+    ours, floor = interleaved(3, lambda: run(thumbnails), file_by_file)
+    return Row(f"thumbnails of {len(files)} files", ours, floor, "`ffmpegthumbnailer` for each file", 0.4)
+
+
+def interleaved(rounds, *sides):
+    """The sides' median times, once the first round has brought what they read into memory."""
+    times = [[side() for side in sides] for _ in progress(rounds + 1)]
+    return [statistics.median(side) for side in zip(*times[1:])]
+
+
+def progress(rounds):
+    for done in range(rounds):
+        if sys.stderr.isatty():
+            print(f"\r\033[Kround {done + 1} of {rounds} ", end="", file=sys.stderr, flush=True)
+        yield done
+    if sys.stderr.isatty():
+        print("\r\033[K", end="", file=sys.stderr, flush=True)
+
+
+def run(command):
+    """The time, in nanoseconds, that a command takes."""
+    begin = time.perf_counter_ns()
+    subprocess.run(command, check=True, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+    return time.perf_counter_ns() - begin
+
+
+def evict(folder):
+    """Lets the kernel forget the content of the files below a folder."""
+    for path in folder.rglob("*.mp3"):
+        fd = os.open(path, os.O_RDONLY)
+        os.posix_fadvise(fd, 0, 0, os.POSIX_FADV_DONTNEED)
+        os.close(fd)
+
+
+def memory_lines(desktop):
+    """How much memory a list takes, by its entries."""
+    lines = ["### Memory", "",
+             "How much more resident memory, at its peak, `desktop-tv` takes than with an empty folder, and the length of an "
+             "entry as JSON text.", "", "| list | entries | more memory | per entry | an entry as JSON |", "|---|---|---|---|---|"]
+    for name, folder, entries, arguments, json_size in (
+            ("change of folder", "folder", material.FOLDER_FILES, ["browse", "--page-size", "9", "--page", "1"],
+             completion_size(desktop) // material.FOLDER_FILES),
+            ("search", "tree", material.TREE_ENTRIES, ["search"], found_size(desktop))):
+        grown = peak(desktop.command(folder, *arguments)) - peak(desktop.command("empty", *arguments))
+        lines.append(f"| {name} | {entries:,} | {grown / 1e6:.1f} MB | {grown / entries:.0f} bytes | {json_size} bytes |")
+    return lines
+
+
+def peak(command):
+    """The most resident memory that a command takes, in bytes."""
+    told = subprocess.run(["/usr/bin/time", "-f", "peak %M", *command], check=True, stdout=subprocess.DEVNULL,
+                          stderr=subprocess.PIPE, text=True).stderr
+    return int(re.search(r"peak (\d+)", told)[1]) * 1024
+
+
+def completion_size(desktop):
+    """The length of the answer, as JSON, to a change to the folder."""
+    line = ('{"command":"storagemedia.folder.chgdir","request":{"channelId":"bench","reqId":"1","dirpath":"%s"}}'
+            % desktop.folders["folder"])
+    answers = subprocess.run(desktop.command("folder", "shell"), input=line.encode(), check=True, stdout=subprocess.PIPE,
+                             stderr=subprocess.DEVNULL).stdout.splitlines()
+    return max(map(len, answers))
+
+
+def found_size(desktop):
+    """The mean length of a file that a search finds, as JSON."""
+    found = subprocess.run(desktop.command("tree", "search", "--json"), check=True, stdout=subprocess.PIPE).stdout
+    return len(found) // found.count(b"\n")
