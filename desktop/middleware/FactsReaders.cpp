@@ -2,15 +2,18 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <iterator>
+#include <utility>
 
 namespace desktop {
 
 namespace {
 
 constexpr int kReaders = 2;
-constexpr std::size_t kMostWaiting = 32; // each holds a descriptor
-constexpr std::size_t kBatch = 128;      // files remembered at a time
+constexpr std::size_t kMostWaiting = 128; // each holds a descriptor
+constexpr std::size_t kBatch = 32;        // files read and remembered at a time
 
 } // namespace
 
@@ -50,55 +53,56 @@ void FactsReaders::finish()
     m_threads.clear();
 }
 
-// What has been read is remembered in batches, each of one folder.
 void FactsReaders::readLoop()
 {
-    Location folder;
-    std::vector<IndexedFile> toRemember;
-    const auto remember = [&] {
-        if (!toRemember.empty()) {
-            m_library->remember(folder, toRemember);
-            toRemember.clear();
+    for (Files files = takeSome(); !files.empty(); files = takeSome()) {
+        if (!*m_cancelled) {
+            read(files);
         }
-    };
-    while (std::optional<File> file = next()) {
-        const bool sameFolder = file->folder.stick == folder.stick && file->folder.relative == folder.relative;
-        if (!sameFolder || toRemember.size() == kBatch) {
-            remember();
-            folder = file->folder;
+        if (!*m_cancelled) { // else it may have been broken off
+            remember(files);
         }
-        read(*file, toRemember);
     }
-    remember();
 }
 
-std::optional<FactsReaders::File> FactsReaders::next()
+// A batch; empty once there are no more.
+FactsReaders::Files FactsReaders::takeSome()
 {
     std::unique_lock<std::mutex> lock(m_mutex);
     m_changed.wait(lock, [this] { return m_finishing || !m_files.empty(); });
-    if (m_files.empty()) {
-        return std::nullopt;
-    }
-    File file = std::move(m_files.front());
-    m_files.pop_front();
+    const auto end = m_files.begin() + static_cast<std::ptrdiff_t>(std::min(m_files.size(), kBatch));
+    Files files(std::make_move_iterator(m_files.begin()), std::make_move_iterator(end));
+    m_files.erase(m_files.begin(), end);
     m_changed.notify_all();
-    return file;
+    return files;
 }
 
-void FactsReaders::read(File& file, std::vector<IndexedFile>& toRemember)
+void FactsReaders::read(Files& files)
 {
-    if (*m_cancelled) {
-        return;
+    std::vector<OpenMedia> media;
+    for (const File& file : files) {
+        media.push_back({file.fd.get(), file.entry.type});
     }
-    *file.facts = m_library->read(file.fd.get(), file.entry);
-    if (*m_cancelled) {
-        return; // it may have been broken off
+    std::vector<MediaFacts> facts = m_library->read(media, *m_cancelled);
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        *files[i].facts = std::move(facts[i]);
     }
-    if (!file.facts->error.empty()) {
-        logUnreadable(file.folder.child(file.name), file.facts->error);
-    }
-    if (m_library->lasts(*file.facts, file.fd.get(), file.entry, file.folder.stick)) {
-        toRemember.push_back({file.name, stampOf(file.entry), *file.facts});
+}
+
+void FactsReaders::remember(const Files& files)
+{
+    std::vector<IndexedFile> toRemember; // of one folder
+    for (auto file = files.begin(); file != files.end(); ++file) {
+        if (!file->facts->error.empty()) {
+            logUnreadable(file->folder.child(file->name), file->facts->error);
+        }
+        if (m_library->lasts(*file->facts, file->fd.get(), file->entry, file->folder.stick)) {
+            toRemember.push_back({file->name, stampOf(file->entry), *file->facts});
+        }
+        const auto next = std::next(file);
+        if (next == files.end() || next->folder.relative != file->folder.relative) {
+            m_library->remember(file->folder, std::exchange(toRemember, {}));
+        }
     }
 }
 

@@ -32,9 +32,12 @@ private:
         MediaFacts* facts = nullptr;
     };
 
+    using Files = std::vector<File>;
+
     void readLoop();
-    std::optional<File> next();
-    void read(File& file, std::vector<IndexedFile>& toRemember);
+    Files takeSome();
+    void read(Files& files);
+    void remember(const Files& files);
 
     std::shared_ptr<MediaLibrary> m_library;
     CancelFlag m_cancelled;

@@ -2,7 +2,9 @@
 
 #include "platform/SocMwTypes.h"
 
+#include <atomic>
 #include <string>
+#include <vector>
 
 namespace desktop {
 
@@ -23,6 +25,12 @@ struct MediaFacts {
     bool unread = false;   ///< the error is not the file's: nobody got to its end, and another try may succeed
 };
 
+/// An open media file, and what kind it is of.
+struct OpenMedia {
+    int fd = -1;
+    FileType type = FILE_TYPE_UNKNOWN;
+};
+
 /// Reads media files. Implementations are safe on any thread.
 class MediaReader {
 public:
@@ -31,6 +39,10 @@ public:
     /// The facts of the open regular file @p fd of kind @p type; its offset may change. Takes a few seconds at most: a
     /// file that hangs, kills or exhausts its reader has only an error.
     virtual MediaFacts read(int fd, FileType type) = 0;
+
+    /// The facts of @p files, in their order, as read() tells them; once @p cancelled is set, the rest may have errors.
+    /// Takes less time than one by one.
+    virtual std::vector<MediaFacts> readAll(const std::vector<OpenMedia>& files, const std::atomic<bool>& cancelled) = 0;
 };
 
 } // namespace desktop

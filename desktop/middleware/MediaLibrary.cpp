@@ -33,15 +33,15 @@ KnownFiles MediaLibrary::known(const Location& folder)
     return m_index.filesOf(indexed(folder));
 }
 
-MediaFacts MediaLibrary::read(int fd, const EntryFacts& entry)
+std::vector<MediaFacts> MediaLibrary::read(const std::vector<OpenMedia>& files, const std::atomic<bool>& cancelled)
 {
     if (m_reader != nullptr) {
-        return m_reader->read(fd, entry.type);
+        return m_reader->readAll(files, cancelled);
     }
     MediaFacts none;
     none.error = "there is nothing to read it with";
     none.unread = true;
-    return none;
+    return std::vector<MediaFacts>(files.size(), none);
 }
 
 bool MediaLibrary::lasts(const MediaFacts& facts, int fd, const EntryFacts& entry, const std::string& stick) const
@@ -57,7 +57,9 @@ bool MediaLibrary::lasts(const MediaFacts& facts, int fd, const EntryFacts& entr
 
 void MediaLibrary::remember(const Location& folder, const std::vector<IndexedFile>& files)
 {
-    m_index.store(indexed(folder), files);
+    if (!files.empty()) {
+        m_index.store(indexed(folder), files);
+    }
 }
 
 void MediaLibrary::forgetBelow(const Location& folder)
@@ -80,7 +82,7 @@ MediaFacts MediaLibrary::factsOf(const Location& file, const EntryFacts& entry, 
         none.error = describeError(errno);
         return none;
     }
-    MediaFacts facts = read(fd.get(), entry);
+    const MediaFacts facts = read({{fd.get(), entry.type}}, false).front();
     if (!facts.error.empty()) {
         logUnreadable(file, facts.error);
     }

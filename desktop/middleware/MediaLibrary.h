@@ -18,8 +18,8 @@ public:
 
     /// What is known of the files of folder @p folder; reads none.
     KnownFiles known(const Location& folder);
-    /// Reads the open media file @p fd, which has the facts @p entry; @p entry.type says how. Nothing is remembered yet.
-    MediaFacts read(int fd, const EntryFacts& entry);
+    /// Reads @p files, as MediaReader::readAll does. Nothing is remembered yet.
+    std::vector<MediaFacts> read(const std::vector<OpenMedia>& files, const std::atomic<bool>& cancelled);
     /// Whether what read() told of @p fd holds for later visits: not when the file was changed meanwhile, nor when the fault
     /// may lie elsewhere, as with a stick that has been pulled.
     bool lasts(const MediaFacts& facts, int fd, const EntryFacts& entry, const std::string& stick) const;

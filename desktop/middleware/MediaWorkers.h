@@ -30,6 +30,7 @@ public:
     ~MediaWorkers() override { stop(); }
 
     MediaFacts read(int fd, FileType type) override;
+    std::vector<MediaFacts> readAll(const std::vector<OpenMedia>& files, const std::atomic<bool>& cancelled) override;
 
     /// Writes the picture that stands for the open file @p fd of kind @p type into @p output as a JPEG file, at most
     /// @p width x @p height pixels, turned as it is to be shown and never enlarged. Returns why there is none; empty when
@@ -45,10 +46,20 @@ private:
         bool taken = false;
         Worker worker;
     };
+    struct LeaveSeat {
+        MediaWorkers* workers = nullptr;
+        void operator()(Seat* seat) const { workers->leaveSeat(*seat); }
+    };
+    using SeatPointer = std::unique_ptr<Seat, LeaveSeat>;
 
     Json::Value ask(const Json::Value& request, std::initializer_list<int> files, const Wakeup* abandon);
-    Seat* takeSeat();
+    void readSome(Seat& seat, const std::vector<OpenMedia>& files, const std::atomic<bool>& cancelled,
+                  std::vector<MediaFacts>& facts);
+    SeatPointer takeSeat();
+    Seat* freeSeat();
     void leaveSeat(Seat& seat);
+    bool othersWait();
+    bool sendFile(Worker& worker, const OpenMedia& file, bool first) const;
     void send(Worker& worker, const Json::Value& request, std::initializer_list<int> files) const;
     Json::Value waitForAnswer(Worker& worker, const Wakeup* abandon) const;
 
@@ -56,6 +67,8 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_left;
     bool m_stopped = false;
+    unsigned int m_comers = 0; ///< who ever wanted a seat; they are served in their order
+    unsigned int m_served = 0; ///< how many of them have had one
     Wakeup m_stop;
     std::array<Seat, 2> m_seats;
 };

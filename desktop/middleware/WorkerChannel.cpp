@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 #include <memory>
+#include <sstream>
 
 namespace desktop {
 
@@ -70,9 +71,23 @@ std::vector<UniqueFd> takeFiles(msghdr& message)
     return files;
 }
 
+// Readers and writers are made once a thread: the making takes longer than a message.
+
+std::string compactText(const Json::Value& body)
+{
+    static thread_local const std::unique_ptr<Json::StreamWriter> writer = [] {
+        Json::StreamWriterBuilder builder;
+        builder["indentation"] = "";
+        return std::unique_ptr<Json::StreamWriter>(builder.newStreamWriter());
+    }();
+    std::ostringstream text;
+    writer->write(body, &text);
+    return text.str();
+}
+
 bool parse(const char* text, std::size_t length, Json::Value& body)
 try {
-    const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
+    static thread_local const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
     return reader->parse(text, text + length, &body, nullptr) && body.isObject();
 } catch (const Json::Exception&) { // nested beyond reason
     return false;
@@ -82,9 +97,7 @@ try {
 
 bool sendMessage(int channel, const Json::Value& body, std::initializer_list<int> files)
 {
-    Json::StreamWriterBuilder writer;
-    writer["indentation"] = "";
-    std::string text = Json::writeString(writer, body);
+    std::string text = compactText(body);
     iovec part = {text.data(), text.size()};
     msghdr message = {};
     message.msg_iov = &part;
@@ -98,19 +111,23 @@ bool sendMessage(int channel, const Json::Value& body, std::initializer_list<int
 
 std::optional<WorkerMessage> receiveMessage(int channel)
 {
-    std::vector<char> text(kLongestMessage);
-    iovec part = {text.data(), text.size()};
+    const std::unique_ptr<char[]> text(new char[kLongestMessage]); // not to be filled for nothing
+    iovec part = {text.get(), kLongestMessage};
     msghdr message = {};
     message.msg_iov = &part;
     message.msg_iovlen = 1;
     Control control = {};
     message.msg_control = control.bytes;
     message.msg_controllen = sizeof control.bytes;
-    const ssize_t got = TEMP_FAILURE_RETRY(recvmsg(channel, &message, MSG_CMSG_CLOEXEC));
+    ssize_t got = -1;
+    do {
+        // A reset tells, once, that the other side ended with messages unread; what it has sent can still be received.
+        got = recvmsg(channel, &message, MSG_CMSG_CLOEXEC);
+    } while (got < 0 && (errno == EINTR || errno == ECONNRESET));
     WorkerMessage received;
     received.files = got >= 0 ? takeFiles(message) : std::vector<UniqueFd>(); // to be closed, whatever else came
     const bool whole = got > 0 && (message.msg_flags & (MSG_TRUNC | MSG_CTRUNC)) == 0;
-    if (!whole || !parse(text.data(), static_cast<std::size_t>(got), received.body)) {
+    if (!whole || !parse(text.get(), static_cast<std::size_t>(got), received.body)) {
         return std::nullopt;
     }
     return received;
@@ -120,12 +137,18 @@ Json::Value toJson(const MediaFacts& facts)
 {
     Json::Value json(Json::objectValue);
     for (const TextMember& text : kTexts) {
-        json[text.key] = facts.*text.member;
+        if (!(facts.*text.member).empty()) {
+            json[text.key] = facts.*text.member;
+        }
     }
     for (const NumberMember& number : kNumbers) {
-        json[number.key] = facts.*number.member;
+        if (facts.*number.member != 0) {
+            json[number.key] = facts.*number.member;
+        }
     }
-    json["panorama"] = facts.panorama;
+    if (facts.panorama) {
+        json["panorama"] = true;
+    }
     return json;
 }
 

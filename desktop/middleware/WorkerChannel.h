@@ -32,6 +32,7 @@ bool sendMessage(int channel, const Json::Value& body, std::initializer_list<int
 /// Waits for the next message; nothing at the end of the other side, or when what comes is no message.
 std::optional<WorkerMessage> receiveMessage(int channel);
 
+/// Facts that are empty are left out.
 Json::Value toJson(const MediaFacts& facts);
 /// Members of @p json that are missing or of another type leave their facts empty.
 MediaFacts factsFromJson(const Json::Value& json);

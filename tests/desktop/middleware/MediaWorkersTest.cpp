@@ -4,9 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/syscall.h>
 
+#include <algorithm>
+#include <atomic>
 #include <csignal>
 #include <filesystem>
 #include <thread>
@@ -46,6 +49,112 @@ TEST(MediaWorkers, ManyFiles_AreReadByOneProcess)
     EXPECT_NE(first, "");
     EXPECT_EQ(durationOfTheCounter(media), 4);
     EXPECT_EQ(telling.log(), first);
+}
+
+/// Media files of the demo stick, opened to be read at once.
+class OpenFiles {
+public:
+    void add(const std::string& file, FileType type)
+    {
+        m_fds.emplace_back(open(demoFile(file).c_str(), O_RDONLY | O_CLOEXEC));
+        media.push_back({m_fds.back().get(), type});
+    }
+
+    std::vector<OpenMedia> media;
+
+private:
+    std::vector<UniqueFd> m_fds;
+};
+
+TEST(MediaWorkers, ManyFilesAtOnce_AreAnsweredInTheirOrder)
+{
+    MediaReading media;
+    OpenFiles files;
+    for (int i = 0; i < 10; ++i) {
+        files.add("Music/The Sines/01 First.mp3", FILE_TYPE_MUSIC);
+        files.add("Music/The Sines/02 Second.flac", FILE_TYPE_MUSIC);
+    }
+    const std::vector<MediaFacts> facts = media.workers.readAll(files.media, false);
+    ASSERT_EQ(facts.size(), 20U);
+    for (std::size_t i = 0; i < facts.size(); ++i) {
+        EXPECT_EQ(facts[i].title, i % 2 == 0 ? "First" : "Second") << i;
+    }
+}
+
+TEST(MediaWorkers, WorkerThatDiesOfTheFirstOfManyFiles_CostsThatFileOnly)
+{
+    // The first one dies with several files in its hands, later ones are real.
+    StandIn dying("[ -e $0.log ] && exec '" MEDIA_WORKER "'; touch $0.log; sleep 0.1; kill -SEGV $$");
+    MediaReading media({dying.program()});
+    OpenFiles files;
+    for (int i = 0; i < 3; ++i) {
+        files.add("Movies/counter.mp4", FILE_TYPE_VIDEO);
+    }
+    const std::vector<MediaFacts> facts = media.workers.readAll(files.media, false);
+    ASSERT_EQ(facts.size(), 3U);
+    EXPECT_EQ(facts[0].error, "The file stopped the process that read it.");
+    EXPECT_EQ(facts[1].duration, 4);
+    EXPECT_EQ(facts[2].duration, 4);
+}
+
+TEST(MediaWorkers, DescriptorThatIsNoneAmongManyFiles_CostsThatFileOnly)
+{
+    MediaReading media;
+    OpenFiles files;
+    files.add("Movies/counter.mp4", FILE_TYPE_VIDEO);
+    files.media.push_back({-1, FILE_TYPE_VIDEO});
+    files.add("Movies/counter.mp4", FILE_TYPE_VIDEO);
+    const std::vector<MediaFacts> facts = media.workers.readAll(files.media, false);
+    ASSERT_EQ(facts.size(), 3U);
+    EXPECT_EQ(facts[0].duration, 4);
+    EXPECT_NE(facts[1].error, "");
+    EXPECT_EQ(facts[2].duration, 4);
+}
+
+TEST(MediaWorkers, CancelledBetweenManyFiles_LeavesOutTheRest)
+{
+    MediaReading media;
+    OpenFiles files;
+    for (int i = 0; i < 3; ++i) {
+        files.add("Movies/counter.mp4", FILE_TYPE_VIDEO);
+    }
+    const std::vector<MediaFacts> facts = media.workers.readAll(files.media, true);
+    ASSERT_EQ(facts.size(), 3U);
+    EXPECT_EQ(facts.back().error, "The file is not wanted any more.");
+    EXPECT_TRUE(facts.back().unread);
+    EXPECT_EQ(durationOfTheCounter(media), 4);
+}
+
+int linesOf(const std::string& text)
+{
+    return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+}
+
+TEST(MediaWorkers, OneFileBehindManyFiles_DoesNotWaitForThemAll)
+{
+    StandIn telling(kTelling);
+    MediaReading media({telling.program()});
+    OpenFiles files;
+    for (int i = 0; i < 300; ++i) {
+        files.add("Movies/counter.mp4", FILE_TYPE_VIDEO);
+    }
+    std::atomic<int> finished{0};
+    std::vector<std::thread> readers;
+    for (int i = 0; i < 2; ++i) {
+        readers.emplace_back([&] {
+            EXPECT_EQ(media.workers.readAll(files.media, false).back().duration, 4);
+            ++finished;
+        });
+    }
+    const auto deadline = std::chrono::steady_clock::now() + testsupport::kDeadline;
+    while (linesOf(telling.log()) < 2 && std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::yield(); // until both are being read
+    }
+    EXPECT_EQ(durationOfTheCounter(media), 4);
+    EXPECT_EQ(finished, 0);
+    for (std::thread& reader : readers) {
+        reader.join();
+    }
 }
 
 TEST(MediaWorkers, WorkerKilledBetweenFiles_IsReplacedUnnoticed)

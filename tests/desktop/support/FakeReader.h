@@ -30,6 +30,15 @@ public:
         return m_tell(std::string(bytes, got > 0 ? static_cast<std::size_t>(got) : 0), type);
     }
 
+    std::vector<desktop::MediaFacts> readAll(const std::vector<desktop::OpenMedia>& files, const std::atomic<bool>&) override
+    {
+        std::vector<desktop::MediaFacts> facts;
+        for (const desktop::OpenMedia& file : files) {
+            facts.push_back(read(file.fd, file.type));
+        }
+        return facts;
+    }
+
     int reads() const
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
