@@ -25,18 +25,6 @@ PictureSize smallestDecoded(PictureSize picture, PictureSize bound)
     return smallest;
 }
 
-FramePointer makeFrame(PictureSize size)
-{
-    FramePointer frame = own(av_frame_alloc());
-    frame->width = size.width;
-    frame->height = size.height;
-    frame->format = AV_PIX_FMT_RGB24;
-    if (av_frame_get_buffer(frame.get(), 0) < 0) {
-        throw std::bad_alloc();
-    }
-    return frame;
-}
-
 } // namespace
 
 FramePointer decodeJpeg(const unsigned char* bytes, std::size_t size, PictureSize bound)

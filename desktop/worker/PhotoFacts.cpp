@@ -16,6 +16,7 @@ using ImagePointer = std::unique_ptr<Exiv2::Image>;
 
 ImagePointer openImage(const MappedFile& file)
 {
+    Exiv2::enableBMFF(true); // HEIC and its like are left out unless asked for
     ImagePointer image(Exiv2::ImageFactory::open(file.data(), static_cast<long>(file.size())).release());
     image->readMetadata();
     return image;

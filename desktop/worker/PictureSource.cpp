@@ -1,5 +1,6 @@
 #include "desktop/worker/PictureSource.h"
 
+#include "desktop/worker/HeifPhoto.h"
 #include "desktop/worker/JpegDecoder.h"
 #include "desktop/worker/MediaError.h"
 #include "desktop/worker/PhotoFacts.h"
@@ -92,6 +93,9 @@ Picture orRefuse(FramePointer frame, Turn turn)
 Picture readPhoto(int fd, PictureSize bound)
 {
     const MappedFile file(fd);
+    if (isHeif(file)) {
+        return {decodeHeif(file, bound), Turn()};
+    }
     const Turn turn = readPhotoTurn(file);
     if (FramePointer frame = decodeJpeg(file.data(), file.size(), bound)) {
         return {std::move(frame), turn};
@@ -126,6 +130,18 @@ PictureSize fitInto(PictureSize picture, PictureSize bound)
         {1.0, static_cast<double>(bound.width) / picture.width, static_cast<double>(bound.height) / picture.height});
     const auto scaled = [scale](int side) { return std::max(static_cast<int>(std::lround(side * scale)), 1); };
     return {scaled(picture.width), scaled(picture.height)};
+}
+
+FramePointer makeFrame(PictureSize size)
+{
+    FramePointer frame = own(av_frame_alloc());
+    frame->width = size.width;
+    frame->height = size.height;
+    frame->format = AV_PIX_FMT_RGB24;
+    if (av_frame_get_buffer(frame.get(), 0) < 0) {
+        throw std::bad_alloc();
+    }
+    return frame;
 }
 
 Picture readPicture(int fd, FileType type, PictureSize bound)

@@ -16,6 +16,11 @@ struct PictureSize {
 /// @p picture made to fit into @p bound, its shape kept; never enlarged, never empty.
 PictureSize fitInto(PictureSize picture, PictureSize bound);
 
+constexpr int kColours = 3; ///< bytes of a point: red, green, blue
+
+/// A frame of such points.
+FramePointer makeFrame(PictureSize size);
+
 /// A picture as it is stored, and how to show it.
 struct Picture {
     FramePointer frame;

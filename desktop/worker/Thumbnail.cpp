@@ -16,7 +16,6 @@ namespace desktop {
 namespace {
 
 constexpr int kQuality = 85;
-constexpr int kColours = 3;
 constexpr int kLeastHeightOfHd = 720; // pixels; from there on video is in the newer colours unless it says otherwise
 
 /// Points of three bytes, line after line without gaps.

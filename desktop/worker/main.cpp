@@ -2,6 +2,7 @@
 
 #include "desktop/worker/AvInput.h"
 #include "desktop/worker/Confinement.h"
+#include "desktop/worker/HeifPhoto.h"
 #include "desktop/worker/MediaError.h"
 #include "desktop/worker/MusicFacts.h"
 #include "desktop/worker/PhotoFacts.h"
@@ -42,9 +43,13 @@ MediaFacts streamFacts(int fd)
 // Where the photo library does not know the size, the decoder's own look at the file does.
 MediaFacts photoFacts(int fd)
 {
+    const MappedFile file(fd);
+    if (isHeif(file)) {
+        return readHeifFacts(file);
+    }
     MediaFacts facts;
     try {
-        facts = readPhotoFacts(MappedFile(fd));
+        facts = readPhotoFacts(file);
     } catch (const MediaError&) {
         return streamFacts(fd);
     }
@@ -114,6 +119,7 @@ int main()
         return 2;
     }
     silenceLibraries();
+    prepareHeif();
     const std::string refusal = confine();
     while (auto request = receiveMessage(kWorkerChannel)) {
         renewProcessorTime();
