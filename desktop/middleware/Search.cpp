@@ -1,5 +1,6 @@
 #include "desktop/middleware/Search.h"
 
+#include "desktop/middleware/Conveyor.h"
 #include "desktop/middleware/Log.h"
 #include "desktop/middleware/MediaTypes.h"
 #include "desktop/middleware/NameEncoding.h"
@@ -9,6 +10,8 @@
 #include "platform/SocMwEvents.h"
 
 #include <json/json.h>
+
+#include <fcntl.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -20,6 +23,8 @@ namespace {
 // What has been found is told so often at least, and when it is so much, whatever the page size.
 constexpr std::chrono::milliseconds kInterval(200);
 constexpr int kMostFiles = 1000;
+// So many folders the walk may be ahead of the looks at their files; each may hold a descriptor.
+constexpr std::size_t kMostAhead = 64;
 
 /// What is looked for, where.
 struct Wanted {
@@ -37,13 +42,14 @@ struct Tally {
 
 Json::Value listEntry(const FolderFileInfo_s& file)
 {
+    using Key = Json::StaticString; // a key that need not be copied for each file
     Json::Value entry;
-    entry["path"] = file.path;
-    entry["name"] = file.name;
-    entry["title"] = file.title;
-    entry["ctime"] = file.ctime;
-    entry["size"] = static_cast<Json::UInt64>(file.size);
-    entry["type"] = file.type;
+    entry[Key("path")] = file.path;
+    entry[Key("name")] = file.name;
+    entry[Key("title")] = file.title;
+    entry[Key("ctime")] = file.ctime;
+    entry[Key("size")] = static_cast<Json::UInt64>(file.size);
+    entry[Key("type")] = file.type;
     return entry;
 }
 
@@ -61,7 +67,21 @@ void postEnd(RequestAnswers& answers, const std::string& directory, const Tally&
     answers.end(SOCMW_MM_EVENT_FB_FOLDER_UPDATE, std::make_shared<Json::Value>(std::move(end)));
 }
 
-/// One search at work, on its own thread.
+/// A folder that the walk has come to, to be looked at after the walk has gone on.
+struct FolderToSearch {
+    UniqueFd fd; ///< of none that has no files
+    Location location;
+    std::vector<std::string> files;
+    WalkTotals totals; ///< of the walk until then
+};
+
+FolderToSearch kept(const WalkedFolder& folder, const WalkTotals& totals)
+{
+    UniqueFd fd(folder.files.empty() ? -1 : fcntl(folder.fd, F_DUPFD_CLOEXEC, 0));
+    return {std::move(fd), folder.location, folder.files, totals};
+}
+
+/// One search at work, on two threads: one walks, the other looks at what may fit and tells of it.
 class SearchRun {
 public:
     SearchRun(const Wanted& wanted, const FolderObserver& observer, RequestAnswers& answers, CancelFlag cancelled,
@@ -77,13 +97,15 @@ public:
 
     void run()
     {
+        Conveyor<FolderToSearch> walked(kMostAhead, [this](FolderToSearch& folder) {
+            lookAt(folder);
+            keepTelling(folder.totals);
+        });
         TreeWalk walk(
             m_wanted.folder.location, m_cancelled, [this](std::string_view name) { return mayFit(name); },
-            [this](const WalkedFolder& folder, const WalkTotals& totals) {
-                lookAt(folder);
-                keepTelling(totals);
-            });
+            [&walked](const WalkedFolder& folder, const WalkTotals& totals) { walked.put(kept(folder, totals)); });
         const int error = walk.run();
+        walked.finish();
         if (error != ECANCELED) {
             tell();
             keepTelling(walk.totals());
@@ -98,7 +120,7 @@ private:
         return byName == m_wanted.type || byName == FILE_TYPE_UNKNOWN;
     }
 
-    void lookAt(const WalkedFolder& folder)
+    void lookAt(const FolderToSearch& folder)
     {
         if (folder.files.empty()) {
             return;
@@ -107,7 +129,7 @@ private:
         const std::string directory = m_wanted.folder.directory + encodeName(below);
         const KnownFiles known = knownFiles(m_wanted.folder.library, folder.location);
         for (const std::string& name : folder.files) {
-            const auto facts = *m_cancelled ? std::nullopt : inspectFile(folder.fd, name);
+            const auto facts = *m_cancelled ? std::nullopt : inspectFile(folder.fd.get(), name);
             if (facts && facts->type == m_wanted.type) {
                 add(describeEntry(directory, name, *facts, known.find(name, stampOf(*facts))));
             }
