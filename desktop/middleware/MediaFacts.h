@@ -8,6 +8,10 @@
 
 namespace desktop {
 
+/// Goes up when files come to be read otherwise, be it their facts or their pictures: what was kept before is of no use
+/// then.
+constexpr int kReadingVersion = 2;
+
 /// What a media file tells of itself. Texts are UTF-8 and empty where the file has none; numbers are 0.
 struct MediaFacts {
     std::string title;

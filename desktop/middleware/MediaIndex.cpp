@@ -91,11 +91,26 @@ private:
     bool m_committed = false;
 };
 
+// Empties a database that an older reading has filled.
+void bringUpToDate(SqliteDatabase& database)
+{
+    Transaction transaction(database);
+    SqliteStatement version(database, "PRAGMA user_version");
+    SqliteStatement::Run run(version);
+    if (run.step() && run.integer(0) == kReadingVersion) {
+        return;
+    }
+    database.execute("DELETE FROM files; DELETE FROM folders;");
+    database.execute(("PRAGMA user_version = " + std::to_string(kReadingVersion)).c_str());
+    transaction.commit();
+}
+
 SqliteDatabase openDatabase(const std::string& file)
 {
     SqliteDatabase database(file);
     database.execute(kSettings);
     database.execute(kTables);
+    bringUpToDate(database);
     return database;
 }
 

@@ -59,6 +59,7 @@ std::string contentKey(const Location& location, int fd, const EntryFacts& facts
     char head[kHead];
     const ssize_t got = pread(fd, head, sizeof head, 0);
     Hash hash;
+    hash.addNumber(kReadingVersion);
     hash.add(location.relative);
     hash.addNumber(facts.size);
     hash.addNumber(facts.modified);

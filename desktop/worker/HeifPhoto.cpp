@@ -97,7 +97,11 @@ void prepareHeif()
 
 bool isHeif(const MappedFile& file)
 {
+    constexpr std::size_t kLeast = 12;  // of less, the library cannot tell
     constexpr std::size_t kHead = 1024; // the brands stand in it
+    if (file.size() < kLeast) {
+        return false;
+    }
     const auto found = heif_check_filetype(file.data(), static_cast<int>(std::min(file.size(), kHead)));
     return found == heif_filetype_yes_supported || found == heif_filetype_maybe; // the commonest brand says no more
 }

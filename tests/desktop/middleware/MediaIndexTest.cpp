@@ -1,5 +1,7 @@
 #include "desktop/middleware/MediaIndex.h"
 
+#include "desktop/middleware/Sqlite.h"
+
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
@@ -178,6 +180,15 @@ TEST_F(MediaIndexTest, ManyThreads_LoseNothing)
             EXPECT_NE(known.find(std::to_string(i), kStamp), nullptr) << thread << " " << i;
         }
     }
+}
+
+TEST_F(MediaIndexTest, WhatAnOlderReadingTold_IsForgotten)
+{
+    MediaIndex(cache.path()).store(folder, {song("a.mp3")});
+    SqliteDatabase(databaseFile()).execute("PRAGMA user_version = 1");
+    EXPECT_EQ(MediaIndex(cache.path()).filesOf(folder).find("a.mp3", kStamp), nullptr);
+    MediaIndex(cache.path()).store(folder, {song("a.mp3")});
+    EXPECT_NE(MediaIndex(cache.path()).filesOf(folder).find("a.mp3", kStamp), nullptr);
 }
 
 } // namespace

@@ -104,6 +104,13 @@ TEST_F(HeifPhotoTest, PhotoThatClaimsGigabytes_IsRefusedByItsClaim)
     EXPECT_EQ(counting.log(), "started\n"); // refused, not killed
 }
 
+TEST_F(HeifPhotoTest, FileTooShortToTell_IsNoSuchPhoto)
+{
+    for (const std::string bytes : {"content", "\xFF\xD8\xFF", ""}) {
+        EXPECT_EQ(media.thumbnail(written(bytes), FILE_TYPE_PHOTO).error.find("ftyp"), std::string::npos);
+    }
+}
+
 TEST_F(HeifPhotoTest, DamagedPhotos_HarmNothingElse)
 {
     const std::string whole = testsupport::gridHeic({500, 400, 1, true, true});
