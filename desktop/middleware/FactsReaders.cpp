@@ -13,7 +13,9 @@ namespace {
 
 constexpr int kReaders = 2;
 constexpr std::size_t kMostWaiting = 128; // each holds a descriptor
-constexpr std::size_t kBatch = 32;        // files read and remembered at a time
+constexpr off_t kHead = 32 * 1024;        // bytes of a file that most of its facts lie in
+constexpr std::size_t kBatch = 32;        // files read at a time
+constexpr std::size_t kRemembered = 512;  // files remembered at a time: the index writes much for each time
 
 } // namespace
 
@@ -34,10 +36,14 @@ void FactsReaders::add(const Location& folder, int fd, const std::string& name, 
         logUnreadable(folder.child(name), describeError(errno));
         return;
     }
+    // The stick fetches it while others are being read.
+    posix_fadvise(opened.get(), 0, kHead, POSIX_FADV_WILLNEED);
     std::unique_lock<std::mutex> lock(m_mutex);
     m_changed.wait(lock, [this] { return m_files.size() < kMostWaiting; });
     m_files.push_back({folder, name, entry, std::move(opened), &facts});
-    m_changed.notify_all();
+    if (m_files.size() == 1) { // readers that are at work look for more by themselves
+        m_changed.notify_all();
+    }
 }
 
 void FactsReaders::finish()
@@ -55,13 +61,20 @@ void FactsReaders::finish()
 
 void FactsReaders::readLoop()
 {
+    Read known;
     for (Files files = takeSome(); !files.empty(); files = takeSome()) {
         if (!*m_cancelled) {
             read(files);
         }
         if (!*m_cancelled) { // else it may have been broken off
-            remember(files);
+            keep(files, known);
         }
+        if (known.count >= kRemembered) {
+            m_library->remember(std::exchange(known, {}).files);
+        }
+    }
+    if (known.count > 0) {
+        m_library->remember(known.files);
     }
 }
 
@@ -89,20 +102,20 @@ void FactsReaders::read(Files& files)
     }
 }
 
-void FactsReaders::remember(const Files& files)
+void FactsReaders::keep(const Files& files, Read& known) const
 {
-    std::vector<IndexedFile> toRemember; // of one folder
-    for (auto file = files.begin(); file != files.end(); ++file) {
-        if (!file->facts->error.empty()) {
-            logUnreadable(file->folder.child(file->name), file->facts->error);
+    for (const File& file : files) {
+        if (!file.facts->error.empty()) {
+            logUnreadable(file.folder.child(file.name), file.facts->error);
         }
-        if (m_library->lasts(*file->facts, file->fd.get(), file->entry, file->folder.stick)) {
-            toRemember.push_back({file->name, stampOf(file->entry), *file->facts});
+        if (!m_library->lasts(*file.facts, file.fd.get(), file.entry, file.folder.stick)) {
+            continue;
         }
-        const auto next = std::next(file);
-        if (next == files.end() || next->folder.relative != file->folder.relative) {
-            m_library->remember(file->folder, std::exchange(toRemember, {}));
+        if (known.files.empty() || known.files.back().folder.relative != file.folder.relative) {
+            known.files.push_back({file.folder, {}});
         }
+        known.files.back().files.push_back({file.name, stampOf(file.entry), *file.facts});
+        ++known.count;
     }
 }
 

@@ -33,11 +33,16 @@ private:
     };
 
     using Files = std::vector<File>;
+    /// What has been read but not yet remembered.
+    struct Read {
+        std::vector<LocatedFiles> files;
+        std::size_t count = 0;
+    };
 
     void readLoop();
     Files takeSome();
     void read(Files& files);
-    void remember(const Files& files);
+    void keep(const Files& files, Read& known) const;
 
     std::shared_ptr<MediaLibrary> m_library;
     CancelFlag m_cancelled;

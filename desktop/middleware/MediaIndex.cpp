@@ -141,6 +141,18 @@ struct MediaIndex::Connection {
         SqliteStatement::Run run(statement);
         return run.bindText(folder.volume).bindBytes(folder.path).step() ? run.integer(0) : 0;
     }
+
+    void add(const IndexedFolderFiles& known)
+    {
+        run(addFolder, known.folder);
+        const std::int64_t id = run(findFolder, known.folder);
+        for (const IndexedFile& file : known.files) {
+            SqliteStatement::Run row(addFile);
+            row.bind(id);
+            bindFile(row, file);
+            row.step();
+        }
+    }
 };
 
 void KnownFiles::add(IndexedFile file)
@@ -180,17 +192,12 @@ KnownFiles MediaIndex::filesOf(const IndexedFolder& folder)
     return known;
 }
 
-void MediaIndex::store(const IndexedFolder& folder, const std::vector<IndexedFile>& files)
+void MediaIndex::store(const std::vector<IndexedFolderFiles>& folders)
 {
     guarded([&] {
         Transaction transaction(m_connection->database);
-        Connection::run(m_connection->addFolder, folder);
-        const std::int64_t id = Connection::run(m_connection->findFolder, folder);
-        for (const IndexedFile& file : files) {
-            SqliteStatement::Run run(m_connection->addFile);
-            run.bind(id);
-            bindFile(run, file);
-            run.step();
+        for (const IndexedFolderFiles& folder : folders) {
+            m_connection->add(folder);
         }
         transaction.commit();
     });

@@ -32,6 +32,11 @@ struct IndexedFile {
     MediaFacts facts;
 };
 
+struct IndexedFolderFiles {
+    IndexedFolder folder;
+    std::vector<IndexedFile> files;
+};
+
 /// What is known of the files of one folder.
 class KnownFiles {
 public:
@@ -53,8 +58,9 @@ public:
     ~MediaIndex();
 
     KnownFiles filesOf(const IndexedFolder& folder);
-    /// Remembers @p files of @p folder in one transaction, in place of what was known of them.
-    void store(const IndexedFolder& folder, const std::vector<IndexedFile>& files);
+    /// Remembers files of many folders in one transaction, in place of what was known of them.
+    void store(const std::vector<IndexedFolderFiles>& folders);
+    void store(const IndexedFolder& folder, const std::vector<IndexedFile>& files) { store({{folder, files}}); }
     /// Forgets the files of @p folder and of all folders below it.
     void forgetBelow(const IndexedFolder& folder);
 

@@ -55,11 +55,13 @@ bool MediaLibrary::lasts(const MediaFacts& facts, int fd, const EntryFacts& entr
     return unchanged && (facts.error.empty() || isFilesFault);
 }
 
-void MediaLibrary::remember(const Location& folder, const std::vector<IndexedFile>& files)
+void MediaLibrary::remember(const std::vector<LocatedFiles>& files)
 {
-    if (!files.empty()) {
-        m_index.store(indexed(folder), files);
+    std::vector<IndexedFolderFiles> folders;
+    for (const LocatedFiles& of : files) {
+        folders.push_back({indexed(of.folder), of.files});
     }
+    m_index.store(folders);
 }
 
 void MediaLibrary::forgetBelow(const Location& folder)

@@ -6,6 +6,12 @@
 
 namespace desktop {
 
+/// Files of one folder.
+struct LocatedFiles {
+    Location folder;
+    std::vector<IndexedFile> files;
+};
+
 /// The facts of the media files on the sticks: from the index where it knows them, else read and remembered. Safe on any
 /// thread.
 class MediaLibrary {
@@ -23,7 +29,9 @@ public:
     /// Whether what read() told of @p fd holds for later visits: not when the file was changed meanwhile, nor when the fault
     /// may lie elsewhere, as with a stick that has been pulled.
     bool lasts(const MediaFacts& facts, int fd, const EntryFacts& entry, const std::string& stick) const;
-    void remember(const Location& folder, const std::vector<IndexedFile>& files);
+    /// Remembers what read() told of @p files, in one go.
+    void remember(const std::vector<LocatedFiles>& files);
+    void remember(const Location& folder, const std::vector<IndexedFile>& files) { remember({{folder, files}}); }
     void forgetBelow(const Location& folder);
 
     /// The facts of the one media file @p file, pinned by @p pinned, an O_PATH descriptor. A file that cannot be read has

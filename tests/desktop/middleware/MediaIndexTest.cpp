@@ -85,6 +85,16 @@ TEST_F(MediaIndexTest, FileStoredAgain_HasItsNewFacts)
     EXPECT_EQ(known.find("b.mp3", kStamp)->title, "Other");
 }
 
+TEST_F(MediaIndexTest, FilesOfManyFolders_AreStoredTogether)
+{
+    MediaIndex index("");
+    index.store(
+        {{{"stick", "a"}, {song("1.mp3", "One")}}, {{"stick", "b"}, {song("1.mp3", "Two"), song("2.mp3", "Three")}}});
+    EXPECT_EQ(index.filesOf({"stick", "a"}).find("1.mp3", kStamp)->title, "One");
+    EXPECT_EQ(index.filesOf({"stick", "b"}).find("1.mp3", kStamp)->title, "Two");
+    EXPECT_EQ(index.filesOf({"stick", "b"}).find("2.mp3", kStamp)->title, "Three");
+}
+
 TEST_F(MediaIndexTest, Folders_AreToldApartByStickAndPath)
 {
     MediaIndex index("");
