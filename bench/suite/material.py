@@ -87,24 +87,26 @@ def make_tracks(folder):
 
 def make_media(folder):
     """Photos and videos of a phone's size and songs with covers, some of them copies: each path is another file."""
-    progress = Progress(f"{PHOTOS} photos, {VIDEOS} videos and {SONGS} songs with covers")
+    lavfi = ["-f", "lavfi", "-i"]
     exact = ["-fflags", "+bitexact", "-flags:v", "+bitexact", "-flags:a", "+bitexact", "-map_metadata", "-1"]
-    total = PHOTOS + VIDEOS + SONGS
-    for i in range(PHOTOS):
-        source = f"testsrc2=size=4000x3000:rate=1,noise=alls=12:all_seed={i}"
-        make_or_copy(folder, "photo {}.jpg", i, 12, ["-f", "lavfi", "-i", source, "-frames:v", "1", "-q:v", "3", *exact])
-        progress.show(i + 1, total)
-    for i in range(VIDEOS):
-        source = f"testsrc2=size=1920x1080:rate=30:duration=10,noise=alls=6:all_seed={i}"
-        make_or_copy(folder, "video {}.mp4", i, 5, ["-f", "lavfi", "-i", source, "-c:v", "libx264", "-preset", "ultrafast",
-                                                    "-g", "30", "-pix_fmt", "yuv420p", "-threads", "1", *exact])
-        progress.show(PHOTOS + i + 1, total)
-    for i in range(SONGS):
-        make_or_copy(folder, "song {}.mp3", i, 4, ["-f", "lavfi", "-i", f"sine=frequency={220 + i}:duration=60", "-f", "lavfi",
-                                                   "-i", "testsrc2=size=1000x1000:rate=1:duration=1", "-map", "0", "-map", "1",
-                                                   "-c:v", "mjpeg", "-disposition:v", "attached_pic",
-                                                   *exact, "-id3v2_version", "3"])
-        progress.show(PHOTOS + VIDEOS + i + 1, total)
+    h264 = ["-c:v", "libx264", "-preset", "ultrafast", "-g", "30", "-pix_fmt", "yuv420p", "-threads", "1"]
+    cover = ["-map", "0", "-map", "1", "-c:v", "mjpeg", "-disposition:v", "attached_pic", "-id3v2_version", "3"]
+
+    def photo(seed):
+        return [*lavfi, f"testsrc2=size=4000x3000:rate=1,noise=alls=12:all_seed={seed}", "-frames:v", "1", "-q:v", "3"]
+
+    def video(seed):
+        return [*lavfi, f"testsrc2=size=1920x1080:rate=30:duration=10,noise=alls=6:all_seed={seed}", *h264]
+
+    def song(seed):
+        return [*lavfi, f"sine=frequency={220 + seed}:duration=60", *lavfi, "testsrc2=size=1000x1000:rate=1:duration=1", *cover]
+
+    progress = Progress(f"{PHOTOS} photos, {VIDEOS} videos and {SONGS} songs with covers")
+    plans = [("photo {}.jpg", PHOTOS, 12, photo), ("video {}.mp4", VIDEOS, 5, video), ("song {}.mp3", SONGS, 4, song)]
+    for name, count, different, arguments in plans:
+        for number in range(count):
+            make_or_copy(folder, name, number, different, [*arguments(number), *exact])
+            progress.show(len(os.listdir(folder)), PHOTOS + VIDEOS + SONGS)
 
 
 def make_or_copy(folder, name, number, different, arguments):
