@@ -136,7 +136,7 @@ def limit_lines(desktop):
     return [f"Of a grouping, the start and the end of the program take {readable(start)}. One from the index still looks at "
             "each file, which may have changed: `find`, printing size and time of the same files, takes "
             f"{readable(looked)}. One that reads files hands each to one of two processes that may do nothing but read, and "
-            "takes back what it tells; where the files need not be fetched, this takes as long as the reading itself."]
+            "takes back what it tells; for files in memory that costs more processor time than the second core gains."]
 
 
 def memory_lines(desktop):
@@ -149,7 +149,7 @@ def memory_lines(desktop):
              completion_size(desktop) // material.FOLDER_FILES),
             ("search", "tree", material.TREE_ENTRIES, ["search"], found_size(desktop))):
         grown = peak(desktop.command(folder, *arguments)) - peak(desktop.command("empty", *arguments))
-        lines.append(f"| {name} | {entries:,} | {grown / 1e6:.1f} MB | {grown / entries:.0f} bytes | {json_size} bytes |")
+        lines.append(f"| {name} | {entries:,} | {grown / 1e6:.1f} MB | {grown / entries:,.1f} bytes | {json_size} bytes |")
     return lines
 
 
