@@ -34,7 +34,8 @@ def table(rows, subject):
 
 def picture(rows, subject):
     """The ratios as a bar chart in SVG: a bar each, and a line at its goal."""
-    scale, left, height = 260, 290, 26
+    scale, height = 260, 26
+    left = 20 + 7 * max(len(row.name) for row in rows)
     parts = []
     for i, row in enumerate(rows):
         top = 40 + i * height
