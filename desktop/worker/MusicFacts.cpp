@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 
@@ -19,24 +20,32 @@ namespace desktop {
 
 namespace {
 
-/// An open file as the tag library reads it; it is never written to.
+/// An open file as the tag library reads it; it is never written to. The library takes a few bytes at a time from places
+/// near each other: they are read together.
 class TagStream : public TagLib::IOStream {
 public:
     explicit TagStream(int fd)
         : m_fd(fd)
     {
+        struct stat status = {};
+        m_length = fstat(fd, &status) == 0 ? status.st_size : 0;
     }
 
     TagLib::FileName name() const override { return ""; } // the content tells the format
     TagLib::ByteVector readBlock(unsigned long length) override
     {
         // A size that a damaged file claims must not be allocated before it is there.
-        const long rest = std::max(this->length() - m_offset, 0L);
-        TagLib::ByteVector block(static_cast<unsigned int>(std::min(length, static_cast<unsigned long>(rest))), 0);
-        const ssize_t got = TEMP_FAILURE_RETRY(pread(m_fd, block.data(), block.size(), m_offset));
-        block.resize(got > 0 ? static_cast<unsigned int>(got) : 0);
-        m_offset += block.size();
-        return block;
+        const long wanted = std::min(static_cast<unsigned long>(std::max(m_length - m_offset, 0L)), length);
+        const long offset = m_offset;
+        m_offset += wanted;
+        if (offset / kWindow != (m_offset - 1) / kWindow) {
+            TagLib::ByteVector block(static_cast<unsigned int>(wanted), 0);
+            block.resize(read(block.data(), block.size(), offset));
+            return block;
+        }
+        moveWindow(offset / kWindow * kWindow);
+        const long behind = std::min(offset - m_start, long{m_filled});
+        return {m_window.data() + behind, static_cast<unsigned int>(std::min(wanted, m_filled - behind))};
     }
     void writeBlock(const TagLib::ByteVector& /*data*/) override {}
     void insert(const TagLib::ByteVector& /*data*/, unsigned long /*start*/, unsigned long /*replace*/) override {}
@@ -49,16 +58,32 @@ public:
         m_offset = std::max(base + offset, 0L);
     }
     long tell() const override { return m_offset; }
-    long length() override
-    {
-        struct stat status = {};
-        return fstat(m_fd, &status) == 0 ? status.st_size : 0;
-    }
+    long length() override { return m_length; }
     void truncate(long /*length*/) override {}
 
 private:
+    static constexpr long kWindow = 8192;
+
+    unsigned int read(char* data, std::size_t size, long offset) const
+    {
+        const ssize_t got = TEMP_FAILURE_RETRY(pread(m_fd, data, size, offset));
+        return got > 0 ? static_cast<unsigned int>(got) : 0;
+    }
+
+    void moveWindow(long start)
+    {
+        if (start != m_start) {
+            m_start = start;
+            m_filled = read(m_window.data(), m_window.size(), start);
+        }
+    }
+
     int m_fd;
+    long m_length = 0; ///< when it was opened
     long m_offset = 0;
+    long m_start = -1;         ///< of the window, in the file
+    unsigned int m_filled = 0; ///< bytes of the window
+    std::array<char, kWindow> m_window = {};
 };
 
 constexpr wchar_t kKept = 0xF700; // and the byte: private characters for what is in no known charset

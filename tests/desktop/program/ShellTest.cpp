@@ -137,6 +137,7 @@ TEST_F(ShellTest, LineThatIsNoCommand_IsToldAndTheShellGoesOn)
 TEST_F(ShellTest, Screen_CanBeSwitchedAndAskedFor)
 {
     Shell shell(options());
+    shell.notification("storagemedia.usb.mount"); // the stick has switched the screen on, and will not again
     const auto screen = [&shell](const std::string& line) {
         shell.sendLine(line);
         return shell.next([](const Json::Value& answer) { return answer["desktop"] == "screen"; })["off"];
