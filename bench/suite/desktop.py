@@ -136,7 +136,7 @@ def limit_lines(desktop):
     return [f"Of a grouping, the start and the end of the program take {readable(start)}. One from the index still looks at "
             "each file, which may have changed: `find`, printing size and time of the same files, takes "
             f"{readable(looked)}. One that reads files hands each to one of two processes that may do nothing but read, and "
-            "takes back what it tells; for files in memory that costs more processor time than the second core gains."]
+            "takes back what it tells; for files in memory that takes about as much time as the second core gains."]
 
 
 def memory_lines(desktop):
