@@ -35,7 +35,8 @@ public:
     TagLib::ByteVector readBlock(unsigned long length) override
     {
         // A size that a damaged file claims must not be allocated before it is there.
-        const long wanted = std::min(static_cast<unsigned long>(std::max(m_length - m_offset, 0L)), length);
+        const long rest = std::max(m_length - m_offset, 0L);
+        const long wanted = static_cast<long>(std::min(static_cast<unsigned long>(rest), length));
         const long offset = m_offset;
         m_offset += wanted;
         if (offset / kWindow != (m_offset - 1) / kWindow) {
