@@ -7,18 +7,6 @@
 namespace desktop {
 namespace {
 
-bool isUtf8(std::string_view text)
-{
-    while (!text.empty()) {
-        const std::size_t length = firstCharacter(text).length;
-        if (length == 0) {
-            return false;
-        }
-        text.remove_prefix(length);
-    }
-    return true;
-}
-
 TEST(NameEncoding_Encode, Utf8Name_StaysAsItIs)
 {
     for (const char* name : {"plain.txt", "电影", "موسيقى", "🎂.jpg", "a\\b", "\\x", "\\xZZ", "\\xe9", "tab\there", ""}) {

@@ -32,10 +32,19 @@ protected:
         }
     }
 
+    /// The words before a program that looks at the dead stick. A leak checker would wait for its threads, and one of them
+    /// never comes back from the kernel.
+    std::vector<std::string> on() const
+    {
+        std::vector<std::string> words = computer.on();
+        words.insert(words.end(), {"env", "ASAN_OPTIONS=detect_leaks=0"});
+        return words;
+    }
+
     /// Runs desktop-tv on the dead stick; its status.
     int run(const std::vector<std::string>& arguments)
     {
-        std::vector<std::string> command = computer.on();
+        std::vector<std::string> command = on();
         command.insert(command.end(), {DESKTOP_TV, "--stick", "/mnt/dead", "--cache", "none"});
         command.insert(command.end(), arguments.begin(), arguments.end());
         Program program(command);
@@ -77,7 +86,7 @@ TEST_F(DeadStickTest, Shell_GoesOnWithAnotherStick)
 {
     testsupport::TemporaryDirectory live;
     live.makeFile("a.jpg");
-    Shell shell({"--stick", "/mnt/dead", "--stick", live.path()}, computer.on());
+    Shell shell({"--stick", "/mnt/dead", "--stick", live.path()}, on());
     shell.send("storagemedia.folder.chgdir", changeRequest("/mnt/dead"));
     EXPECT_FALSE(shell.reply()["result"].asBool());
     shell.send("storagemedia.folder.chgdir", changeRequest(live.path()));

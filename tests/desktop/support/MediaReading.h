@@ -5,6 +5,8 @@
 #include "tests/desktop/support/Jpeg.h"
 #include "tests/support/TemporaryDirectory.h"
 
+#include <gtest/gtest.h>
+
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -49,6 +51,19 @@ public:
 
     desktop::Wakeup abandon;
     desktop::MediaWorkers workers;
+};
+
+/// Reads media files that a test makes.
+class MediaFileTest : public testing::Test {
+protected:
+    std::string made(const std::string& name, const std::string& bytes) const
+    {
+        writeFile(folder.path(name), bytes);
+        return folder.path(name);
+    }
+
+    TemporaryDirectory folder;
+    MediaReading media;
 };
 
 /// A program that stands in for the worker, or stands before it: a shell script in a folder of its own.

@@ -12,13 +12,9 @@ namespace {
 using testsupport::HeicForm;
 using testsupport::Thumbnail;
 
-class HeifPhotoTest : public testing::Test {
+class HeifPhotoTest : public testsupport::MediaFileTest {
 protected:
-    std::string written(const std::string& bytes)
-    {
-        testsupport::writeFile(folder.path("photo.heic"), bytes);
-        return folder.path("photo.heic");
-    }
+    std::string written(const std::string& bytes) const { return MediaFileTest::made("photo.heic", bytes); }
 
     std::string made(const HeicForm& form) { return written(gridHeic(form)); }
 
@@ -27,9 +23,6 @@ protected:
         return picture.colourAt(.25, .25) + " " + picture.colourAt(.75, .25) + " " + picture.colourAt(.25, .75) + " " +
                picture.colourAt(.75, .75);
     }
-
-    testsupport::TemporaryDirectory folder;
-    testsupport::MediaReading media;
 };
 
 TEST_F(HeifPhotoTest, GridOfTiles_IsOnePicture)

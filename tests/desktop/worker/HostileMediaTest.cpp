@@ -18,13 +18,9 @@ using testsupport::Thumbnail;
 
 constexpr std::chrono::seconds kPatience(5); // of the workers, for one file
 
-class HostileMediaTest : public testing::Test {
+class HostileMediaTest : public testsupport::MediaFileTest {
 protected:
-    std::string made(const std::string& bytes)
-    {
-        testsupport::writeFile(folder.path("hostile"), bytes);
-        return folder.path("hostile");
-    }
+    std::string made(const std::string& bytes) const { return MediaFileTest::made("hostile", bytes); }
 
     /// Reads the file both ways, and holds what comes of it against what every answer keeps to.
     void read(const std::string& file, FileType type)
@@ -52,9 +48,6 @@ protected:
         EXPECT_EQ(media.facts(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).duration, 4);
         EXPECT_EQ(media.thumbnail(demoFile("Photos/2023/winter.jpg"), FILE_TYPE_PHOTO).picture.width, 240);
     }
-
-    testsupport::TemporaryDirectory folder;
-    testsupport::MediaReading media;
 };
 
 struct Sample {

@@ -11,17 +11,7 @@ namespace {
 using namespace std::string_literals;
 using testsupport::demoFile;
 
-class MediaFactsTest : public testing::Test {
-protected:
-    std::string made(const std::string& name, const std::string& bytes)
-    {
-        testsupport::writeFile(folder.path(name), bytes);
-        return folder.path(name);
-    }
-
-    testsupport::TemporaryDirectory folder;
-    testsupport::MediaReading media;
-};
+class MediaFactsTest : public testsupport::MediaFileTest {};
 
 TEST_F(MediaFactsTest, Music_TellsItsTagsAndLength)
 {

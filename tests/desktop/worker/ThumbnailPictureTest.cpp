@@ -11,17 +11,7 @@ namespace {
 using testsupport::demoFile;
 using testsupport::Thumbnail;
 
-class ThumbnailPictureTest : public testing::Test {
-protected:
-    std::string made(const std::string& name, const std::string& bytes)
-    {
-        testsupport::writeFile(folder.path(name), bytes);
-        return folder.path(name);
-    }
-
-    testsupport::TemporaryDirectory folder;
-    testsupport::MediaReading media;
-};
+class ThumbnailPictureTest : public testsupport::MediaFileTest {};
 
 struct Bounds {
     int width;
