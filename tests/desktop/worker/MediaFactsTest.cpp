@@ -45,11 +45,32 @@ std::string textFrame(const std::string& name, char encoding, const std::string&
     return name + "\0\0\0"s + static_cast<char>(text.size() + 1) + "\0\0"s + encoding + text;
 }
 
+/// An MP3 file with a tag of these frames.
+std::string songWithFrames(const std::string& frames)
+{
+    const auto sevenBits = [&frames](int shift) { return static_cast<char>((frames.size() >> shift) & 0x7F); };
+    return "ID3\x03\0\0\0"s + sevenBits(14) + sevenBits(7) + sevenBits(0) + frames + silence();
+}
+
 /// An MP3 file whose title and artist frames hold these texts in ID3's encoding @p encoding.
 std::string songWithTags(char encoding, const std::string& title, const std::string& artist = "")
 {
-    const std::string frames = textFrame("TIT2", encoding, title) + textFrame("TPE1", encoding, artist);
-    return "ID3\x03\0\0\0\0\0"s + static_cast<char>(frames.size()) + frames + silence();
+    return songWithFrames(textFrame("TIT2", encoding, title) + textFrame("TPE1", encoding, artist));
+}
+
+TEST_F(MediaFactsTest, TagBehindMuchElse_IsReadTheSame)
+{
+    for (const int before : {78, 79, 80, 500}) { // of 112 bytes each: about 8 KiB at a time are read
+        std::string frames;
+        for (int i = 0; i < before; ++i) {
+            frames += textFrame("TXXX", 0, std::string(101, 'x'));
+        }
+        const std::string song = songWithFrames(frames + textFrame("TIT2", 0, "Behind") + textFrame("TPE1", 0, "Much"));
+        const MediaFacts facts = media.facts(made("song.mp3", song), FILE_TYPE_MUSIC);
+        EXPECT_EQ(facts.title, "Behind") << before;
+        EXPECT_EQ(facts.artist, "Much") << before;
+        EXPECT_EQ(facts.duration, 1) << before;
+    }
 }
 
 TEST_F(MediaFactsTest, TagsInOtherCharacterSets_AreMadeUtf8)
