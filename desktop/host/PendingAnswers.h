@@ -2,7 +2,7 @@
 
 #include "desktop/host/Interrupts.h"
 
-#include "desktop/middleware/Wakeup.h"
+#include "desktop/base/Wakeup.h"
 
 #include <json/json.h>
 

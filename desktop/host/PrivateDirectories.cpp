@@ -1,6 +1,6 @@
 #include "desktop/host/PrivateDirectories.h"
 
-#include "desktop/middleware/UniqueFd.h"
+#include "desktop/base/UniqueFd.h"
 
 #include <fcntl.h>
 #include <sched.h>

@@ -3,7 +3,7 @@
 #include "desktop/host/PendingAnswers.h"
 #include "desktop/host/PluginLibrary.h"
 
-#include "desktop/middleware/DesktopMiddleware.h"
+#include "desktop/boundary/DesktopMiddleware.h"
 
 namespace desktop {
 

@@ -1,6 +1,6 @@
 #include "desktop/worker/Confinement.h"
 
-#include "desktop/middleware/WorkerChannel.h"
+#include "desktop/workers/WorkerChannel.h"
 
 extern "C" {
 #include <libavutil/mem.h>

@@ -3,7 +3,7 @@
 #include "desktop/worker/MappedFile.h"
 #include "desktop/worker/PictureSource.h"
 
-#include "desktop/middleware/MediaFacts.h"
+#include "desktop/workers/MediaFacts.h"
 
 namespace desktop {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "desktop/middleware/MediaFacts.h"
 #include "desktop/worker/AvInput.h"
 #include "desktop/worker/Turn.h"
+#include "desktop/workers/MediaFacts.h"
 
 namespace desktop {
 

@@ -1,7 +1,7 @@
 #include "desktop/worker/TagText.h"
 
-#include "desktop/middleware/LegacyText.h"
-#include "desktop/middleware/Utf8.h"
+#include "desktop/text/LegacyText.h"
+#include "desktop/text/Utf8.h"
 
 #include <algorithm>
 

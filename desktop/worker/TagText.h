@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/middleware/MediaFacts.h"
+#include "desktop/workers/MediaFacts.h"
 
 #include <string>
 #include <string_view>

@@ -9,7 +9,7 @@
 #include "desktop/worker/StreamFacts.h"
 #include "desktop/worker/Thumbnail.h"
 
-#include "desktop/middleware/WorkerChannel.h"
+#include "desktop/workers/WorkerChannel.h"
 
 #include <exiv2/exiv2.hpp>
 

@@ -1,7 +1,7 @@
 #include "tests/desktop/support/Program.h"
 #include "tests/support/TemporaryDirectory.h"
 
-#include "desktop/middleware/NameEncoding.h"
+#include "desktop/text/NameEncoding.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

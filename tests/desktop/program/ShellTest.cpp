@@ -2,7 +2,7 @@
 #include "tests/desktop/support/Program.h"
 #include "tests/support/TemporaryDirectory.h"
 
-#include "desktop/middleware/NameEncoding.h"
+#include "desktop/text/NameEncoding.h"
 
 #include "platform/SocMwTypes.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/middleware/MediaWorkers.h"
+#include "desktop/workers/MediaWorkers.h"
 
 #include "tests/desktop/support/Jpeg.h"
 #include "tests/support/TemporaryDirectory.h"

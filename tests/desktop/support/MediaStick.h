@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/middleware/FolderListings.h"
+#include "desktop/browsing/FolderListings.h"
 
 #include "tests/desktop/support/FakeReader.h"
 #include "tests/support/TemporaryDirectory.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/middleware/UniqueFd.h"
+#include "desktop/base/UniqueFd.h"
 
 #include <json/json.h>
 

@@ -1,7 +1,7 @@
 #include "tests/desktop/support/DemoStick.h"
 #include "tests/desktop/support/MediaReading.h"
 
-#include "desktop/middleware/NameEncoding.h"
+#include "desktop/text/NameEncoding.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,111 @@
+#include "desktop/boundary/DesktopMiddleware.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace desktop {
+
+namespace {
+
+// Where Linux computers mount sticks.
+const std::vector<std::string> kMountFolders = {"/media", "/run/media", "/mnt"};
+
+std::string absoluteFolder(const std::string& folder)
+{
+    const std::filesystem::path path = std::filesystem::absolute(folder).lexically_normal();
+    return path.has_filename() ? path.string() : path.parent_path().string(); // without a trailing slash
+}
+
+} // namespace
+
+DesktopMiddleware& DesktopMiddleware::instance()
+{
+    static auto* const instance = new DesktopMiddleware();
+    return *instance;
+}
+
+DesktopMiddleware::DesktopMiddleware()
+    : m_resolver({})
+{
+    makeParts("", FolderObserver());
+}
+
+void DesktopMiddleware::open(DesktopSettings settings)
+{
+    StickSources sources;
+    for (const std::string& stick : settings.sticks) {
+        const std::string folder = absoluteFolder(stick);
+        if (std::find(sources.folders.begin(), sources.folders.end(), folder) == sources.folders.end()) {
+            sources.folders.push_back(folder);
+        }
+    }
+    if (settings.mountedSticks) {
+        sources.mountFolders = kMountFolders;
+    }
+    m_screenSwitched = std::move(settings.screenSwitched);
+    makeParts(settings.cacheFolder, settings.observer);
+    m_volumes = std::make_unique<Volumes>(std::move(sources), m_resolver, m_events,
+                                          [this](const std::string& stick) { stickPulled(stick); });
+}
+
+void DesktopMiddleware::startEvents()
+{
+    m_events.start();
+}
+
+void DesktopMiddleware::close()
+{
+    m_listings->cancel();
+    m_grouping->cancel();
+    m_workers->stop(); // which the grouping may wait for
+    m_grouping->stop();
+    m_search->stop();
+    m_volumes.reset();
+    m_thumbnails->close();
+    m_events.stop();
+    m_events.setListener(nullptr);
+    makeParts("", FolderObserver()); // joins what still ends, and lets go of the host's callbacks
+}
+
+Json::Value DesktopMiddleware::deviceList() const
+{
+    return m_volumes != nullptr ? m_volumes->deviceList() : Json::Value(Json::objectValue);
+}
+
+std::string DesktopMiddleware::stickId(const std::string& stick) const
+{
+    return m_volumes != nullptr ? m_volumes->idOf(stick) : "";
+}
+
+void DesktopMiddleware::screenSwitched(bool off) const
+{
+    if (m_screenSwitched) {
+        m_screenSwitched(off);
+    }
+}
+
+void DesktopMiddleware::makeParts(const std::string& cacheFolder, const FolderObserver& observer)
+{
+    m_grouping.reset(); // both look at the listings
+    m_search.reset();
+    m_workers = std::make_shared<MediaWorkers>(); // their processes start with the first file
+    const auto library =
+        std::make_shared<MediaLibrary>(m_workers, cacheFolder, [this](const std::string& stick) { return stickId(stick); });
+    m_listings = std::make_unique<FolderListings>(m_resolver, m_events, observer, library);
+    m_search = std::make_unique<Search>(*m_listings, m_events, observer);
+    m_grouping = std::make_unique<Grouping>(*m_listings, m_events, observer);
+    m_playlists = std::make_unique<Playlists>(m_resolver, *m_listings);
+    m_thumbnails =
+        std::make_unique<Thumbnails>(std::make_shared<ThumbnailMaker>(m_resolver, m_workers, cacheFolder), m_events);
+}
+
+// On the thread that watches the sticks: whatever reads from the stick ends now.
+void DesktopMiddleware::stickPulled(const std::string& stick)
+{
+    m_listings->lose(stick);
+    m_search->lose(stick);
+    m_grouping->lose(stick);
+    m_thumbnails->lose(stick);
+}
+
+} // namespace desktop

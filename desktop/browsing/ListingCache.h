@@ -1,0 +1,27 @@
+#pragma once
+
+#include "desktop/browsing/Listing.h"
+
+#include <mutex>
+
+namespace desktop {
+
+/// Keeps the listings that were read last. Safe on any thread.
+class ListingCache {
+public:
+    /// Keeps @p listing, in place of an older one of its directory.
+    void keep(ListingPointer listing);
+    /// The listing of @p directory, if one is kept and the folder is still in the state @p stamp.
+    ListingPointer find(const std::string& directory, const FolderStamp& stamp);
+    /// Forgets the listings of @p folder, a path as bytes, and of all folders below it.
+    void dropBelow(const std::string& folder);
+    void clear();
+
+private:
+    void forget(const std::string& directory);
+
+    std::mutex m_mutex;
+    std::vector<ListingPointer> m_listings; ///< newest last
+};
+
+} // namespace desktop

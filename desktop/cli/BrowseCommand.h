@@ -1,0 +1,17 @@
+#pragma once
+
+#include "desktop/cli/Session.h"
+
+namespace desktop {
+
+struct BrowseOptions {
+    std::string path;       ///< absolute, or relative to the first stick; empty: the first stick
+    int pageSize = 0;       ///< entries to a page; 0: no pages are shown
+    int page = 0;           ///< the one page to show, from 1; 0: all
+    bool recursive = false; ///< all folders below, too
+};
+
+/// Lists a folder for people.
+void runBrowse(Session& session, const BrowseOptions& options, Output& output);
+
+} // namespace desktop

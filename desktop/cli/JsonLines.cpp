@@ -1,0 +1,70 @@
+#include "desktop/cli/JsonLines.h"
+
+#include "desktop/text/NameEncoding.h"
+
+#include <cstdio>
+#include <memory>
+
+namespace desktop {
+
+namespace {
+
+std::string trimmed(const std::string& text)
+{
+    const std::size_t begin = text.find_first_not_of(" \n");
+    const std::size_t end = text.find('\n', begin);
+    return begin == std::string::npos ? "" : text.substr(begin, end - begin);
+}
+
+// The reader reports "* Line L, Column C" and the reason on the next line; of several the first counts.
+JsonError firstError(const std::string& report)
+{
+    JsonError error;
+    int line = 0;
+    int length = 0;
+    if (std::sscanf(report.c_str(), "* Line %d, Column %d%n", &line, &error.column, &length) == 2) {
+        error.reason = trimmed(report.substr(static_cast<std::size_t>(length)));
+    } else {
+        error.reason = trimmed(report);
+    }
+    return error;
+}
+
+std::unique_ptr<Json::CharReader> strictReader()
+{
+    Json::CharReaderBuilder builder;
+    Json::CharReaderBuilder::strictMode(&builder.settings_);
+    return std::unique_ptr<Json::CharReader>(builder.newCharReader());
+}
+
+} // namespace
+
+std::string jsonLine(const Json::Value& value)
+{
+    Json::StreamWriterBuilder builder;
+    builder["indentation"] = "";
+    builder["emitUTF8"] = true;
+    // Outside of strings JSON is plain ASCII, so bad bytes stand in strings, where a backslash is doubled.
+    return escapeBadBytes(Json::writeString(builder, value), "\\\\x") + "\n";
+}
+
+bool parseJsonLine(std::string_view text, Json::Value& object, JsonError& error)
+{
+    std::string report;
+    try {
+        if (!strictReader()->parse(text.data(), text.data() + text.size(), &object, &report)) {
+            error = firstError(report);
+            return false;
+        }
+    } catch (const Json::Exception& tooDeep) {
+        error.reason = tooDeep.what();
+        return false;
+    }
+    if (!object.isObject()) {
+        error.reason = "An object is wanted.";
+        return false;
+    }
+    return true;
+}
+
+} // namespace desktop

@@ -1,0 +1,207 @@
+#include "desktop/cli/Options.h"
+
+#include "desktop/host/PluginLibrary.h"
+
+#include "desktop/files/EntryFacts.h"
+
+#include <CLI/CLI.hpp>
+
+namespace desktop {
+
+namespace {
+
+constexpr int kUsageError = 2;
+
+constexpr const char* kExamples = R"(Examples:
+  desktop-tv --stick ~/Videos browse
+  desktop-tv --stick ~/Videos browse --recursive Holiday
+  desktop-tv --stick ~/Videos browse --page-size 20 --page 2
+  desktop-tv --stick ~/Videos search
+  desktop-tv --auto groups --by artist
+  desktop-tv --auto groups --by artist --key "The Sines"
+  desktop-tv --stick ~/Videos info Holiday/beach.mp4
+  desktop-tv --stick ~/Videos thumbnails Holiday --out /tmp/pictures --size 320x180
+  desktop-tv --stick ~/Videos shell
+      then type, for example:
+      {"command":"storagemedia.media.entermmbroswer"}
+      {"command":"storagemedia.folder.chgdir","request":{"channelId":"c","reqId":"1","dirpath":"/home/me/Videos"}}
+  desktop-tv commands
+)";
+
+const std::map<std::string, LogLevel> kLogLevels = {{"debug", LogLevel::Debug},
+                                                    {"info", LogLevel::Info},
+                                                    {"warning", LogLevel::Warning},
+                                                    {"error", LogLevel::Error},
+                                                    {"off", LogLevel::Off}};
+
+// A folder that is missing may appear later; something else in its place is a mistake.
+std::string stickFault(const std::string& folder)
+{
+    const auto status = statusWithoutWaiting(folder, STATX_TYPE);
+    const bool fits = !folder.empty() && !(status && S_ISREG(status->stx_mode));
+    return fits ? "" : "'" + folder + "' is no folder";
+}
+
+constexpr const char* kNoCache = "none";
+
+std::string fromEnvironment(const char* variable)
+{
+    const char* value = std::getenv(variable);
+    return value != nullptr ? value : "";
+}
+
+// Where the user's programs keep what they can do without; nothing for a user without a home.
+std::string usualCacheFolder()
+{
+    const std::string cache = fromEnvironment("XDG_CACHE_HOME");
+    if (!cache.empty() && cache.front() == '/') {
+        return cache + "/storagemedia-desktop";
+    }
+    const std::string home = fromEnvironment("HOME");
+    return home.empty() ? "" : home + "/.cache/storagemedia-desktop";
+}
+
+void addGlobalOptions(CLI::App& app, Options& options)
+{
+    app.add_option("--stick", options.sticks, "Folder that stands for a USB stick; may be given several times")
+        ->type_name("FOLDER")
+        ->check(stickFault);
+    app.add_flag("--auto", options.mountedSticks, "Take what this computer mounts under /media, /run/media and /mnt, too");
+    options.cacheFolder = usualCacheFolder();
+    app.add_option_function<std::string>(
+           "--cache", [&options](const std::string& folder) { options.cacheFolder = folder == kNoCache ? "" : folder; },
+           "Folder that keeps what has been read of media files; none: keep nothing; " + options.cacheFolder +
+               " if not given")
+        ->type_name("FOLDER");
+    app.add_option("--plugin", options.pluginFile, "The plugin's library; the one built with this program if not given")
+        ->type_name("FILE");
+    app.add_option_function<std::string>(
+           "--log-level", [&options](const std::string& name) { options.logLevel = kLogLevels.at(name); },
+           "What is logged: debug, info, warning (as if not given), error or off")
+        ->type_name("LEVEL")
+        ->check(CLI::IsMember({"debug", "info", "warning", "error", "off"}));
+    app.add_option("--log", options.logFile, "File that the log is appended to; standard error if not given")
+        ->type_name("FILE");
+}
+
+constexpr const char* kFolderHelp = "Folder: absolute, or below the first stick";
+
+/// A subcommand that sets @p command when it is chosen.
+CLI::App* addCommand(CLI::App& app, Options& options, Options::Command command, const char* name, const char* help)
+{
+    return app.add_subcommand(name, help)->callback([&options, command] { options.command = command; })->fallthrough();
+}
+
+void addJson(CLI::App* command, bool& json)
+{
+    command->add_flag("--json", json, "Write JSON lines");
+}
+
+void addBrowse(CLI::App& app, Options& options)
+{
+    CLI::App* browse =
+        addCommand(app, options, Options::Command::Browse, "browse", "List a folder as the television would show it");
+    browse->add_option("path", options.browse.path, kFolderHelp)->type_name("PATH");
+    browse->add_flag("-r,--recursive", options.browse.recursive, "List the folders below, too");
+    CLI::Option* size = browse->add_option("--page-size", options.browse.pageSize, "Show pages of so many entries")
+                            ->type_name("N")
+                            ->check(CLI::Range(1, 1'000'000));
+    browse->add_option("--page", options.browse.page, "Show only this page, counted from 1")
+        ->type_name("N")
+        ->check(CLI::Range(1, 1'000'000))
+        ->needs(size);
+}
+
+void addSearch(CLI::App& app, Options& options)
+{
+    CLI::App* search =
+        addCommand(app, options, Options::Command::Search, "search", "List the videos in a folder and all below it");
+    search->add_option("path", options.search.path, kFolderHelp)->type_name("PATH");
+    addJson(search, options.search.json);
+}
+
+void addGroups(CLI::App& app, Options& options)
+{
+    static const std::map<std::string, GroupFileType> kWays = {{"genre", GROUP_TYPE_GENRE}, {"artist", GROUP_TYPE_ARTIST},
+                                                               {"album", GROUP_TYPE_ALBUM}, {"date", GROUP_TYPE_DATE},
+                                                               {"month", GROUP_TYPE_MONTH}, {"year", GROUP_TYPE_YEAR}};
+    CLI::App* groups = addCommand(app, options, Options::Command::Groups, "groups",
+                                  "List the music or photos in a folder and all below it in groups");
+    groups->add_option("path", options.groups.path, kFolderHelp)->type_name("PATH");
+    groups
+        ->add_option_function<std::string>(
+            "--by", [&options](const std::string& way) { options.groups.by = kWays.at(way); },
+            "Music by genre, artist or album; photos by date, month or year")
+        ->type_name("WAY")
+        ->required()
+        ->check(CLI::IsMember(kWays));
+    groups->add_option("--key", options.groups.key, "List the files of this group")->type_name("KEY");
+    groups->add_flag("--descending", options.groups.descending, "Last first");
+    addJson(groups, options.groups.json);
+}
+
+void addInfo(CLI::App& app, Options& options)
+{
+    CLI::App* info = addCommand(app, options, Options::Command::Info, "info", "Describe media files");
+    info->add_option("files", options.info.files, "Files: absolute, or below the first stick")
+        ->type_name("FILE")
+        ->required();
+    addJson(info, options.info.json);
+}
+
+// "320x180"; what is wrong with it when it is none.
+std::string readSize(const std::string& text, ThumbnailsOptions& options)
+{
+    int length = -1;
+    std::sscanf(text.c_str(), "%5ux%5u%n", &options.width, &options.height, &length);
+    const bool whole = length == static_cast<int>(text.size()) && options.width > 0 && options.height > 0;
+    return whole ? "" : "'" + text + "' is no size such as 320x180";
+}
+
+void addThumbnails(CLI::App& app, Options& options)
+{
+    CLI::App* thumbnails = addCommand(app, options, Options::Command::Thumbnails, "thumbnails",
+                                      "Make small pictures of the media files in a folder");
+    CLI::Option* path = thumbnails->add_option("path", options.thumbnails.path, kFolderHelp)->type_name("PATH");
+    thumbnails->add_option("--file", options.thumbnails.file, "Of this file alone")->type_name("FILE")->excludes(path);
+    thumbnails->add_option("--out", options.thumbnails.outFolder, "Folder that the pictures are copied to")
+        ->type_name("FOLDER");
+    thumbnails->add_option("--size", "What a picture must fit into, in pixels; 240x360 if not given")
+        ->type_name("WxH")
+        ->check([&options](const std::string& text) { return readSize(text, options.thumbnails); });
+    addJson(thumbnails, options.thumbnails.json);
+}
+
+} // namespace
+
+std::optional<int> parseOptions(int argc, char** argv, Options& options)
+{
+    CLI::App app("Runs the storage-media plugin on this computer, folders in place of USB sticks.", "desktop-tv");
+    app.footer(kExamples);
+    app.require_subcommand(1);
+    app.fallthrough();
+    addGlobalOptions(app, options);
+    addBrowse(app, options);
+    addSearch(app, options);
+    addGroups(app, options);
+    addInfo(app, options);
+    addThumbnails(app, options);
+    addCommand(app, options, Options::Command::Shell, "shell",
+               "Take commands as JSON lines, give replies and notifications as JSON lines");
+    addCommand(app, options, Options::Command::Commands, "commands", "List the commands that the plugin takes");
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : kUsageError;
+    }
+    if (options.isForPeople() && options.sticks.empty() && !options.mountedSticks) {
+        std::cerr << "desktop-tv: this needs a stick: --stick FOLDER or --auto\n";
+        return kUsageError;
+    }
+    if (options.pluginFile.empty()) {
+        options.pluginFile = defaultPluginFile();
+    }
+    return std::nullopt;
+}
+
+} // namespace desktop

@@ -1,0 +1,56 @@
+#include "desktop/cli/ProgressLine.h"
+
+#include "desktop/cli/TextColumns.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace desktop {
+
+namespace {
+
+std::size_t terminalColumns()
+{
+    winsize size = {};
+    constexpr std::size_t kUsual = 80;
+    return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsual;
+}
+
+} // namespace
+
+ProgressLine::ProgressLine()
+    : m_terminal(isatty(STDERR_FILENO) == 1)
+{
+}
+
+void ProgressLine::show(const std::string& text)
+{
+    if (!m_terminal) {
+        return;
+    }
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    std::fprintf(stderr, "\r\x1b[K%s", fitted(text, terminalColumns() - 1).c_str());
+    m_shown = true;
+}
+
+void ProgressLine::clear()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_shown) {
+        std::fputs("\r\x1b[K", stderr);
+        m_shown = false;
+    }
+}
+
+std::string progressBar(std::size_t done, std::size_t total)
+{
+    constexpr std::size_t kColumns = 30;
+    const std::size_t filled = total > 0 ? std::min(done, total) * kColumns / total : kColumns;
+    return "[" + std::string(filled, '#') + std::string(kColumns - filled, ' ') + "] " + std::to_string(done) + " of " +
+           std::to_string(total);
+}
+
+} // namespace desktop

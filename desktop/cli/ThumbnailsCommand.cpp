@@ -1,0 +1,182 @@
+#include "desktop/cli/ThumbnailsCommand.h"
+
+#include "desktop/cli/EntryTable.h"
+#include "desktop/cli/JsonLines.h"
+#include "desktop/cli/TextColumns.h"
+
+#include "desktop/text/NameEncoding.h"
+
+#include "platform/SocMwTypes.h"
+
+#include <filesystem>
+#include <map>
+
+namespace desktop {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kPageSize = 100; // pictures to a request
+constexpr std::size_t kLongestName = 255;
+constexpr const char* kStart = "storagemedia.start.thumbnail";
+
+bool hasPicture(const Json::Value& entry)
+{
+    switch (entry["type"].asInt()) {
+    case FILE_TYPE_PHOTO:
+    case FILE_TYPE_VIDEO:
+    case FILE_TYPE_MUSIC:
+    case FILE_TYPE_PANORAMA:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// One run of the thumbnails command.
+class ThumbnailsRun {
+public:
+    ThumbnailsRun(Session& session, const ThumbnailsOptions& options, Output& output)
+        : m_session(session)
+        , m_options(options)
+        , m_output(output)
+    {
+    }
+
+    void run();
+
+private:
+    /// Picture files by index within a request.
+    using Pictures = std::map<Json::ArrayIndex, std::string>;
+
+    bool makeOfFolder(const std::string& directory);
+    bool makeOfFile(const std::string& path);
+    bool makePage(const std::string& directory, int page, std::size_t before, std::size_t total);
+    Json::Value request() const;
+    Session::Heard gather(Pictures& pictures, std::size_t before, std::size_t total);
+    void tell(const std::string& path, const std::string& picture);
+    std::string copy(const std::string& path, const std::string& picture);
+
+    Session& m_session;
+    const ThumbnailsOptions& m_options;
+    Output& m_output;
+    std::uint64_t m_made = 0;
+    std::uint64_t m_without = 0;
+};
+
+void ThumbnailsRun::run()
+{
+    if (!m_session.enter()) {
+        return;
+    }
+    if (!m_options.outFolder.empty()) {
+        fs::create_directories(m_options.outFolder);
+    }
+    const bool made = m_options.file.empty() ? makeOfFolder(m_session.pathOf(m_options.path))
+                                             : makeOfFile(m_session.pathOf(m_options.file));
+    if (made && !m_options.json) {
+        m_output.write(counted(m_made, "picture") + ", " + counted(m_without, "media file") + " without\n");
+    }
+}
+
+bool ThumbnailsRun::makeOfFolder(const std::string& directory)
+{
+    const auto entries = m_session.changeDirectory(directory, kPageSize);
+    const auto total = static_cast<std::size_t>(entries.value_or(0));
+    for (std::size_t before = 0; before < total; before += kPageSize) {
+        if (m_session.stopped() || !makePage(directory, static_cast<int>(before / kPageSize), before, total)) {
+            return false;
+        }
+    }
+    return entries.has_value();
+}
+
+bool ThumbnailsRun::makeOfFile(const std::string& path)
+{
+    Pictures pictures;
+    Json::Value single = request();
+    single["path"] = path;
+    if (!m_session.ask(kStart, single, path, gather(pictures, 0, 1))) {
+        return false;
+    }
+    tell(path, pictures[0]);
+    return true;
+}
+
+bool ThumbnailsRun::makePage(const std::string& directory, int page, std::size_t before, std::size_t total)
+{
+    const auto entries = m_session.readPage(directory, page);
+    if (!entries) {
+        return false;
+    }
+    Pictures pictures;
+    Json::Value range = request();
+    range["startidx"] = static_cast<Json::UInt>(before);
+    range["count"] = entries->size();
+    if (!m_session.ask(kStart, range, directory, gather(pictures, before, total))) {
+        return false;
+    }
+    for (Json::ArrayIndex i = 0; i < entries->size(); ++i) {
+        const Json::Value& entry = (*entries)[i];
+        if (hasPicture(entry)) {
+            tell(entry["path"].asString(), pictures[i]);
+        }
+    }
+    return true;
+}
+
+Json::Value ThumbnailsRun::request() const
+{
+    Json::Value request;
+    request["type"] = FILE_TYPE_UNKNOWN; // of every kind
+    request["width"] = m_options.width;
+    request["height"] = m_options.height;
+    return request;
+}
+
+Session::Heard ThumbnailsRun::gather(Pictures& pictures, std::size_t before, std::size_t total)
+{
+    return [this, &pictures, before, total](const Json::Value& body, bool) {
+        const Json::ArrayIndex index = body["index"].asUInt();
+        pictures[index] = body["filepath"].asString();
+        m_session.progress().show(progressBar(before + index + 1, total));
+    };
+}
+
+// @p picture is empty when there is none.
+void ThumbnailsRun::tell(const std::string& path, const std::string& picture)
+{
+    Json::Value line;
+    line["path"] = path;
+    if (picture.empty()) {
+        ++m_without;
+        m_output.write(m_options.json ? jsonLine(line) : "no picture of " + visibleText(path) + "\n");
+        return;
+    }
+    ++m_made;
+    line["picture"] = m_options.outFolder.empty() ? picture : copy(path, picture);
+    if (m_options.json) {
+        m_output.write(jsonLine(line));
+    }
+}
+
+// The copy, named after the media file; returns its path as text.
+std::string ThumbnailsRun::copy(const std::string& path, const std::string& picture)
+{
+    std::string name = fs::path(decodeName(path)).filename();
+    const std::string end = name.size() + 4 <= kLongestName ? ".jpg" : "~" + std::to_string(m_made) + ".jpg";
+    name.resize(std::min(name.size(), kLongestName - end.size()));
+    const fs::path target = fs::path(m_options.outFolder) / (name + end);
+    fs::copy_file(picture, target, fs::copy_options::overwrite_existing);
+    return encodeName(target.string());
+}
+
+} // namespace
+
+void runThumbnails(Session& session, const ThumbnailsOptions& options, Output& output)
+{
+    ThumbnailsRun(session, options, output).run();
+}
+
+} // namespace desktop

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "desktop/browsing/FolderListings.h"
+#include "desktop/grouping/Groups.h"
+#include "desktop/jobs/StickJob.h"
+
+namespace desktop {
+
+/// Groups the media below a directory by their tags or dates, and lists the groups. Operations are called on the command
+/// thread unless said otherwise.
+class Grouping {
+public:
+    /// Directories are opened as @p listings opens them.
+    Grouping(const FolderListings& listings, EventQueue& events, FolderObserver observer);
+
+    /// Drops the groups there are and starts grouping what is below @p directory by @p type; ends in
+    /// SOCMW_MM_EVENT_GROUP_COMPLETED, with no keys when the stick is pulled. False, and no event, when there is no such
+    /// directory on a stick or no such type of group.
+    bool start(const std::string& directory, GroupFileType type);
+    /// Stops the grouping that runs; it raises no event.
+    void cancel() { m_job.cancel(); }
+    /// Stick @p stick has been pulled: a grouping of it ends. Safe on any thread.
+    void lose(const std::string& stick) { m_job.lose(stick); }
+    /// Cancels, and waits for all threads that can end.
+    void stop() { m_job.stop(); }
+
+    /// The first @p number files of group @p key, all of them when below 1; nothing when there is no such group.
+    std::optional<std::vector<MediaEntry>> list(const std::string& key, int number, GroupOrder order);
+    /// Page @p page, from 0, of group @p key: pages have the length and the order that the latest list asked for.
+    std::optional<std::vector<FolderFileInfo_s>> page(const std::string& key, int page) const;
+
+private:
+    /// Where a grouping leaves what it has made.
+    struct Result {
+        std::mutex mutex;
+        std::shared_ptr<const Groups> groups; ///< null until then
+    };
+
+    std::optional<std::vector<MediaEntry>> group(const std::string& key) const;
+
+    const FolderListings& m_listings;
+    FolderObserver m_observer;
+    std::shared_ptr<Result> m_result = std::make_shared<Result>();
+    int m_number = 9;
+    GroupOrder m_order = GroupOrder::AsWalked;
+    StickJob m_job;
+};
+
+} // namespace desktop

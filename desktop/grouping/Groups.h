@@ -1,0 +1,47 @@
+#pragma once
+
+#include "desktop/workers/MediaFacts.h"
+
+#include <deque>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace desktop {
+
+/// A media file as lists show it, and its facts.
+struct MediaEntry {
+    FolderFileInfo_s file;
+    MediaFacts facts;
+};
+using MediaEntries = std::deque<MediaEntry>;
+
+/// How a group's files are put in order.
+enum class GroupOrder { AsWalked, NameAscending, NameDescending };
+
+/// Media files in groups. A file has one group; files that do not tell theirs share one, which comes last.
+class Groups {
+public:
+    /// @p entries: in the order of the walk that met them. @p type: one for which areGroups() holds.
+    Groups(MediaEntries entries, GroupFileType type);
+    Groups(const Groups&) = delete;
+    Groups& operator=(const Groups&) = delete;
+
+    /// The groups' names, in natural order.
+    const std::vector<std::string>& keys() const { return m_keys; }
+    /// The files of group @p key; null when there is no such group. Valid with this object.
+    std::optional<std::vector<const MediaEntry*>> files(const std::string& key, GroupOrder order) const;
+
+private:
+    MediaEntries m_entries;
+    std::vector<std::string> m_keys;
+    std::map<std::string, std::vector<const MediaEntry*>> m_files;
+};
+
+/// Whether files can be grouped by @p type.
+bool areGroups(GroupFileType type);
+/// Whether grouping by @p type takes in files of @p kind.
+bool isGrouped(FileType kind, GroupFileType type);
+
+} // namespace desktop

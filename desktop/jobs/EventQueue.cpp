@@ -1,0 +1,68 @@
+#include "desktop/jobs/EventQueue.h"
+
+namespace desktop {
+
+void EventQueue::setListener(Listener listener)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_listener = listener;
+}
+
+void EventQueue::post(int id, std::shared_ptr<void> data, std::function<bool()> wanted)
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_events.push_back({id, std::move(data), std::move(wanted)});
+    }
+    m_changed.notify_one();
+}
+
+std::unique_lock<std::recursive_mutex> EventQueue::holdDelivery()
+{
+    return std::unique_lock<std::recursive_mutex>(m_turn);
+}
+
+void EventQueue::start()
+{
+    if (!m_thread.joinable()) {
+        m_stopping = false;
+        m_thread = std::thread(&EventQueue::run, this);
+    }
+}
+
+void EventQueue::stop()
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_stopping = true;
+    }
+    m_changed.notify_one();
+    if (m_thread.joinable()) {
+        m_thread.join();
+    }
+    m_events.clear(); // of a queue that was never started
+}
+
+void EventQueue::run()
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    while (true) {
+        m_changed.wait(lock, [this] { return m_stopping || !m_events.empty(); });
+        if (m_events.empty()) {
+            return;
+        }
+        const Event event = std::move(m_events.front());
+        m_events.pop_front();
+        const Listener listener = m_listener;
+        lock.unlock();
+        {
+            const std::lock_guard<std::recursive_mutex> turn(m_turn);
+            if (listener != nullptr && (!event.wanted || event.wanted())) {
+                listener(event.id, event.data.get());
+            }
+        }
+        lock.lock();
+    }
+}
+
+} // namespace desktop

@@ -1,0 +1,89 @@
+#include "desktop/jobs/RequestAnswers.h"
+
+namespace desktop {
+
+namespace {
+
+// So much may wait for a listener that is slower than the work.
+constexpr int kMostPieces = 64;
+
+/// Counts what is to be delivered. Its mutex is taken last of all: the queue lets go of data with its own one held.
+class Backlog {
+public:
+    void waitForRoom()
+    {
+        std::unique_lock<std::mutex> lock(m_mutex);
+        m_changed.wait(lock, [this] { return m_count < kMostPieces || m_open; });
+        ++m_count;
+    }
+    void leave()
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        --m_count;
+        m_changed.notify_all();
+    }
+    /// Nobody waits from now on.
+    void open()
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_open = true;
+        m_changed.notify_all();
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    int m_count = 0;
+    bool m_open = false;
+};
+
+} // namespace
+
+struct RequestAnswers::State {
+    explicit State(EventQueue& eventQueue)
+        : events(eventQueue)
+    {
+    }
+
+    EventQueue& events;
+    std::atomic<bool> dropped{false};
+    Backlog backlog;
+    std::mutex mutex;
+    bool ended = false;
+};
+
+RequestAnswers::RequestAnswers(EventQueue& events)
+    : m_state(std::make_shared<State>(events))
+{
+}
+
+void RequestAnswers::piece(int event, std::shared_ptr<void> data)
+{
+    const std::shared_ptr<State> state = m_state;
+    state->backlog.waitForRoom();
+    void* const piece = data.get();
+    const std::shared_ptr<void> counted(piece, [state, data = std::move(data)](void*) { state->backlog.leave(); });
+    const std::lock_guard<std::mutex> lock(state->mutex);
+    if (!state->ended && !state->dropped) {
+        state->events.post(event, counted, [state] { return !state->dropped; });
+    }
+}
+
+void RequestAnswers::end(int event, std::shared_ptr<void> data)
+{
+    const std::shared_ptr<State> state = m_state;
+    state->backlog.open();
+    const std::lock_guard<std::mutex> lock(state->mutex);
+    if (!state->ended && !state->dropped) {
+        state->ended = true;
+        state->events.post(event, std::move(data), [state] { return !state->dropped; });
+    }
+}
+
+void RequestAnswers::drop()
+{
+    m_state->dropped = true;
+    m_state->backlog.open();
+}
+
+} // namespace desktop

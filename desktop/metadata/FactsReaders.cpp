@@ -1,0 +1,122 @@
+#include "desktop/metadata/FactsReaders.h"
+
+#include <fcntl.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <iterator>
+#include <utility>
+
+namespace desktop {
+
+namespace {
+
+constexpr int kReaders = 2;
+constexpr std::size_t kMostWaiting = 128; // each holds a descriptor
+constexpr off_t kHead = 32 * 1024;        // bytes of a file that most of its facts lie in
+constexpr std::size_t kBatch = 32;        // files read at a time
+constexpr std::size_t kRemembered = 512;  // files remembered at a time: the index writes much for each time
+
+} // namespace
+
+FactsReaders::FactsReaders(std::shared_ptr<MediaLibrary> library, CancelFlag cancelled)
+    : m_library(std::move(library))
+    , m_cancelled(std::move(cancelled))
+{
+    for (int i = 0; i < kReaders; ++i) {
+        m_threads.emplace_back(&FactsReaders::readLoop, this);
+    }
+}
+
+void FactsReaders::add(const Location& folder, int fd, const std::string& name, const EntryFacts& entry, MediaFacts& facts)
+{
+    const UniqueFd pinned(openat(fd, name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+    UniqueFd opened = openRegularFile(pinned.get());
+    if (!opened) {
+        logUnreadable(folder.child(name), describeError(errno));
+        return;
+    }
+    // The stick fetches it while others are being read.
+    posix_fadvise(opened.get(), 0, kHead, POSIX_FADV_WILLNEED);
+    std::unique_lock<std::mutex> lock(m_mutex);
+    m_changed.wait(lock, [this] { return m_files.size() < kMostWaiting; });
+    m_files.push_back({folder, name, entry, std::move(opened), &facts});
+    if (m_files.size() == 1) { // readers that are at work look for more by themselves
+        m_changed.notify_all();
+    }
+}
+
+void FactsReaders::finish()
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_finishing = true;
+        m_changed.notify_all();
+    }
+    for (std::thread& thread : m_threads) {
+        thread.join();
+    }
+    m_threads.clear();
+}
+
+void FactsReaders::readLoop()
+{
+    Read known;
+    for (Files files = takeSome(); !files.empty(); files = takeSome()) {
+        if (!*m_cancelled) {
+            read(files);
+        }
+        if (!*m_cancelled) { // else it may have been broken off
+            keep(files, known);
+        }
+        if (known.count >= kRemembered) {
+            m_library->remember(std::exchange(known, {}).files);
+        }
+    }
+    if (known.count > 0) {
+        m_library->remember(known.files);
+    }
+}
+
+// A batch; empty once there are no more.
+FactsReaders::Files FactsReaders::takeSome()
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    m_changed.wait(lock, [this] { return m_finishing || !m_files.empty(); });
+    const auto end = m_files.begin() + static_cast<std::ptrdiff_t>(std::min(m_files.size(), kBatch));
+    Files files(std::make_move_iterator(m_files.begin()), std::make_move_iterator(end));
+    m_files.erase(m_files.begin(), end);
+    m_changed.notify_all();
+    return files;
+}
+
+void FactsReaders::read(Files& files)
+{
+    std::vector<OpenMedia> media;
+    for (const File& file : files) {
+        media.push_back({file.fd.get(), file.entry.type});
+    }
+    std::vector<MediaFacts> facts = m_library->read(media, *m_cancelled);
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        *files[i].facts = std::move(facts[i]);
+    }
+}
+
+void FactsReaders::keep(const Files& files, Read& known) const
+{
+    for (const File& file : files) {
+        if (!file.facts->error.empty()) {
+            logUnreadable(file.folder.child(file.name), file.facts->error);
+        }
+        if (!m_library->lasts(*file.facts, file.fd.get(), file.entry, file.folder.stick)) {
+            continue;
+        }
+        if (known.files.empty() || known.files.back().folder.relative != file.folder.relative) {
+            known.files.push_back({file.folder, {}});
+        }
+        known.files.back().files.push_back({file.name, stampOf(file.entry), *file.facts});
+        ++known.count;
+    }
+}
+
+} // namespace desktop

@@ -1,0 +1,114 @@
+#include "desktop/thumbnails/PictureFiles.h"
+
+#include <fcntl.h>
+#include <sys/sendfile.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <vector>
+
+namespace desktop {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Of 10 to 20 KB each. Those handed over lie in memory.
+constexpr std::size_t kMostHandedOver = 2000;
+constexpr std::size_t kMostKept = 20'000;
+constexpr unsigned int kTrimEvery = 1000; // pictures
+
+} // namespace
+
+bool copyFile(int from, int to)
+{
+    off_t offset = 0;
+    ssize_t copied = 0;
+    do {
+        copied = TEMP_FAILURE_RETRY(sendfile(to, from, &offset, 1 << 20));
+    } while (copied > 0);
+    return copied == 0;
+}
+
+PictureFolder::PictureFolder(std::string folder)
+    : m_folder(std::move(folder))
+{
+}
+
+std::string PictureFolder::add(int picture)
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    const std::string file = m_folder + "/" + std::to_string(m_count++) + ".jpg";
+    lock.unlock();
+    const UniqueFd to(open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644));
+    if (!to || !copyFile(picture, to.get())) {
+        return "";
+    }
+    lock.lock();
+    m_files.push_back(file);
+    return file;
+}
+
+void PictureFolder::trim()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    while (m_files.size() > kMostHandedOver) {
+        unlink(m_files.front().c_str());
+        m_files.pop_front();
+    }
+}
+
+PictureCache::PictureCache(const std::string& folder)
+    : m_folder(folder.empty() ? "" : folder + "/thumbnails")
+{
+}
+
+UniqueFd PictureCache::find(const std::string& key) const
+{
+    return UniqueFd(m_folder.empty() ? -1 : open(fileOf(key).c_str(), O_RDONLY | O_CLOEXEC));
+}
+
+void PictureCache::keep(const std::string& key, int picture)
+{
+    if (m_folder.empty()) {
+        return;
+    }
+    std::error_code unwritable; // opening the file finds out
+    fs::create_directories(m_folder, unwritable);
+    if (m_kept++ % kTrimEvery == 0) {
+        trim();
+    }
+    // Another program may look for it at the same time: it is there whole or not at all.
+    const std::string part = fileOf(key) + "." + std::to_string(gettid()) + ".part";
+    const UniqueFd to(open(part.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (to && (!copyFile(picture, to.get()) || std::rename(part.c_str(), fileOf(key).c_str()) != 0)) {
+        unlink(part.c_str());
+    }
+}
+
+std::string PictureCache::fileOf(const std::string& key) const
+{
+    return m_folder + "/" + key + ".jpg";
+}
+
+void PictureCache::trim() const
+{
+    std::error_code ignored; // another program may be trimming, too
+    std::vector<std::pair<fs::file_time_type, fs::path>> files;
+    for (fs::directory_iterator entry(m_folder, ignored), end; entry != end; entry.increment(ignored)) {
+        files.emplace_back(entry->last_write_time(ignored), entry->path());
+    }
+    if (files.size() <= kMostKept) {
+        return;
+    }
+    std::sort(files.begin(), files.end());
+    files.resize(files.size() - kMostKept);
+    for (const auto& [time, file] : files) {
+        fs::remove(file, ignored);
+    }
+}
+
+} // namespace desktop

@@ -1,0 +1,116 @@
+#include "desktop/thumbnails/ThumbnailMaker.h"
+
+#include "desktop/files/EntryFacts.h"
+#include "desktop/text/NameEncoding.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+
+#include <cerrno>
+#include <cinttypes>
+#include <cstdio>
+#include <string_view>
+
+namespace desktop {
+
+namespace {
+
+constexpr std::size_t kHead = 4096; // bytes of a file that go into its key
+
+FileType kindOf(FileType type)
+{
+    return type == FILE_TYPE_PANORAMA ? FILE_TYPE_PHOTO : type;
+}
+
+bool isPlayable(FileType type)
+{
+    return type == FILE_TYPE_PHOTO || type == FILE_TYPE_VIDEO || type == FILE_TYPE_MUSIC;
+}
+
+/// The 64-bit FNV-1a hash of what it is fed with.
+class Hash {
+public:
+    void add(std::string_view bytes)
+    {
+        for (const char byte : bytes) {
+            m_value = (m_value ^ static_cast<unsigned char>(byte)) * 0x100000001B3U;
+        }
+    }
+    template <typename Number>
+    void addNumber(Number number)
+    {
+        add({reinterpret_cast<const char*>(&number), sizeof number});
+    }
+    std::string text() const
+    {
+        char digits[2 * sizeof m_value + 1];
+        std::snprintf(digits, sizeof digits, "%016" PRIx64, m_value);
+        return digits;
+    }
+
+private:
+    std::uint64_t m_value = 0xCBF29CE484222325U;
+};
+
+/// What the picture of a file depends on. The place is the one on the stick, so that a stick that comes back under another
+/// name finds its pictures again; the head tells apart files that happen to agree in everything else.
+std::string contentKey(const Location& location, int fd, const EntryFacts& facts, const ThumbnailForm& form)
+{
+    char head[kHead];
+    const ssize_t got = pread(fd, head, sizeof head, 0);
+    Hash hash;
+    hash.addNumber(kReadingVersion);
+    hash.add(location.relative);
+    hash.addNumber(facts.size);
+    hash.addNumber(facts.modified);
+    hash.addNumber(form.width);
+    hash.addNumber(form.height);
+    hash.add({head, got > 0 ? static_cast<std::size_t>(got) : 0});
+    return hash.text();
+}
+
+} // namespace
+
+bool ThumbnailForm::wants(FileType file) const
+{
+    return isPlayable(file) && (!isPlayable(kindOf(type)) || kindOf(type) == file);
+}
+
+ThumbnailMaker::ThumbnailMaker(PathResolver resolver, std::shared_ptr<MediaWorkers> workers, const std::string& cacheFolder)
+    : m_resolver(std::move(resolver))
+    , m_workers(std::move(workers))
+    , m_cache(cacheFolder)
+{
+}
+
+UniqueFd ThumbnailMaker::make(const std::string& path, const ThumbnailForm& form, const Wakeup& abandon, std::string& error)
+{
+    const Location location = m_resolver.locate(decodeName(path));
+    const UniqueFd pinned = PathResolver::open(location, O_PATH);
+    const auto facts = pinned ? inspectPinned(pinned.get(), location.relative) : std::nullopt;
+    if (!facts) {
+        error = describeError(errno);
+        return UniqueFd();
+    }
+    if (!form.wants(facts->type)) {
+        return UniqueFd();
+    }
+    const UniqueFd file = openRegularFile(pinned.get());
+    UniqueFd picture(memfd_create("thumbnail", MFD_CLOEXEC));
+    if (!file || !picture) {
+        error = describeError(errno);
+        return UniqueFd();
+    }
+    const std::string key = contentKey(location, file.get(), *facts, form);
+    if (UniqueFd known = m_cache.find(key)) {
+        return known;
+    }
+    error = m_workers->makeThumbnail(file.get(), facts->type, form.width, form.height, picture.get(), abandon);
+    if (!error.empty()) {
+        return UniqueFd();
+    }
+    m_cache.keep(key, picture.get());
+    return picture;
+}
+
+} // namespace desktop

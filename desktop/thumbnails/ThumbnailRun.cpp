@@ -1,0 +1,170 @@
+#include "desktop/thumbnails/ThumbnailRun.h"
+
+#include "desktop/base/Log.h"
+#include "desktop/text/NameEncoding.h"
+
+#include "platform/SocMwEvents.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+
+namespace desktop {
+
+namespace {
+
+constexpr int kJobs = 2; // as there are workers
+
+/// An event's record with the texts that it points to.
+struct ReadyThumbnail {
+    std::string path;
+    std::string picture;
+    thumbnail_ready_s event;
+
+    ReadyThumbnail(std::size_t index, std::string file, std::string pictureFile)
+        : path(std::move(file))
+        , picture(std::move(pictureFile))
+    {
+        event.index = static_cast<std::int32_t>(index);
+        event.ok = picture.empty() ? 0 : 1;
+        event.path = path.c_str();
+        event.filepath = picture.c_str();
+    }
+};
+
+} // namespace
+
+/// Shared by the threads and the events that have been posted.
+struct ThumbnailRun::State : std::enable_shared_from_this<State> {
+    State(ThumbnailRequest what, std::shared_ptr<ThumbnailMaker> by, std::shared_ptr<PictureFolder> into, EventQueue& to)
+        : request(std::move(what))
+        , maker(std::move(by))
+        , folder(std::move(into))
+        , events(to)
+        , entries(request.paths.size())
+    {
+    }
+
+    struct Entry {
+        bool finished = false;
+        std::string picture;
+    };
+
+    const ThumbnailRequest request;
+    const std::shared_ptr<ThumbnailMaker> maker;
+    const std::shared_ptr<PictureFolder> folder;
+    EventQueue& events;
+    Wakeup abandon;
+    std::atomic<bool> cancelled{false};
+    std::mutex mutex;
+    std::vector<Entry> entries;
+    std::size_t begun = 0;  ///< entries that a thread has taken
+    std::size_t posted = 0; ///< entries whose events are on their way
+
+    void work();
+    bool take(std::size_t& index);
+    std::string make(const std::string& path);
+    void finish(std::size_t index, std::string picture);
+    void postFinished();
+    void lose(const std::string& stick);
+};
+
+void ThumbnailRun::State::work()
+{
+    std::size_t index = 0;
+    while (take(index)) {
+        finish(index, make(request.paths[index]));
+    }
+}
+
+bool ThumbnailRun::State::take(std::size_t& index)
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    while (begun < entries.size() && entries[begun].finished) {
+        ++begun;
+    }
+    index = begun++;
+    return !cancelled && index < entries.size();
+}
+
+std::string ThumbnailRun::State::make(const std::string& path)
+{
+    std::string error;
+    std::string file;
+    if (!path.empty()) {
+        if (const UniqueFd picture = maker->make(path, request.form, abandon, error)) {
+            file = folder->add(picture.get());
+            error = file.empty() ? describeError(errno) : "";
+        }
+    }
+    if (!error.empty() && !cancelled) {
+        logLine(LogLevel::Warning, "no thumbnail of " + path + ": " + error);
+    }
+    return file;
+}
+
+void ThumbnailRun::State::finish(std::size_t index, std::string picture)
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    if (!entries[index].finished) { // its stick may have been pulled meanwhile
+        entries[index] = {true, std::move(picture)};
+        postFinished();
+    }
+}
+
+// In the order of the request: whoever asked takes the last one for the end.
+void ThumbnailRun::State::postFinished()
+{
+    for (; !cancelled && posted < entries.size() && entries[posted].finished; ++posted) {
+        const auto ready = std::make_shared<ReadyThumbnail>(posted, request.paths[posted], entries[posted].picture);
+        events.post(request.event, std::shared_ptr<void>(ready, &ready->event),
+                    [state = shared_from_this()] { return !state->cancelled; });
+    }
+}
+
+void ThumbnailRun::State::lose(const std::string& stick)
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    for (std::size_t i = posted; i < entries.size(); ++i) {
+        if (request.paths[i].empty() || liesIn(decodeName(request.paths[i]), stick)) {
+            entries[i].finished = true;
+        }
+    }
+    postFinished();
+    if (posted == entries.size()) {
+        abandon.raise();
+    }
+}
+
+ThumbnailRun::ThumbnailRun(ThumbnailRequest request, std::shared_ptr<ThumbnailMaker> maker,
+                           std::shared_ptr<PictureFolder> folder, EventQueue& events)
+    : m_state(std::make_shared<State>(std::move(request), std::move(maker), std::move(folder), events))
+{
+    for (int i = 0; i < kJobs; ++i) {
+        m_jobs.push_back(std::make_unique<BackgroundJob>([state = m_state](const CancelFlag&) { state->work(); }));
+    }
+}
+
+ThumbnailRun::~ThumbnailRun()
+{
+    cancel();
+}
+
+void ThumbnailRun::cancel()
+{
+    m_state->cancelled = true;
+    m_state->abandon.raise();
+}
+
+void ThumbnailRun::lose(const std::string& stick)
+{
+    m_state->lose(stick);
+}
+
+bool ThumbnailRun::ended() const
+{
+    return std::all_of(m_jobs.begin(), m_jobs.end(),
+                       [](const auto& job) { return job->waitFor(std::chrono::milliseconds(0)); });
+}
+
+} // namespace desktop

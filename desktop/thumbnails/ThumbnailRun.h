@@ -1,0 +1,43 @@
+#pragma once
+
+#include "desktop/jobs/BackgroundJob.h"
+#include "desktop/jobs/EventQueue.h"
+#include "desktop/thumbnails/ThumbnailMaker.h"
+
+#include <vector>
+
+namespace desktop {
+
+/// The pictures of one request.
+struct ThumbnailRequest {
+    std::vector<std::string> paths; ///< of files, as encodeName writes them; empty ones stand for no file
+    ThumbnailForm form;
+    int event = 0; ///< what each picture ends in, a SocMwEventId
+};
+
+/// One request at work, on threads of its own. Each path ends in one event, in the order of the paths. Operations are called
+/// on the command thread unless said otherwise.
+class ThumbnailRun {
+public:
+    /// The makers and the folder may be shared with other runs; @p events must outlive what is posted.
+    ThumbnailRun(ThumbnailRequest request, std::shared_ptr<ThumbnailMaker> maker, std::shared_ptr<PictureFolder> folder,
+                 EventQueue& events);
+    ~ThumbnailRun();
+    ThumbnailRun(const ThumbnailRun&) = delete;
+    ThumbnailRun& operator=(const ThumbnailRun&) = delete;
+
+    /// No event is delivered any more, and what is being made is abandoned. Returns at once.
+    void cancel();
+    /// Stick @p stick, a path as bytes, has been pulled: files on it end without a picture at once. Safe on any thread.
+    void lose(const std::string& stick);
+    /// Whether its threads have ended.
+    bool ended() const;
+
+private:
+    struct State;
+
+    std::shared_ptr<State> m_state;
+    std::vector<std::unique_ptr<BackgroundJob>> m_jobs;
+};
+
+} // namespace desktop

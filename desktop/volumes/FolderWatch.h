@@ -1,0 +1,28 @@
+#pragma once
+
+#include "desktop/base/UniqueFd.h"
+
+#include <string>
+
+namespace desktop {
+
+/// Tells that something has appeared or gone where a folder is or should be.
+class FolderWatch {
+public:
+    /// Throws std::system_error when the kernel gives no watch.
+    FolderWatch();
+
+    /// Readable when there is news.
+    int fd() const { return m_inotify.get(); }
+    /// Makes the descriptor wait for the next news.
+    void clear();
+    /// Watches the way down to @p folder, an absolute path, as far as it exists; to be called again after news.
+    void follow(const std::string& folder);
+
+private:
+    std::string watchAbove(const std::string& folder);
+
+    UniqueFd m_inotify;
+};
+
+} // namespace desktop

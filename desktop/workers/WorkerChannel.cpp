@@ -1,0 +1,173 @@
+#include "desktop/workers/WorkerChannel.h"
+
+#include <sys/socket.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <memory>
+#include <sstream>
+
+namespace desktop {
+
+namespace {
+
+constexpr std::size_t kLongestMessage = 64 * 1024; // bytes
+constexpr std::size_t kMostFiles = 2;
+
+struct TextMember {
+    const char* key;
+    std::string MediaFacts::*member;
+};
+constexpr std::array kTexts = {
+    TextMember{"title", &MediaFacts::title}, TextMember{"artist", &MediaFacts::artist},
+    TextMember{"album", &MediaFacts::album}, TextMember{"genre", &MediaFacts::genre},
+    TextMember{"year", &MediaFacts::year},   TextMember{"taken", &MediaFacts::taken},
+    TextMember{"error", &MediaFacts::error},
+};
+
+struct NumberMember {
+    const char* key;
+    int MediaFacts::*member;
+};
+constexpr std::array kNumbers = {
+    NumberMember{"duration", &MediaFacts::duration},
+    NumberMember{"width", &MediaFacts::width},
+    NumberMember{"height", &MediaFacts::height},
+    NumberMember{"rotation", &MediaFacts::rotation},
+};
+
+/// Room for the descriptors beside a message.
+union Control {
+    cmsghdr header;
+    char bytes[CMSG_SPACE(kMostFiles * sizeof(int))];
+};
+
+void attach(msghdr& message, Control& control, std::initializer_list<int> files)
+{
+    message.msg_control = control.bytes;
+    message.msg_controllen = CMSG_SPACE(files.size() * sizeof(int));
+    cmsghdr* const header = CMSG_FIRSTHDR(&message);
+    header->cmsg_level = SOL_SOCKET;
+    header->cmsg_type = SCM_RIGHTS;
+    header->cmsg_len = CMSG_LEN(files.size() * sizeof(int));
+    std::memcpy(CMSG_DATA(header), files.begin(), files.size() * sizeof(int));
+}
+
+std::vector<UniqueFd> takeFiles(msghdr& message)
+{
+    std::vector<UniqueFd> files;
+    for (cmsghdr* header = CMSG_FIRSTHDR(&message); header != nullptr; header = CMSG_NXTHDR(&message, header)) {
+        if (header->cmsg_level != SOL_SOCKET || header->cmsg_type != SCM_RIGHTS) {
+            continue;
+        }
+        const std::size_t count = (header->cmsg_len - CMSG_LEN(0)) / sizeof(int);
+        for (std::size_t i = 0; i < count; ++i) {
+            int fd = -1;
+            std::memcpy(&fd, CMSG_DATA(header) + i * sizeof(int), sizeof fd);
+            files.emplace_back(fd);
+        }
+    }
+    return files;
+}
+
+// Readers and writers are made once a thread: the making takes longer than a message.
+
+std::string compactText(const Json::Value& body)
+{
+    static thread_local const std::unique_ptr<Json::StreamWriter> writer = [] {
+        Json::StreamWriterBuilder builder;
+        builder["indentation"] = "";
+        return std::unique_ptr<Json::StreamWriter>(builder.newStreamWriter());
+    }();
+    std::ostringstream text;
+    writer->write(body, &text);
+    return text.str();
+}
+
+bool parse(const char* text, std::size_t length, Json::Value& body)
+try {
+    static thread_local const std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
+    return reader->parse(text, text + length, &body, nullptr) && body.isObject();
+} catch (const Json::Exception&) { // nested beyond reason
+    return false;
+}
+
+} // namespace
+
+bool sendMessage(int channel, const Json::Value& body, std::initializer_list<int> files)
+{
+    std::string text = compactText(body);
+    iovec part = {text.data(), text.size()};
+    msghdr message = {};
+    message.msg_iov = &part;
+    message.msg_iovlen = 1;
+    Control control = {};
+    if (files.size() > 0) {
+        attach(message, control, files);
+    }
+    return TEMP_FAILURE_RETRY(sendmsg(channel, &message, MSG_NOSIGNAL)) >= 0;
+}
+
+std::optional<WorkerMessage> receiveMessage(int channel)
+{
+    const std::unique_ptr<char[]> text(new char[kLongestMessage]); // not to be filled for nothing
+    iovec part = {text.get(), kLongestMessage};
+    msghdr message = {};
+    message.msg_iov = &part;
+    message.msg_iovlen = 1;
+    Control control = {};
+    message.msg_control = control.bytes;
+    message.msg_controllen = sizeof control.bytes;
+    ssize_t got = -1;
+    do {
+        // A reset tells, once, that the other side ended with messages unread; what it has sent can still be received.
+        got = recvmsg(channel, &message, MSG_CMSG_CLOEXEC);
+    } while (got < 0 && (errno == EINTR || errno == ECONNRESET));
+    WorkerMessage received;
+    received.files = got >= 0 ? takeFiles(message) : std::vector<UniqueFd>(); // to be closed, whatever else came
+    const bool whole = got > 0 && (message.msg_flags & (MSG_TRUNC | MSG_CTRUNC)) == 0;
+    if (!whole || !parse(text.get(), static_cast<std::size_t>(got), received.body)) {
+        return std::nullopt;
+    }
+    return received;
+}
+
+Json::Value toJson(const MediaFacts& facts)
+{
+    Json::Value json(Json::objectValue);
+    for (const TextMember& text : kTexts) {
+        if (!(facts.*text.member).empty()) {
+            json[text.key] = facts.*text.member;
+        }
+    }
+    for (const NumberMember& number : kNumbers) {
+        if (facts.*number.member != 0) {
+            json[number.key] = facts.*number.member;
+        }
+    }
+    if (facts.panorama) {
+        json["panorama"] = true;
+    }
+    return json;
+}
+
+MediaFacts factsFromJson(const Json::Value& json)
+{
+    MediaFacts facts;
+    for (const TextMember& text : kTexts) {
+        if (json[text.key].isString()) {
+            facts.*text.member = json[text.key].asString();
+        }
+    }
+    for (const NumberMember& number : kNumbers) {
+        if (json[number.key].isInt()) {
+            facts.*number.member = json[number.key].asInt();
+        }
+    }
+    facts.panorama = json["panorama"].isBool() && json["panorama"].asBool();
+    facts.unread = json["unread"].isBool() && json["unread"].asBool();
+    return facts;
+}
+
+} // namespace desktop

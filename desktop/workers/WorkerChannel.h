@@ -1,0 +1,40 @@
+#pragma once
+
+#include "desktop/base/UniqueFd.h"
+#include "desktop/workers/MediaFacts.h"
+
+#include <json/json.h>
+
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace desktop {
+
+// The wire between the desktop and a media worker: a socket that keeps messages whole and carries open files. A request is
+// an object with "job", "facts" or "thumbnail", and "type", a FileType; the media file comes with it. A thumbnail's has
+// "width" and "height" too, the bounds in pixels, and a second file that takes the picture. The answer holds the facts, or
+// "error".
+
+/// The descriptor under which a worker finds its end of the wire.
+constexpr int kWorkerChannel = 3;
+
+/// One message and the files that came with it.
+struct WorkerMessage {
+    Json::Value body{Json::objectValue};
+    std::vector<UniqueFd> files;
+};
+
+/// Sends @p body with copies of @p files; false when nobody is at the other end.
+bool sendMessage(int channel, const Json::Value& body, std::initializer_list<int> files = {});
+
+/// Waits for the next message; nothing at the end of the other side, or when what comes is no message.
+std::optional<WorkerMessage> receiveMessage(int channel);
+
+/// Facts that are empty are left out.
+Json::Value toJson(const MediaFacts& facts);
+/// Members of @p json that are missing or of another type leave their facts empty.
+MediaFacts factsFromJson(const Json::Value& json);
+
+} // namespace desktop

@@ -1,0 +1,122 @@
+#include "desktop/playlists/Playlists.h"
+
+#include "tests/desktop/support/MediaStick.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace desktop {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class PlaylistsTest : public testing::Test {
+protected:
+    /// The paths of the entries of playlist @p name beneath the stick.
+    std::vector<std::string> entriesOf(const std::string& name) const
+    {
+        const ListingPointer listing = playlists.entriesOf(stick.folder.path(name));
+        if (listing == nullptr) {
+            return {"no list"};
+        }
+        std::vector<std::string> paths;
+        for (const FolderFileInfo_s& entry : listing->entries) {
+            paths.push_back(fs::path(entry.path).lexically_relative(stick.folder.path()));
+        }
+        return paths;
+    }
+
+    testsupport::MediaStick stick;
+    Playlists playlists{stick.resolver, stick.listings};
+};
+
+TEST_F(PlaylistsTest, FilesBelow_AreFoundInTheOrderOfAWalk)
+{
+    for (const char* file : {"10.m3u", "9.PLS", "b/disc.cue", "a/list.xspf", "a/deep/list.m3u8", "a/song.mp3"}) {
+        stick.write(file, "");
+    }
+    fs::create_symlink("a", stick.folder.path("link"));
+    const auto files = playlists.filesBelow(stick.folder.path() + "/");
+    ASSERT_TRUE(files);
+    EXPECT_THAT(*files,
+                ElementsAre(stick.folder.path("9.PLS"), stick.folder.path("10.m3u"), stick.folder.path("a/list.xspf"),
+                            stick.folder.path("a/deep/list.m3u8"), stick.folder.path("b/disc.cue")));
+    EXPECT_FALSE(playlists.filesBelow(stick.folder.path("missing")));
+}
+
+TEST_F(PlaylistsTest, Entries_AreRelativeToThePlaylistOrTheStick)
+{
+    stick.write("Music/a.mp3", "x");
+    stick.write("b.mp3", "x");
+    stick.write("Lists/c.mp3", "x");
+    stick.write("Lists/all.m3u", "c.mp3\n../Music/a.mp3\n/Music/a.mp3\n" + stick.folder.path("b.mp3") +
+                                     "\nE:\\Music\\a.mp3\n.\\c.mp3\n..\\b.mp3\n");
+    EXPECT_THAT(entriesOf("Lists/all.m3u"),
+                ElementsAre("Lists/c.mp3", "Music/a.mp3", "Music/a.mp3", "b.mp3", "Music/a.mp3", "Lists/c.mp3", "b.mp3"));
+}
+
+TEST_F(PlaylistsTest, WhatIsNotOnTheStick_IsLeftOutAndLogged)
+{
+    stick.write("a.mp3", "x");
+    stick.folder.makeDirectory("folder");
+    fs::create_symlink("/etc/passwd", stick.folder.path("passwd.mp3"));
+    stick.write("all.m3u", "missing.mp3\na.mp3\n../../../../etc/passwd\n/etc/passwd\npasswd.mp3\nfolder\n..\n/\n");
+    testing::internal::CaptureStdout();
+    EXPECT_THAT(entriesOf("all.m3u"), ElementsAre("a.mp3"));
+    EXPECT_THAT(testing::internal::GetCapturedStdout(), HasSubstr("7 entries of " + stick.folder.path("all.m3u")));
+}
+
+TEST_F(PlaylistsTest, Names_AreFoundInWhicheverCharsetTheyWereWritten)
+{
+    stick.write("caf\u00e9.mp3", "x");
+    stick.write("na\xEFve.mp3", "x");
+    stick.write("all.m3u", "caf\xE9.mp3\nna\xEFve.mp3\ncaf\u00e9.mp3\n");
+    EXPECT_THAT(entriesOf("all.m3u"), ElementsAre("caf\u00e9.mp3", "na\\xEFve.mp3", "caf\u00e9.mp3"));
+}
+
+TEST_F(PlaylistsTest, NamesOfAnotherCharset_LeadToTheFileThatIsThere)
+{
+    stick.write("Кино/Группа крови.mp3", "x");
+    stick.write("ДДТ.mp3", "x");
+    stick.write("\xC4\xC4\xD2 2.mp3", "x"); // on the stick as in the list
+    stick.write("all.m3u", "\xCA\xE8\xED\xEE\\\xC3\xF0\xF3\xEF\xEF\xE0 \xEA\xF0\xEE\xE2\xE8.mp3\n\xC4\xC4\xD2.mp3\n"
+                           "\xC4\xC4\xD2 2.mp3\n");
+    EXPECT_THAT(entriesOf("all.m3u"), ElementsAre("Кино/Группа крови.mp3", "ДДТ.mp3", "\\xC4\\xC4\\xD2 2.mp3"));
+}
+
+TEST_F(PlaylistsTest, Entry_IsDescribedAsInAList)
+{
+    stick.write("Music/a.mp3", "12345");
+    stick.write("Music/b.mp3", "title=The Title");
+    media_file_info_s info;
+    ASSERT_TRUE(stick.listings.describe(stick.folder.path("Music/b.mp3"), info));
+    stick.write("all.m3u", "#EXTINF:1,From the list\nMusic/a.mp3\nMusic/b.mp3\nMusic/a.mp3\n");
+    const ListingPointer listing = playlists.entriesOf(stick.folder.path("all.m3u"));
+    ASSERT_NE(listing, nullptr);
+    ASSERT_EQ(listing->entries.size(), 3U);
+    EXPECT_EQ(listing->entries[0].title, "From the list");
+    EXPECT_EQ(listing->entries[0].size, 5U);
+    EXPECT_EQ(listing->entries[0].type, FILE_TYPE_MUSIC);
+    EXPECT_EQ(listing->entries[0].name, "a.mp3");
+    EXPECT_EQ(listing->entries[1].title, "The Title");
+    EXPECT_EQ(listing->entries[2].title, "a");
+    EXPECT_EQ(listing->entries[2].id, 2);
+}
+
+TEST_F(PlaylistsTest, WhatIsNoPlaylist_HasNoEntries)
+{
+    stick.write("a.mp3", "x");
+    stick.write("huge.m3u", std::string(5 << 20, '\n'));
+    stick.folder.makeDirectory("folder.m3u");
+    testing::internal::CaptureStdout();
+    for (const char* name : {"a.mp3", "missing.m3u", "folder.m3u", "huge.m3u"}) {
+        EXPECT_EQ(playlists.entriesOf(stick.folder.path(name)), nullptr) << name;
+    }
+    EXPECT_THAT(testing::internal::GetCapturedStdout(), HasSubstr("huge.m3u: File too large"));
+    EXPECT_EQ(playlists.entriesOf("/etc/list.m3u"), nullptr);
+}
+
+} // namespace
+} // namespace desktop

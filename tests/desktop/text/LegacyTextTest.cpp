@@ -1,0 +1,127 @@
+#include "desktop/text/LegacyText.h"
+
+#include <gtest/gtest.h>
+#include <unicode/ucnv.h>
+
+namespace desktop {
+namespace {
+
+/// UTF-8 as a program of old wrote it in @p charset.
+std::string written(const std::string& text, const char* charset)
+{
+    std::string bytes(text.size() * 2 + 4, '\0');
+    UErrorCode status = U_ZERO_ERROR;
+    const int32_t length = ucnv_convert(charset, "UTF-8", bytes.data(), static_cast<int32_t>(bytes.size()), text.data(),
+                                        static_cast<int32_t>(text.size()), &status);
+    bytes.resize(U_SUCCESS(status) ? static_cast<std::size_t>(length) : 0);
+    return bytes;
+}
+
+std::string readAgain(const std::string& text, const char* charset)
+{
+    const std::string bytes = written(text, charset);
+    return toUtf8(bytes, guessCharset(bytes));
+}
+
+struct Sample {
+    const char* charset;
+    const char* text;
+};
+
+constexpr Sample kLegacy[] = {
+    {"windows-1251", "Группа крови\nКино\nГруппа крови\nРок"},
+    {"windows-1251", "Калинка"},
+    {"windows-1251", "01 Вступление\nАрия\nГерой асфальта\nMetal"},
+    {"windows-1251", "Ой у лузі червона калина\nБумбокс"},
+    {"koi8-r", "Звезда по имени Солнце\nКино"},
+    {"koi8-r", "Катюша"},
+    {"ibm-866", "Миллион алых роз\nАлла Пугачёва"},
+    {"shift_jis", "上を向いて歩こう\n坂本九\nベスト\n歌謡曲"},
+    {"shift_jis", "さくら\n森山直太朗"},
+    {"euc-jp", "涙そうそう\n夏川りみ"},
+    {"gb18030", "月亮代表我的心\n邓丽君\n邓丽君精选\n流行"},
+    {"gb18030", "朋友\n周华健"},
+    {"big5", "月亮代表我的心\n鄧麗君"},
+    {"big5", "朋友\n周華健"},
+    {"windows-949", "강남스타일\n싸이\n댄스"},
+    {"windows-949", "벚꽃 엔딩\n버스커 버스커"},
+    {"windows-1250", "Dziwny jest ten świat\nCzesław Niemen"},
+    {"windows-1250", "Příběhy obyčejného šílenství\nLucie"},
+    {"windows-1253", "Τα παιδιά του Πειραιά\nΜελίνα Μερκούρη"},
+    {"windows-1254", "Gülpembe\nBarış Manço"},
+    {"windows-1255", "ירושלים של זהב\nשולי נתן"},
+    {"windows-1256", "أنت عمري\nأم كلثوم"},
+    {"windows-874", "ลอยกระทง\nสุนทราภรณ์"},
+};
+
+TEST(LegacyTextTest, TextOfAnotherCharset_IsReadInIt)
+{
+    for (const Sample& sample : kLegacy) {
+        EXPECT_EQ(readAgain(sample.text, sample.charset), sample.text) << sample.charset;
+    }
+}
+
+constexpr const char* kWestern[] = {
+    "Café",
+    "Für Elise\nBeethoven",
+    "Noël",
+    "L’été",
+    "Señorita",
+    "¿Qué será?\nJosé Feliciano",
+    "Coração",
+    "Così fan tutte",
+    "Øde ø",
+    "Smørrebrød",
+    "Hoppípolla\nSigur Rós\nTakk…\nPost-Rock",
+    "Það besta",
+    "Hyvää yötä",
+    "Mä jää tähän yöhön",
+    "ÅÄÖ",
+    "ÉTÉ",
+    "È",
+    "Motörhead",
+    "Queensrÿche",
+    "Ænima",
+    "“Heroes”\nDavid Bowie",
+    "« À »",
+    "25°C – 100 €",
+    "© 2001 ½",
+    "ÄÖÜß",
+    "Nutrición\nMandeår",  // Spanish and Danish
+    "Adoperò\nPrentröðin", // Italian and Icelandic
+    "",
+};
+
+TEST(LegacyTextTest, WesternText_IsNeverTakenForAnything)
+{
+    for (const char* const text : kWestern) {
+        EXPECT_STREQ(guessCharset(written(text, "windows-1252")), "windows-1252") << text;
+        EXPECT_EQ(readAgain(text, "windows-1252"), text);
+    }
+}
+
+TEST(LegacyTextTest, WeakEvidence_ChangesNothing)
+{
+    for (const Sample& sample : {Sample{"windows-1251", "ДДТ"}, Sample{"gb18030", "爱"}, Sample{"windows-1254", "Aşk"}}) {
+        EXPECT_STREQ(guessCharset(written(sample.text, sample.charset)), "windows-1252") << sample.text;
+    }
+}
+
+TEST(LegacyTextTest, BytesOfNoCharset_StayAsTheyAre)
+{
+    std::string all;
+    for (int byte = 1; byte < 256; ++byte) {
+        all += static_cast<char>(byte);
+    }
+    EXPECT_STREQ(guessCharset(all), "windows-1252");
+}
+
+TEST(LegacyTextTest, ToUtf8_TellsWhatStandsForNothing)
+{
+    EXPECT_EQ(toUtf8("\xCA\xE8\xED\xEE \x80", "windows-1251"), "Кино Ђ");
+    EXPECT_EQ(toUtf8("\x81\x20", "gb18030"), "\uFFFD ");
+    EXPECT_EQ(toUtf8("x", "no such charset"), "");
+}
+
+} // namespace
+} // namespace desktop
