@@ -47,8 +47,6 @@ LoadedPlugin::~LoadedPlugin()
     Plugin_Unload();
 }
 
-extern "C" {
-
 int gSocMwStorageLogLevel = 4;
 
 int SocMwLogLevelGet()
@@ -59,6 +57,8 @@ int SocMwLogLevelGet()
 void SocMwLogPrintEx(const char* /*tag*/, int /*level*/, char* /*format*/, ...)
 {
 }
+
+extern "C" {
 
 // The directories of the constructor stay out of the measurement, and off the machine.
 int access(const char* /*path*/, int /*mode*/) noexcept

@@ -6,8 +6,8 @@
 
 namespace tvfirmware {
 
-/// The host's checked readers. Each returns zero when member @p key of @p object was read into @p value, and non-zero,
-/// leaving @p value alone, when the member is missing or of another type. Safe on any thread.
+/// The host's checked readers. Each returns zero when member @p key of @p object was read into @p value, and non-zero when
+/// the member is missing or of another type; what @p value then holds is not used. Safe on any thread.
 class CJsonOperation {
 public:
     static int safeReadInt(Json::Value& object, std::string key, int& value);

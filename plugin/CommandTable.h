@@ -16,6 +16,10 @@ struct CommandRow {
 
 constexpr std::size_t kCommandCount = 46;
 
+// All of this is the library's own, whatever visibility it is built with: another plugin in the host's process may have the
+// same names.
+#pragma GCC visibility push(hidden)
+
 /// The one table that dispatch, tests, fuzzers and the protocol reference walk.
 extern const std::array<CommandRow, kCommandCount + 1> gCmdStringMap;
 
@@ -24,3 +28,5 @@ extern std::map<unsigned int, int> gCmdListIndexMap;
 
 /// Fills gCmdListIndexMap. Of two names with one hash the lower row wins; running it again changes nothing.
 void Plugin_Cmd_Hash_Gen();
+
+#pragma GCC visibility pop

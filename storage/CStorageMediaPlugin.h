@@ -11,14 +11,14 @@
 #include <string>
 #include <vector>
 
-namespace tvfirmware {
-
 /// Paging parameters of a request; 0 where the request has none.
 struct PageData {
     std::int32_t pageIndex = 0;
     std::int32_t pageSize = 0;
     std::int32_t sortType = 0;
 };
+
+namespace tvfirmware {
 
 /// The plugin: 46 command handlers, the listener for middleware events, and the requests that are pending between the two.
 ///

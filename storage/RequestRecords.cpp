@@ -1,6 +1,5 @@
 #include "storage/RequestRecords.h"
 
-#include "storage/Log.h"
 #include "storage/RequestKeys.h"
 
 namespace tvfirmware {
@@ -13,21 +12,19 @@ void AsyncReqNotify::clear()
     extra.clear();
 }
 
-bool AsyncReqNotify::read(const char* handler, Json::Value& request)
+const char* readRequester(Json::Value& request, AsyncReqNotify& slot)
 {
-    std::string channelId;
-    if (!readString(request, "channelId", channelId) || channelId.empty()) {
-        STORAGE_LOG(handler, ERR, "unknown channelId");
-        return false;
+    std::string channel;
+    if (!readString(request, "channelId", channel) || channel.empty()) {
+        return "channelId";
     }
-    channel = channelId;
-    std::string id;
-    if (!readString(request, "reqId", id)) {
-        STORAGE_LOG(handler, ERR, "unknown reqId");
-        return false;
+    slot.channel = channel;
+    std::string reqId;
+    if (!readString(request, "reqId", reqId)) {
+        return "reqId";
     }
-    reqId = id;
-    return true;
+    slot.reqId = reqId;
+    return nullptr;
 }
 
 } // namespace tvfirmware

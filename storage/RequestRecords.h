@@ -14,9 +14,6 @@ struct AsyncReqNotify {
     std::string extra;   ///< directory change: the directory that is being changed to
 
     void clear();
-    /// Takes over whom to answer from @p request: "channelId", which must not be empty, and "reqId". False, @p handler's log
-    /// line written, when one is missing; what was read before stays.
-    bool read(const char* handler, Json::Value& request);
 };
 
 /// The file scan that waits for NotifyScanFinished.
@@ -35,5 +32,9 @@ struct ThumbnailChannel {
     std::string event;
     std::string extra;
 };
+
+/// Takes over whom to answer from @p request: "channelId", which must not be empty, and "reqId". Null when both were read,
+/// else the name of the first that was not; the ones before it are stored all the same.
+const char* readRequester(Json::Value& request, AsyncReqNotify& slot);
 
 } // namespace tvfirmware

@@ -12,8 +12,6 @@ std::atomic<int> currentLevel{static_cast<int>(desktop::LogLevel::Warning)};
 
 } // namespace
 
-extern "C" {
-
 int gSocMwStorageLogLevel = static_cast<int>(desktop::LogLevel::Warning);
 
 int SocMwLogLevelGet()
@@ -36,8 +34,6 @@ void SocMwLogPrintEx(const char* tag, int level, char* format, ...)
     funlockfile(stdout);
     va_end(arguments);
 }
-
-} // extern "C"
 
 namespace desktop {
 

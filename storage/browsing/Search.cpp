@@ -15,7 +15,8 @@ bool CStorageMediaPlugin::searchFiles(Json::Value* request, Json::Value* reply)
         return false;
     }
     AsyncReqNotify& slot = m_requestSlots[SLOT_SEARCH];
-    if (!slot.read(__func__, *request)) { // what it has read stays, whatever fails below
+    if (const char* missing = readRequester(*request, slot)) { // what has been read stays, whatever fails below
+        LOG_ERR("unknown %s", missing);
         return false;
     }
     int number = m_itemCountPerPage;

@@ -19,6 +19,16 @@ struct Requester {
     }
 };
 
+// One entry of a changed directory, and its line.
+Json::Value changedEntry(const FolderFileInfo_s& file)
+{
+    const bool isPhoto360 = file.isPhoto360 != 0;
+    Json::Value entry = folderEntry(file);
+    entry["isPhoto360"] = isPhoto360;
+    LISTENER_DBG("File name:%s, ctime:%s, isPhoto:%d", file.name.c_str(), file.ctime.c_str(), isPhoto360);
+    return entry;
+}
+
 // Published with an empty reqId too: that nobody waits is for the host to see.
 void answer(PublishNotificationCallback publish, const Requester& requester, const char* notification, Json::Value& body)
 {
@@ -36,25 +46,25 @@ void CStorageMediaPlugin::EventHandlers::directoryChanged(const std::vector<Fold
     }
     AsyncReqNotify& slot = plugin.m_requestSlots[SLOT_CHGDIR];
     const Requester requester(slot);
-    std::string directory; // that the result is of, as far as its entries tell
-    Json::Value list(Json::arrayValue);
-    for (const FolderFileInfo_s& file : *files) {
-        if (directory.empty()) {
-            directory = storageManager()->m_folderBrowser.getFileDirPath(file.path);
-            const bool otherDirectory = directory != slot.extra && directory != file.path;
-            if (!directory.empty() && plugin.m_directoryChanging && otherDirectory) {
-                // A newer change has overtaken this one; its own result is still to come.
-                LISTENER_LOG(INFO, "Fast Switch dir:%s to %s ", directory.c_str(), slot.extra.c_str());
-                return;
-            }
-        }
-        const bool isPhoto360 = file.isPhoto360 != 0;
-        Json::Value& entry = list.append(folderEntry(file));
-        entry["isPhoto360"] = isPhoto360;
-        LISTENER_DBG("File name:%s, ctime:%s, isPhoto:%d", file.name.c_str(), file.ctime.c_str(), isPhoto360);
-    }
     Json::Value body;
     body["filecount"] = static_cast<Json::UInt>(files->size());
+    std::string directory; // of the result; empty until an entry has one
+    Json::Value list(Json::arrayValue);
+    for (const FolderFileInfo_s& file : *files) {
+        if (!directory.empty()) {
+            list.append(changedEntry(file));
+            continue;
+        }
+        const FolderFileInfo_s entry = file; // a copy: while it is asked, the browser may go on writing its own
+        directory = storageManager()->m_folderBrowser.getFileDirPath(entry.path);
+        const bool otherDirectory = directory != slot.extra && directory != entry.path;
+        if (!directory.empty() && plugin.m_directoryChanging && otherDirectory) {
+            // A newer change has overtaken this one; its own result is still to come.
+            LISTENER_LOG(INFO, "Fast Switch dir:%s to %s ", directory.c_str(), slot.extra.c_str());
+            return;
+        }
+        list.append(changedEntry(entry));
+    }
     body["filelst"] = std::move(list);
     answer(plugin.m_pPublishCallback, requester, "storagemedia.folder.chgdir.complete", body);
     LISTENER_LOG(INFO, "chgdir.complete: reqId:%s, channelId:%s", requester.reqId.c_str(), requester.channel.c_str());

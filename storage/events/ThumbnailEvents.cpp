@@ -12,8 +12,10 @@ void CStorageMediaPlugin::EventHandlers::thumbnailReady(const thumbnail_ready_s*
     const AsyncReqNotify& slot = plugin.m_requestSlots[SLOT_THUMBNAIL];
     Json::Value body;
     if (thumbnail->ok != 0) {
-        body["path"] = thumbnail->path;
-        body["filepath"] = thumbnail->filepath;
+        const std::string path = thumbnail->path;
+        const std::string filepath = thumbnail->filepath;
+        body["path"] = path;
+        body["filepath"] = filepath;
     } else {
         body["path"] = "";
     }

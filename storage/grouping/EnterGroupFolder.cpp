@@ -33,7 +33,8 @@ bool CStorageMediaPlugin::enterGroupFolder(Json::Value* request, Json::Value* /*
         return false;
     }
     AsyncReqNotify& slot = m_requestSlots[SLOT_GROUP];
-    if (!slot.read(__func__, *request)) { // what it has read stays, whatever fails below
+    if (const char* missing = readRequester(*request, slot)) { // what has been read stays, whatever fails below
+        LOG_ERR("unknown %s", missing);
         return false;
     }
     int group = GROUP_TYPE_NONE;

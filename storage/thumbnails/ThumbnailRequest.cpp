@@ -18,6 +18,19 @@ struct Pictures {
     unsigned int count = 9;
 };
 
+// Sets @p total to the number of pictures that end the request, and returns the browser's status. The total is in place
+// before the browser is asked: its event thread may be quicker than this one.
+int appendPictures(const Pictures& pictures, std::int32_t& total)
+{
+    const auto manager = storageManager();
+    if (!pictures.path.empty()) {
+        total = 1;
+        return manager->m_folderBrowser.appendThumbnailList(pictures.path);
+    }
+    total = static_cast<std::int32_t>(pictures.count);
+    return manager->m_folderBrowser.appendThumbnailList(static_cast<int>(pictures.startIndex), total);
+}
+
 } // namespace
 
 bool CStorageMediaPlugin::startThumbnail(Json::Value* request, Json::Value* /*reply*/)
@@ -27,7 +40,8 @@ bool CStorageMediaPlugin::startThumbnail(Json::Value* request, Json::Value* /*re
         return false;
     }
     AsyncReqNotify& slot = m_requestSlots[SLOT_THUMBNAIL];
-    if (!slot.read(__func__, *request)) { // what it has read stays, whatever fails below
+    if (const char* missing = readRequester(*request, slot)) { // what has been read stays, whatever fails below
+        LOG_ERR("unknown %s", missing);
         return false;
     }
     slot.event = "startThumbnail";
@@ -56,12 +70,7 @@ bool CStorageMediaPlugin::startThumbnail(Json::Value* request, Json::Value* /*re
     LOG_DBG("width:%d, heigth:%d, type:%d, path:%s", pictures.width, pictures.height, pictures.type, pictures.path.c_str());
     LOG_DBG("startIdx:%d, count:%d", pictures.startIndex, pictures.count);
 
-    const auto startIndex = static_cast<int>(pictures.startIndex);
-    const auto count = static_cast<int>(pictures.count);
-    m_thumbnailTotal = pictures.path.empty() ? count : 1;
-    const auto manager = storageManager();
-    int ret = pictures.path.empty() ? manager->m_folderBrowser.appendThumbnailList(startIndex, count)
-                                    : manager->m_folderBrowser.appendThumbnailList(pictures.path);
+    int ret = appendPictures(pictures, m_thumbnailTotal);
     if (ret != 0) {
         LOG_ERR("add list failed!!!ret:%d", ret);
         return false;

@@ -6,6 +6,17 @@
 
 using recording::call;
 
+namespace {
+
+// Handles are fetched for one call and dropped before the next.
+void recordFetch(const std::string& manager)
+{
+    FakePlatform& platform = FakePlatform::instance();
+    platform.record(platform.isHandleHeld() ? manager + " while a handle is held" : manager);
+}
+
+} // namespace
+
 struct SocMiddleware::State {};
 
 SocMiddleware::SocMiddleware() = default;
@@ -19,7 +30,7 @@ SocMiddleware* SocMiddleware::getInstance()
 
 std::shared_ptr<SocMwStorageUsbMgr> SocMiddleware::getStorageUsbMgr()
 {
-    FakePlatform::instance().record("storage manager");
+    recordFetch("storage manager");
     if (FakePlatform::instance().failHandles) {
         throw std::runtime_error("no storage manager");
     }
@@ -28,7 +39,7 @@ std::shared_ptr<SocMwStorageUsbMgr> SocMiddleware::getStorageUsbMgr()
 
 std::shared_ptr<SocMwSystemMgr> SocMiddleware::getSystemMgr()
 {
-    FakePlatform::instance().record("system manager");
+    recordFetch("system manager");
     return FakePlatform::instance().systemManager;
 }
 

@@ -43,13 +43,22 @@ FakePlatform& FakePlatform::instance()
 
 void FakePlatform::record(const std::string& call)
 {
-    m_journal += m_output.take() + "<" + call + ">\n";
+    catchUp();
+    m_journal += "<" + call + ">\n";
 }
 
 std::string FakePlatform::takeJournal()
 {
-    m_journal += m_output.take();
+    catchUp();
     return std::exchange(m_journal, std::string());
+}
+
+void FakePlatform::catchUp()
+{
+    m_journal += m_output.take();
+    if (onJournal) {
+        m_journal += onJournal();
+    }
 }
 
 int FakePlatform::status(const std::string& operation) const
@@ -60,6 +69,7 @@ int FakePlatform::status(const std::string& operation) const
 
 int FakePlatform::nextLogLevel()
 {
+    catchUp();
     if (logLevels.empty()) {
         return logLevel;
     }
@@ -67,8 +77,6 @@ int FakePlatform::nextLogLevel()
     logLevels.pop_front();
     return level;
 }
-
-extern "C" {
 
 int gSocMwStorageLogLevel = -1;
 
@@ -86,5 +94,3 @@ void SocMwLogPrintEx(const char* tag, int level, char* format, ...)
     va_end(arguments);
     FakePlatform::instance().record("log " + std::string(tag) + " " + std::to_string(level) + " " + text);
 }
-
-} // extern "C"

@@ -36,16 +36,22 @@ public:
     int status(const std::string& operation) const;
     /// The level that the next log line meets.
     int nextLogLevel();
+    /// Whether somebody else holds a manager's handle.
+    bool isHandleHeld() const { return storageManager.use_count() > 1 || systemManager.use_count() > 1; }
 
     std::shared_ptr<SocMwStorageUsbMgr> storageManager;
     std::shared_ptr<SocMwSystemMgr> systemManager;
     void (*listener)(int event, void* data) = nullptr;
     std::function<void()> onListener; ///< runs while the listener is being set
 
+    /// Asked for what belongs into the journal before the next call or log line, and at its end; may be null.
+    std::function<std::string()> onJournal;
+
     // Scripted answers
     std::map<std::string, int> statuses; ///< by the operation's name
     int logLevel = 4;                    ///< 4: nothing is printed
     std::deque<int> logLevels;           ///< levels of the next lines, before logLevel holds
+    bool readersWriteJunk = false;       ///< those that fail leave something in their output
     Json::Value json;                    ///< what operations fill into a JSON value
     std::vector<FolderFileInfo_s> files;
     std::vector<media_file_info_s> media;
@@ -71,6 +77,8 @@ public:
     std::optional<struct statfs> fileSystem; ///< none: statfs fails
 
 private:
+    void catchUp();
+
     testsupport::StdoutCapture m_output;
     std::string m_journal;
 };

@@ -13,6 +13,16 @@ const Json::Value* member(const Json::Value& object, const std::string& key)
     return object.isObject() ? object.find(key.data(), key.data() + key.size()) : nullptr;
 }
 
+// What a reader returns that cannot read; it may have written anything by then.
+template <typename Value>
+int failed(int ret, Value& value, const Value& junk)
+{
+    if (FakePlatform::instance().readersWriteJunk) {
+        value = junk;
+    }
+    return ret;
+}
+
 } // namespace
 
 int CJsonOperation::safeReadInt(Json::Value& object, std::string key, int& value)
@@ -20,7 +30,7 @@ int CJsonOperation::safeReadInt(Json::Value& object, std::string key, int& value
     call("read int " + key, value);
     const Json::Value* found = member(object, key);
     if (found == nullptr || !found->isInt()) {
-        return -1;
+        return failed(-1, value, -559038737);
     }
     value = found->asInt();
     return 0;
@@ -31,7 +41,7 @@ int CJsonOperation::safeReadUInt(Json::Value& object, std::string key, unsigned 
     call("read uint " + key, value);
     const Json::Value* found = member(object, key);
     if (found == nullptr || !found->isUInt()) {
-        return -1;
+        return failed(-1, value, 0xDEADBEEFU);
     }
     value = found->asUInt();
     return 0;
@@ -42,7 +52,7 @@ int CJsonOperation::safeReadBool(Json::Value& object, std::string key, bool& val
     call("read bool " + key, value);
     const Json::Value* found = member(object, key);
     if (found == nullptr || !found->isBool()) {
-        return 1;
+        return failed(1, value, !value);
     }
     value = found->asBool();
     return 0;
@@ -53,7 +63,7 @@ int CJsonOperation::safeReadString(Json::Value& object, std::string key, std::st
     call("read string " + key, value);
     const Json::Value* found = member(object, key);
     if (found == nullptr || !found->isString()) {
-        return 1;
+        return failed(1, value, std::string("junk"));
     }
     value = found->asString();
     return 0;

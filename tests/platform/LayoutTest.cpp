@@ -1,10 +1,15 @@
 #include "platform/SocMiddleware.h"
 #include "platform/SocMwEvents.h"
+#include "support/PluginState.h"
+
+#include "platform/FakePlatform.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <functional>
 #include <type_traits>
 
 // Where everything that crosses the boundary lies. The plugin and the platform are built apart from each other, so nothing
@@ -164,6 +169,30 @@ TEST(Layout, FolderBrowser_FollowsTheTableOfVirtualMembers)
     static_assert(sizeof member == sizeof offset);
     std::memcpy(&offset, &member, sizeof offset);
     EXPECT_EQ(offset, sizeof(void*));
+}
+
+static_assert(std::is_same_v<decltype(ExposedPlugin::m_pPublishCallback), PublishNotificationCallback>);
+static_assert(std::is_same_v<decltype(ExposedPlugin::m_scanChannel), tvfirmware::ScanChannel>);
+static_assert(std::is_same_v<decltype(ExposedPlugin::m_thumbnailChannel), tvfirmware::ThumbnailChannel>);
+static_assert(std::is_same_v<decltype(ExposedPlugin::m_thumbnailIndex), std::int32_t>);
+static_assert(std::is_same_v<decltype(ExposedPlugin::m_intList), std::vector<int>>);
+static_assert(std::is_same_v<decltype(ExposedPlugin::m_itemCountPerPage), std::int32_t>);
+static_assert(std::is_same_v<decltype(ExposedPlugin::m_pagingPosition), std::int32_t>);
+static_assert(std::is_same_v<decltype(ExposedPlugin::m_directoryChanging), bool>);
+static_assert(std::is_same_v<decltype(ExposedPlugin::m_requestSlots), tvfirmware::AsyncReqNotify[4]>);
+static_assert(std::is_same_v<decltype(ExposedPlugin::m_thumbnailTotal), std::int32_t>);
+
+// Destroyed in reverse.
+TEST(Layout, FieldsOfThePlugin_StandInTheirOrderFromItsStart)
+{
+    FakePlatform platform;
+    const ExposedPlugin plugin;
+    const std::vector<const void*> fields = {
+        &plugin.m_pPublishCallback, &plugin.m_scanChannel,      &plugin.m_thumbnailChannel, &plugin.m_thumbnailIndex,
+        &plugin.m_intList,          &plugin.m_itemCountPerPage, &plugin.m_pagingPosition,   &plugin.m_directoryChanging,
+        &plugin.m_requestSlots,     &plugin.m_thumbnailTotal};
+    EXPECT_EQ(fields.front(), &plugin);
+    EXPECT_TRUE(std::is_sorted(fields.begin(), fields.end(), std::less<>()));
 }
 
 TEST(Layout, OtherMembersOfTheStorageManager_AreReachedByName)

@@ -18,15 +18,15 @@ struct DispatchedCommand {
     const char* name;
     const char* function;
     bool result;
-    std::vector<Happening> journal;
+    Journal journal;
 };
 
-std::vector<Happening> statusCall(const std::string& call)
+Journal statusCall(const std::string& call)
 {
     return {manager(), did(call)};
 }
 
-std::vector<Happening> missing(const Happening& read, const std::string& message)
+Journal missing(const Happening& read, const std::string& message)
 {
     return {read, err(message)};
 }
@@ -154,8 +154,7 @@ TEST_P(EveryCommand, Executed_RunsItsOwnHandler)
         Json::Value reply;
         request["CmdHash"] = tvfirmware::str2hashid(command.name);
         EXPECT_EQ(Plugin_Execute(command.name, &request, &reply), command.result);
-        std::vector<Happening> expected = {
-            did("log FRAMEWORK 0 storageMedia plugin Plugin_Execute: " + std::string(command.name))};
+        Journal expected = {did("log FRAMEWORK 0 storageMedia plugin Plugin_Execute: " + std::string(command.name))};
         expected.insert(expected.end(), command.journal.begin(), command.journal.end());
         EXPECT_EQ(normalised(platform.takeJournal()), render(expected, command.function, level));
         Plugin_Unload();

@@ -22,7 +22,7 @@ protected:
     FakePlatform platform;
 };
 
-const std::vector<Happening> kConstruction = {
+const Journal kConstruction = {
     info("Check dir first!"),
     did(R"(access("/mtd_rwarea/apdat/Thumbnaildata/Mass", 0))"),
     info("run: mkdir -p /mtd_rwarea/apdat/Thumbnaildata/Mass"),
@@ -35,12 +35,6 @@ const std::vector<Happening> kConstruction = {
     manager(),
     did("setListener()"),
 };
-
-std::vector<Happening> operator+(std::vector<Happening> first, const std::vector<Happening>& second)
-{
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
-}
 
 TEST(EntryPoints, GetId_InAnyState_IsTen)
 {
@@ -73,8 +67,7 @@ TEST(EntryPoints, Load_AtEveryLevel_ConstructsInOrderAndReturnsTheName)
         FakePlatform platform;
         platform.logLevel = level;
         EXPECT_EQ(Plugin_Load(), PLUGIN_HEADER_STORAGEMEDIA);
-        const auto expected =
-            std::vector<Happening>{did("log FRAMEWORK 1 [TVFW::StoragePlugin] Plugin_Load")} + kConstruction;
+        const auto expected = Journal{did("log FRAMEWORK 1 [TVFW::StoragePlugin] Plugin_Load")} + kConstruction;
         EXPECT_EQ(normalised(platform.takeJournal()), render(expected, "thumbnailBUffDirInit", level));
         EXPECT_EQ(platform.listener, &tvfirmware::CStorageMediaPlugin::onRecvEvent);
         EXPECT_EQ(platform.storageManager.use_count(), 1) << "a manager handle was kept";
@@ -111,7 +104,7 @@ TEST(EntryPoints, Load_ThatThrows_KeepsThePluginThatWasLoaded)
     platform.failHandles = true;
     EXPECT_THROW(Plugin_Load(), std::runtime_error);
     platform.failHandles = false;
-    platform.storageManager = manager;
+    platform.storageManager = std::move(manager);
     platform.takeJournal();
 
     // The callback goes to the instance that was loaded before.
@@ -145,6 +138,23 @@ TEST(EntryPoints, Unload_LogsAndDestroys)
     Plugin_Unload();
     EXPECT_EQ(normalised(platform.takeJournal()), "<log FRAMEWORK 0 [TVFW::StoragePlugin] storage plugin Plugin_Unload>\n"
                                                   "[DBG][~CStorageMediaPlugin][TVFW::~CStorageMediaPlugin] DELETE\r\n");
+}
+
+TEST(EntryPoints, Unload_KeepsTheIndex)
+{
+    FakePlatform platform;
+    Plugin_Load();
+    const auto loaded = gCmdListIndexMap;
+    Plugin_Unload();
+    EXPECT_EQ(gCmdListIndexMap, loaded);
+    EXPECT_EQ(gCmdListIndexMap.size(), 47U);
+}
+
+TEST_F(LoadedPlugin, GetId_IsTenAndNothingElse)
+{
+    platform.takeJournal();
+    EXPECT_EQ(Plugin_GetId(), 10);
+    EXPECT_EQ(journal(), "");
 }
 
 TEST(EntryPoints, UnloadAndLoadAgain_DispatchesAsBefore)
@@ -252,7 +262,9 @@ TEST_F(LoadedPlugin, Execute_HashThatIsNoNumber_IsTheLibrarysError)
     for (const char* hash : {R"("text")", "-1", "{}", "[]"}) {
         Json::Value request;
         request["CmdHash"] = testsupport::parsed(hash);
+        platform.takeJournal();
         EXPECT_THROW(Plugin_Execute("x", &request, nullptr), Json::LogicError) << hash;
+        EXPECT_EQ(journal(), "<log FRAMEWORK 0 storageMedia plugin Plugin_Execute: x>\n") << "logged before it is read";
     }
 }
 

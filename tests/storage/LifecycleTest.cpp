@@ -6,6 +6,8 @@
 
 namespace {
 
+using tvfirmware::CStorageMediaPlugin;
+
 TEST(Lifecycle, NewPlugin_HasItsDefaults)
 {
     FakePlatform platform;
@@ -39,6 +41,24 @@ TEST(Lifecycle, NewPlugin_IsTheInstanceThatEventsReach)
     EXPECT_EQ(tvfirmware::CStorageMediaPlugin::m_pThisControl, &plugin);
 }
 
+TEST(Lifecycle, EveryCallOfTheConstructor_FindsTheInstanceAndItsDefaults)
+{
+    FakePlatform platform;
+    std::vector<PluginState> states;
+    CStorageMediaPlugin::m_pThisControl = nullptr;
+    platform.onJournal = [&states] {
+        states.push_back(stateOf(static_cast<const ExposedPlugin&>(*CStorageMediaPlugin::m_pThisControl)));
+        return std::string();
+    };
+    const ExposedPlugin plugin;
+    platform.onJournal = nullptr;
+    EXPECT_EQ(states.size(), 11U)
+        << "seven log lines and calls for the directories, the last line, two calls for the listener";
+    for (const PluginState& state : states) {
+        EXPECT_EQ(state, stateOf(plugin));
+    }
+}
+
 TEST(Lifecycle, ExistingThumbnailDirectories_AreRemovedFirst)
 {
     FakePlatform platform;
@@ -47,7 +67,7 @@ TEST(Lifecycle, ExistingThumbnailDirectories_AreRemovedFirst)
     const ExposedPlugin plugin;
     const std::string mass = "/mtd_rwarea/apdat/Thumbnaildata/Mass";
     const std::string sing = "/mtd_rwarea/apdat/Thumbnaildata/Sing";
-    std::vector<Happening> expected;
+    Journal expected;
     for (const std::string& dir : {mass, sing}) {
         expected.insert(expected.end(), {info("Check dir first!"), did("access(\"" + dir + "\", 0)"),
                                          info("dir: " + dir + " exist! remove first!"), info("run: rm -rf " + dir),
@@ -90,15 +110,17 @@ TEST(Lifecycle, Destroyed_LogsAndLeavesTheInstancePointer)
     EXPECT_EQ(tvfirmware::CStorageMediaPlugin::m_pThisControl, address);
 }
 
+void another(const char* /*source*/, const char* /*name*/, Json::Value& /*body*/)
+{
+}
+
 TEST(Lifecycle, SetCallback_LogsAndStoresAnyPointer)
 {
     for (const PublishNotificationCallback callback :
          {PublishNotificationCallback(recordPublication), PublishNotificationCallback(nullptr)}) {
-        char pointer[32] = {};
-        std::snprintf(pointer, sizeof pointer, "%p", reinterpret_cast<void*>(callback));
         Scenario("setCallback", [callback](ExposedPlugin& plugin) { plugin.setCallback(callback); })
-            .happens({dbg(std::string("setCallback: ") + pointer)})
-            .afterwards([callback](const ExposedPlugin& plugin) { EXPECT_EQ(plugin.m_pPublishCallback, callback); })
+            .given([](FakePlatform&, ExposedPlugin& plugin) { plugin.m_pPublishCallback = another; })
+            .happens({dbg("setCallback: " + pointerText(callback)), changed("m_pPublishCallback", callback)})
             .check();
     }
 }

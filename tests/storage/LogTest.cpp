@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <ctime>
+#include <optional>
 
 namespace {
 
@@ -77,6 +79,45 @@ TEST(Log, Prefix_IsTimeModuleLevelFunctionAndLine)
     possible[1] = std::string(ctime_r(&after, time)).substr(0, 24);
     const std::string rest = "][DAEMON-STORAGEMEDIAMGR][WAR][TestBody-" + std::to_string(line) + "]text\r\n";
     EXPECT_TRUE(printedLine == "[" + possible[0] + rest || printedLine == "[" + possible[1] + rest) << printedLine;
+}
+
+/// Another time zone while it lives.
+class TimeZone {
+public:
+    explicit TimeZone(const char* zone)
+    {
+        const char* before = std::getenv("TZ");
+        m_before = before != nullptr ? std::optional<std::string>(before) : std::nullopt;
+        setenv("TZ", zone, 1);
+        tzset();
+    }
+    ~TimeZone()
+    {
+        m_before.has_value() ? setenv("TZ", m_before->c_str(), 1) : unsetenv("TZ");
+        tzset();
+    }
+    TimeZone(const TimeZone&) = delete;
+    TimeZone& operator=(const TimeZone&) = delete;
+
+private:
+    std::optional<std::string> m_before;
+};
+
+TEST(Log, Time_IsTheLocalOne)
+{
+    const TimeZone zone("EAST-9:30"); // nine and a half hours ahead
+    FakePlatform platform;
+    platform.logLevel = 0;
+    const auto inZone = [](std::time_t time) {
+        const std::time_t shifted = time + 9 * 3600 + 30 * 60;
+        char text[26] = {};
+        return std::string(asctime_r(gmtime(&shifted), text)).substr(0, 24);
+    };
+    const std::string before = inZone(std::time(nullptr));
+    LOG_ERR("text");
+    const std::string after = inZone(std::time(nullptr));
+    const std::string time = platform.takeJournal().substr(1, 24);
+    EXPECT_TRUE(time == before || time == after) << time;
 }
 
 TEST(Log, MessageThatEndsALine_GetsItsOwnLineEndToo)

@@ -4,6 +4,9 @@
 #include "support/Protocol.h"
 #include "support/TypedJson.h"
 
+#include <gtest/gtest.h>
+
+#include <cstdio>
 #include <regex>
 
 Happening dbg(const std::string& message)
@@ -67,6 +70,36 @@ Happening manager()
     return did("storage manager");
 }
 
+Happening changed(const std::string& field, const std::string& value)
+{
+    return printed("{" + field + " = \"" + value + "\"}\n");
+}
+
+Happening changed(const std::string& field, const char* value)
+{
+    return changed(field, std::string(value));
+}
+
+Happening changed(const std::string& field, int value)
+{
+    return printed("{" + field + " = " + std::to_string(value) + "}\n");
+}
+
+Happening changed(const std::string& field, bool value)
+{
+    return printed("{" + field + " = " + (value ? "true" : "false") + "}\n");
+}
+
+Happening changed(const std::string& field, PublishNotificationCallback value)
+{
+    return printed("{" + field + " = " + pointerText(value) + "}\n");
+}
+
+Happening slotChanged(int slot, const std::string& text, const std::string& value)
+{
+    return changed("m_requestSlots[" + std::to_string(slot) + "]." + text, value);
+}
+
 Happening published(const std::string& source, const std::string& name, const std::string& body)
 {
     return did("publish " + source + " " + name + " " + body);
@@ -77,7 +110,13 @@ Happening broadcast(const std::string& name, const std::string& body)
     return published("storagemedia", name, body);
 }
 
-std::string render(const std::vector<Happening>& journal, const std::string& function, int level)
+Journal operator+(Journal first, const Journal& second)
+{
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
+std::string render(const Journal& journal, const std::string& function, int level)
 {
     static const std::string kFunctionMark = "[%]";
     std::string text;
@@ -100,11 +139,21 @@ std::string normalised(const std::string& journal)
 {
     static const std::regex kPrefix(R"(\[[A-Z][a-z]{2} [A-Z][a-z]{2} [ \d]\d \d{2}:\d{2}:\d{2} \d{4}\])"
                                     R"(\[DAEMON-STORAGEMEDIAMGR\]\[(DBG|INFO|WAR|ERR)\]\[(~?\w+)-[1-9]\d*\])");
-    return std::regex_replace(journal, kPrefix, "[$1][$2]");
+    static const std::regex kRepeatedTag(R"(\[(\w+)-(\d+)\]\1-\2, )");
+    return std::regex_replace(std::regex_replace(journal, kRepeatedTag, "[$1-$2]$1-#, "), kPrefix, "[$1][$2]");
+}
+
+std::string pointerText(PublishNotificationCallback callback)
+{
+    char text[32] = {};
+    std::snprintf(text, sizeof text, "%p", reinterpret_cast<void*>(callback));
+    return text;
 }
 
 void recordPublication(const char* source, const char* name, Json::Value& body)
 {
     testsupport::expectNotificationAsDescribed(source, name, body);
     FakePlatform::instance().record("publish " + std::string(source) + " " + name + " " + testsupport::typed(body));
+    EXPECT_FALSE(FakePlatform::instance().isHandleHeld()) << "a manager's handle is held while " << name << " is published";
+    body = "changed by the host";
 }

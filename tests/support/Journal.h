@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/PluginHost.h"
+
 #include <json/json.h>
 
 #include <string>
@@ -13,6 +15,8 @@ struct Happening {
 };
 
 constexpr int kAtEveryLevel = 5;
+
+using Journal = std::vector<Happening>;
 
 Happening dbg(const std::string& message);
 Happening info(const std::string& message);
@@ -30,16 +34,31 @@ Happening readBool(const std::string& key);
 Happening readString(const std::string& key);
 /// A fetch of the storage manager's handle.
 Happening manager();
+/// A change of one of the plugin's fields, by its name.
+Happening changed(const std::string& field, const std::string& value);
+Happening changed(const std::string& field, const char* value);
+Happening changed(const std::string& field, int value);
+Happening changed(const std::string& field, bool value);
+Happening changed(const std::string& field, PublishNotificationCallback value);
+/// The change of one text of request slot @p slot.
+Happening slotChanged(int slot, const std::string& text, const std::string& value);
 /// A notification, with its body as typed text.
 Happening published(const std::string& source, const std::string& name, const std::string& body);
 /// A notification with the plugin's name as source.
 Happening broadcast(const std::string& name, const std::string& body);
 
-/// @p journal as text at @p level, with @p function as the name of its lines.
-std::string render(const std::vector<Happening>& journal, const std::string& function, int level);
+/// One part of a journal after another.
+Journal operator+(Journal first, const Journal& second);
 
-/// @p journal with time and line number taken out of every log line: "[DBG][function]message".
+/// @p journal as text at @p level, with @p function as the name of its lines.
+std::string render(const Journal& journal, const std::string& function, int level);
+
+/// @p journal with time and line number taken out of every log line: "[DBG][function]message". A message that repeats its
+/// line's tag has "#" for the number: "[WAR][function]function-#, message".
 std::string normalised(const std::string& journal);
 
-/// A publish callback that records.
+/// @p callback as "%p" prints it.
+std::string pointerText(PublishNotificationCallback callback);
+
+/// A publish callback that records, and then changes the body, which is the host's to do.
 void recordPublication(const char* source, const char* name, Json::Value& body);

@@ -1,30 +1,22 @@
 #pragma once
 
 #include "platform/FakePlatform.h"
-#include "storage/CStorageMediaPlugin.h"
 #include "support/Journal.h"
+#include "support/PluginState.h"
 
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
-/// The plugin with its state open to tests.
-class ExposedPlugin : public tvfirmware::CStorageMediaPlugin {
-public:
-    using CStorageMediaPlugin::m_directoryChanging;
-    using CStorageMediaPlugin::m_intList;
-    using CStorageMediaPlugin::m_itemCountPerPage;
-    using CStorageMediaPlugin::m_pagingPosition;
-    using CStorageMediaPlugin::m_pPublishCallback;
-    using CStorageMediaPlugin::m_requestSlots;
-    using CStorageMediaPlugin::m_scanChannel;
-    using CStorageMediaPlugin::m_thumbnailChannel;
-    using CStorageMediaPlugin::m_thumbnailIndex;
-    using CStorageMediaPlugin::m_thumbnailTotal;
-};
+/// What stands for the status of refusedBy() in the text of a happening.
+constexpr char kStatus[] = "<status>";
 
-/// One use of the plugin, played at every log level from 0 to 4 on a fresh plugin, and held against what must happen.
+/// The parameter of an event without one.
+constexpr void* kNoData = nullptr;
+
+/// One use of the plugin, played on a fresh plugin with odd values in every field, and held against what must happen: at
+/// every log level from 0 to 4, with readers that leave their output alone when they fail and with readers that do not.
 class Scenario {
 public:
     using Command = bool (tvfirmware::CStorageMediaPlugin::*)(Json::Value*, Json::Value*);
@@ -33,6 +25,8 @@ public:
     Scenario(const std::string& function, Command command);
     /// Event @p eventId with @p data.
     Scenario(int eventId, void* data);
+    /// The same with an object, which must stay as it was.
+    Scenario(int eventId, Json::Value* object);
     /// Anything else.
     Scenario(const std::string& function, std::function<void(ExposedPlugin&)> action);
 
@@ -43,31 +37,44 @@ public:
     /// Scripts the platform and sets the plugin's state before the action.
     Scenario& given(std::function<void(FakePlatform&, ExposedPlugin&)> setUp);
 
-    Scenario& happens(std::vector<Happening> journal);
+    /// Plays with @p operation returning a status above 0, and once more with one below 0; kStatus stands for it.
+    Scenario& refusedBy(const std::string& operation);
+    /// Everything that happens, changes of the plugin's fields too.
+    Scenario& happens(Journal journal);
     Scenario& succeeds();
     Scenario& fails();
     /// What the request holds afterwards; as it came when not said.
     Scenario& leavesRequest(const std::string& typedJson);
     /// What the reply holds afterwards; as it came when not said.
     Scenario& leavesReply(const std::string& typedJson);
-    /// Further expectations on the plugin's state.
-    Scenario& afterwards(std::function<void(const ExposedPlugin&)> look);
+    /// Further expectations.
+    Scenario& afterwards(std::function<void()> look);
 
     /// Plays it at every level.
     void check() const;
-    /// Plays it once at level @p level.
+    /// Plays it at level @p level.
     void checkAt(int level) const;
 
 private:
+    /// What differs between two plays.
+    struct Conditions {
+        int level;
+        bool readersWriteJunk;
+        int status; ///< of the operation that refuses
+    };
+    void play(const Conditions& conditions) const;
+    void act(ExposedPlugin& plugin) const;
+
     std::string m_function;
     Command m_command = nullptr;
     std::function<void(ExposedPlugin&)> m_action;
     std::optional<std::string> m_request = "{}";
     std::optional<std::string> m_reply = R"({"kept":"as it was"})";
     std::function<void(FakePlatform&, ExposedPlugin&)> m_setUp;
-    std::vector<Happening> m_journal;
+    Journal m_journal;
     std::optional<bool> m_result;
     std::optional<std::string> m_requestAfter;
     std::optional<std::string> m_replyAfter;
-    std::function<void(const ExposedPlugin&)> m_look;
+    std::string m_refusing; ///< operation; empty: none
+    std::function<void()> m_look;
 };

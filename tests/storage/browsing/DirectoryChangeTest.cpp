@@ -1,4 +1,5 @@
 #include "support/Scenario.h"
+#include "support/TypedJson.h"
 
 #include <gtest/gtest.h>
 
@@ -13,46 +14,52 @@ Scenario chgdir()
     return Scenario("chgdir", &CStorageMediaPlugin::chgdir).request(kRequest);
 }
 
-/// What happens from the first read to the change itself, with @p between before the thumbnails are stopped.
-std::vector<Happening> changing(const std::string& directory, const std::vector<Happening>& between = {})
-{
-    std::vector<Happening> journal = {readString("channelId"), readString("reqId"), readInt("number", 9),
-                                      info("Channleid:c1, reqId:r1, itemPerPage:20"),
-                                      info("Change to dir: " + directory + ", ItemPerPage:20")};
-    journal.insert(journal.end(), between.begin(), between.end());
-    journal.insert(journal.end(), {manager(), did("stopThumbnail()"), manager(), did("chdir(\"" + directory + "\", 20)")});
-    return journal;
-}
-
-void expectSlot(const ExposedPlugin& plugin, const std::string& channel, const std::string& reqId, const std::string& extra)
-{
-    EXPECT_EQ(plugin.m_requestSlots[0].channel, channel);
-    EXPECT_EQ(plugin.m_requestSlots[0].reqId, reqId);
-    EXPECT_EQ(plugin.m_requestSlots[0].event, "");
-    EXPECT_EQ(plugin.m_requestSlots[0].extra, extra);
-}
-
+/// Slot 0 with directory @p directory as the current one, and the directory-change flag.
 std::function<void(FakePlatform&, ExposedPlugin&)> current(const std::string& directory, bool changing)
 {
     return [=](FakePlatform&, ExposedPlugin& plugin) {
-        plugin.m_requestSlots[0].extra = directory;
+        plugin.m_requestSlots[0] = {"old channel", "old request", "old event", directory};
         plugin.m_directoryChanging = changing;
-        plugin.m_pagingPosition = 4;
     };
 }
+
+/// What happens up to the test for another change that still runs.
+Journal reading(const std::string& directory)
+{
+    return {readString("channelId"),
+            readString("reqId"),
+            readInt("number", 9),
+            changed("m_itemCountPerPage", 20),
+            info("Channleid:c1, reqId:r1, itemPerPage:20"),
+            info("Change to dir: " + directory + ", ItemPerPage:20")};
+}
+
+Journal recorded()
+{
+    return {slotChanged(0, "channel", "c1"), slotChanged(0, "reqId", "r1")};
+}
+
+Journal recorded(const std::string& directory)
+{
+    return recorded() + Journal{slotChanged(0, "extra", directory)};
+}
+
+Journal changing(const std::string& directory)
+{
+    return {manager(), did("stopThumbnail()"), manager(), did("chdir(\"" + directory + "\", 20)")};
+}
+
+const Happening kFlagSet = changed("m_directoryChanging", true);
+const Happening kFlagCleared = changed("m_directoryChanging", false);
+const Happening kPositionReset = changed("m_pagingPosition", 0);
 
 TEST(ChangeDirectory, Accepted_StoresTheRequestAndStartsTheChange)
 {
     chgdir()
         .given(current("", true))
-        .happens(changing("/mnt/a"))
+        .happens(reading("/mnt/a") + Journal{kFlagCleared} + recorded("/mnt/a") + changing("/mnt/a") +
+                 Journal{kPositionReset})
         .succeeds()
-        .afterwards([](const ExposedPlugin& plugin) {
-            expectSlot(plugin, "c1", "r1", "/mnt/a");
-            EXPECT_EQ(plugin.m_itemCountPerPage, 20);
-            EXPECT_EQ(plugin.m_pagingPosition, 0);
-            EXPECT_FALSE(plugin.m_directoryChanging);
-        })
         .check();
 }
 
@@ -62,13 +69,13 @@ TEST(ChangeDirectory, WithoutNumber_UsesNine)
         const std::string request = R"({"channelId":"c1","reqId":"r1","dirpath":"/a")" + std::string(number) + "}";
         chgdir()
             .request(request)
-            .given([](FakePlatform&, ExposedPlugin& plugin) { plugin.m_itemCountPerPage = 30; })
-            .happens({readString("channelId"), readString("reqId"), readInt("number", 9),
-                      war("unknown number, set default:9"), info("Channleid:c1, reqId:r1, itemPerPage:9"),
-                      info("Change to dir: /a, ItemPerPage:9"), manager(), did("stopThumbnail()"), manager(),
-                      did(R"(chdir("/a", 9))")})
+            .given(current("", false))
+            .happens(Journal{readString("channelId"), readString("reqId"), readInt("number", 9),
+                             war("unknown number, set default:9"), changed("m_itemCountPerPage", 9),
+                             info("Channleid:c1, reqId:r1, itemPerPage:9"), info("Change to dir: /a, ItemPerPage:9")} +
+                     recorded("/a") +
+                     Journal{manager(), did("stopThumbnail()"), manager(), did(R"(chdir("/a", 9))"), kPositionReset})
             .succeeds()
-            .afterwards([](const ExposedPlugin& plugin) { EXPECT_EQ(plugin.m_itemCountPerPage, 9); })
             .check();
     }
 }
@@ -77,99 +84,84 @@ TEST(ChangeDirectory, WithoutDirectory_ChangesToTheEmptyOneAndAddsItToTheRequest
 {
     chgdir()
         .request(R"({"channelId":"c1","reqId":"r1","number":20})")
-        .happens(changing(""))
+        .given(current("", false))
+        .happens(reading("") + recorded() + changing("") + Journal{kPositionReset})
         .succeeds()
         .leavesRequest(R"({"channelId":"c1","dirpath":null,"number":20,"reqId":"r1"})")
-        .afterwards([](const ExposedPlugin& plugin) { expectSlot(plugin, "c1", "r1", ""); })
         .check();
 }
 
 TEST(ChangeDirectory, DirectoryOfAnotherType_IsTakenAsText)
 {
-    chgdir()
-        .request(R"({"channelId":"c1","reqId":"r1","number":20,"dirpath":12})")
-        .happens(changing("12"))
-        .succeeds()
-        .check();
-    chgdir()
-        .request(R"({"channelId":"c1","reqId":"r1","number":20,"dirpath":true})")
-        .happens(changing("true"))
-        .succeeds()
-        .check();
+    for (const std::string directory : {"12", "true"}) {
+        chgdir()
+            .request(R"({"channelId":"c1","reqId":"r1","number":20,"dirpath":)" + directory + "}")
+            .given(current("", false))
+            .happens(reading(directory) + recorded(directory) + changing(directory) + Journal{kPositionReset})
+            .succeeds()
+            .check();
+    }
 }
 
-TEST(ChangeDirectory, DirectoryThatIsNoText_IsTheLibrarysError)
+TEST(ChangeDirectory, DirectoryThatIsNoText_IsTheLibrarysErrorAndStoresNoRequest)
 {
-    FakePlatform platform;
-    ExposedPlugin plugin;
-    Json::Value request;
-    Json::Value reply;
-    request["channelId"] = "c1";
-    request["reqId"] = "r1";
-    request["dirpath"] = Json::Value(Json::objectValue);
-    EXPECT_THROW(plugin.chgdir(&request, &reply), Json::LogicError);
-    expectSlot(plugin, "", "", "");
+    for (const std::string directory : {"{}", "[]"}) {
+        Scenario("chgdir",
+                 [&](ExposedPlugin& plugin) {
+                     Json::Value request =
+                         testsupport::parsed(R"({"channelId":"c1","reqId":"r1","number":20,"dirpath":)" + directory + "}");
+                     Json::Value reply;
+                     EXPECT_THROW(plugin.chgdir(&request, &reply), Json::LogicError);
+                 })
+            .happens({readString("channelId"), readString("reqId"), readInt("number", 9), changed("m_itemCountPerPage", 20),
+                      info("Channleid:c1, reqId:r1, itemPerPage:20")})
+            .check();
+    }
 }
 
 TEST(ChangeDirectory, AnotherDirectoryIsCurrent_SetsTheFlagAndLogsBoth)
 {
-    chgdir()
-        .given(current("/mnt/old", false))
-        .happens(changing("/mnt/a", {war("fast ch dir: /mnt/old to : /mnt/a")}))
-        .succeeds()
-        .afterwards([](const ExposedPlugin& plugin) {
-            expectSlot(plugin, "c1", "r1", "/mnt/a");
-            EXPECT_TRUE(plugin.m_directoryChanging);
-        })
-        .check();
-}
-
-TEST(ChangeDirectory, CurrentWithTrailingSlash_IsAnother)
-{
-    chgdir()
-        .given(current("/mnt/a/", false))
-        .happens(changing("/mnt/a", {war("fast ch dir: /mnt/a/ to : /mnt/a")}))
-        .succeeds()
-        .afterwards([](const ExposedPlugin& plugin) { EXPECT_TRUE(plugin.m_directoryChanging); })
-        .check();
+    for (const std::string other : {"/mnt/old", "/mnt/a/"}) {
+        const Journal fast = {war("fast ch dir: " + other + " to : /mnt/a")};
+        chgdir()
+            .given(current(other, false))
+            .happens(reading("/mnt/a") + Journal{kFlagSet} + fast + recorded("/mnt/a") + changing("/mnt/a") +
+                     Journal{kPositionReset})
+            .succeeds()
+            .check();
+        chgdir()
+            .given(current(other, true))
+            .happens(reading("/mnt/a") + fast + recorded("/mnt/a") + changing("/mnt/a") + Journal{kPositionReset})
+            .succeeds()
+            .check();
+    }
 }
 
 TEST(ChangeDirectory, SameDirectoryAgain_ClearsTheFlag)
 {
     chgdir()
         .given(current("/mnt/a", true))
-        .happens(changing("/mnt/a"))
+        .happens(reading("/mnt/a") + Journal{kFlagCleared} + recorded() + changing("/mnt/a") + Journal{kPositionReset})
         .succeeds()
-        .afterwards([](const ExposedPlugin& plugin) { EXPECT_FALSE(plugin.m_directoryChanging); })
         .check();
 }
 
 TEST(ChangeDirectory, BrowserRefuses_KeepsTheRequestAndThePagingPosition)
 {
-    for (const int status : {1, -1}) {
-        std::vector<Happening> journal = changing("/mnt/a");
-        journal.push_back(err("Chg to dit:/mnt/a failed!!!"));
-        chgdir()
-            .given([status](FakePlatform& platform, ExposedPlugin& plugin) {
-                current("", false)(platform, plugin);
-                platform.statuses["chdir"] = status;
-            })
-            .happens(journal)
-            .fails()
-            .afterwards([](const ExposedPlugin& plugin) {
-                expectSlot(plugin, "c1", "r1", "/mnt/a");
-                EXPECT_EQ(plugin.m_itemCountPerPage, 20);
-                EXPECT_EQ(plugin.m_pagingPosition, 4);
-            })
-            .check();
-    }
+    chgdir()
+        .given(current("", false))
+        .refusedBy("chdir")
+        .happens(reading("/mnt/a") + recorded("/mnt/a") + changing("/mnt/a") + Journal{err("Chg to dit:/mnt/a failed!!!")})
+        .fails()
+        .check();
 }
 
 TEST(ChangeDirectory, ThumbnailsCannotBeStopped_GoesOn)
 {
     chgdir()
-        .given([](FakePlatform& platform, ExposedPlugin&) { platform.statuses["stopThumbnail"] = -1; })
-        .happens(changing("/mnt/a"))
+        .given(current("", false))
+        .refusedBy("stopThumbnail")
+        .happens(reading("/mnt/a") + recorded("/mnt/a") + changing("/mnt/a") + Journal{kPositionReset})
         .succeeds()
         .check();
 }
@@ -178,12 +170,7 @@ TEST(ChangeDirectory, ChannelUnreadableOrEmpty_StoresNothing)
 {
     for (const char* request :
          {R"({"reqId":"r1"})", R"({"channelId":1,"reqId":"r1"})", R"({"channelId":"","reqId":"r1"})"}) {
-        chgdir()
-            .request(request)
-            .happens({readString("channelId"), err("unknown channelId")})
-            .fails()
-            .afterwards([](const ExposedPlugin& plugin) { expectSlot(plugin, "", "", ""); })
-            .check();
+        chgdir().request(request).happens({readString("channelId"), err("unknown channelId")}).fails().check();
     }
 }
 
@@ -192,15 +179,8 @@ TEST(ChangeDirectory, RequestIdUnreadableOrEmpty_StoresNothing)
     for (const char* reqId : {"", R"(,"reqId":1)", R"(,"reqId":"")"}) {
         chgdir()
             .request(R"({"channelId":"c1","number":20)" + std::string(reqId) + "}")
-            .given([](FakePlatform&, ExposedPlugin& plugin) {
-                plugin.m_requestSlots[0] = {"old channel", "old request", "", "/old"};
-            })
             .happens({readString("channelId"), readString("reqId"), err("unknown reqId")})
             .fails()
-            .afterwards([](const ExposedPlugin& plugin) {
-                expectSlot(plugin, "old channel", "old request", "/old");
-                EXPECT_EQ(plugin.m_itemCountPerPage, 9);
-            })
             .check();
     }
 }

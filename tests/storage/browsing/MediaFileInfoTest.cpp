@@ -1,9 +1,11 @@
+#include "support/CaseName.h"
 #include "support/Scenario.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
+using testsupport::caseName;
 using tvfirmware::CStorageMediaPlugin;
 
 Scenario fileInfo()
@@ -52,7 +54,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Description{3, R"({"height":480u,"type":3u,"width":640u})"},
                     Description{7, R"({"height":480u,"type":7u,"width":640u})"}, Description{6, R"({"type":6u})"},
                     Description{0, R"({"type":0u})"}, Description{2, R"({"type":2u})"}, Description{8, R"({"type":8u})"},
-                    Description{-1, R"({"type":4294967295u})"}));
+                    Description{-1, R"({"type":4294967295u})"}),
+    [](const auto& row) { return caseName(row.index, "Type" + std::to_string(row.param.type)); });
 
 TEST(GetMediaFileInfo, NegativeNumbers_AreUnsignedInTheReply)
 {
@@ -73,17 +76,13 @@ TEST(GetMediaFileInfo, NegativeNumbers_AreUnsignedInTheReply)
 
 TEST(GetMediaFileInfo, UnknownFile_FailsSilently)
 {
-    for (const int status : {1, -1}) {
-        fileInfo()
-            .given([status](FakePlatform& platform, ExposedPlugin&) {
-                platform.fileInfo = everything(5);
-                platform.statuses["getMediaFileInfo"] = status;
-            })
-            .happens({readString("dirpath"), dbg("Path:/mnt/a.mp3"), manager(),
-                      did(R"(getMediaFileInfo("/mnt/a.mp3", 0, 0, ""))")})
-            .fails()
-            .check();
-    }
+    fileInfo()
+        .given([](FakePlatform& platform, ExposedPlugin&) { platform.fileInfo = everything(5); })
+        .refusedBy("getMediaFileInfo")
+        .happens(
+            {readString("dirpath"), dbg("Path:/mnt/a.mp3"), manager(), did(R"(getMediaFileInfo("/mnt/a.mp3", 0, 0, ""))")})
+        .fails()
+        .check();
 }
 
 TEST(GetMediaFileInfo, EmptyPath_IsPassedOn)

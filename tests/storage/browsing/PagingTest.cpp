@@ -1,3 +1,4 @@
+#include "support/CaseName.h"
 #include "support/Folders.h"
 #include "support/Scenario.h"
 #include "support/TypedJson.h"
@@ -6,8 +7,8 @@
 
 namespace {
 
+using testsupport::caseName;
 using tvfirmware::CStorageMediaPlugin;
-using tvfirmware::PageData;
 
 Scenario setNumber()
 {
@@ -19,30 +20,27 @@ TEST(SetItemNumPerPage, AnyNumber_IsStoredAsGivenAndResetsThePosition)
     for (const int number : {12, 0, -5, 9}) {
         setNumber()
             .request(R"({"number":)" + std::to_string(number) + "}")
-            .given([](FakePlatform&, ExposedPlugin& plugin) { plugin.m_pagingPosition = 3; })
-            .happens({readInt("number"), dbg(std::to_string(number) + " Item per page!!!")})
+            .happens({readInt("number"), dbg(std::to_string(number) + " Item per page!!!"),
+                      changed("m_itemCountPerPage", number), changed("m_pagingPosition", 0)})
             .succeeds()
-            .afterwards([number](const ExposedPlugin& plugin) {
-                EXPECT_EQ(plugin.m_itemCountPerPage, number);
-                EXPECT_EQ(plugin.m_pagingPosition, 0);
-            })
             .check();
     }
+}
+
+TEST(SetItemNumPerPage, SameNumberAgain_ResetsThePositionToo)
+{
+    setNumber()
+        .request(R"({"number":12})")
+        .given([](FakePlatform&, ExposedPlugin& plugin) { plugin.m_itemCountPerPage = 12; })
+        .happens({readInt("number"), dbg("12 Item per page!!!"), changed("m_pagingPosition", 0)})
+        .succeeds()
+        .check();
 }
 
 TEST(SetItemNumPerPage, NumberUnreadable_ChangesNothing)
 {
     for (const char* request : {"{}", R"({"number":"5"})"}) {
-        setNumber()
-            .request(request)
-            .given([](FakePlatform&, ExposedPlugin& plugin) { plugin.m_pagingPosition = 3; })
-            .happens({readInt("number"), err("unknown number")})
-            .fails()
-            .afterwards([](const ExposedPlugin& plugin) {
-                EXPECT_EQ(plugin.m_itemCountPerPage, 9);
-                EXPECT_EQ(plugin.m_pagingPosition, 3);
-            })
-            .check();
+        setNumber().request(request).happens({readInt("number"), err("unknown number")}).fails().check();
     }
 }
 
@@ -57,13 +55,11 @@ Scenario page(const std::string& request)
     return Scenario("getOnePageFiles", &CStorageMediaPlugin::getOnePageFiles).request(request);
 }
 
-const std::vector<Happening> kReads = {readInt("pageid"), readInt("type"), readString("keystr"), readString("dirpath")};
+const Journal kReads = {readInt("pageid"), readInt("type"), readString("keystr"), readString("dirpath")};
 
-std::vector<Happening> reading(const std::vector<Happening>& afterwards)
+Journal reading(const Journal& afterwards)
 {
-    std::vector<Happening> journal = kReads;
-    journal.insert(journal.end(), afterwards.begin(), afterwards.end());
-    return journal;
+    return kReads + afterwards;
 }
 
 TEST(GetOnePageFiles, PageWithEntries_ReplacesTheReply)
@@ -187,9 +183,10 @@ PageData pageParams(const char* json)
     Json::Value request = json != nullptr ? testsupport::parsed(json) : Json::Value();
     PageData page = {7, 7, 7};
     platform.logLevel = 0;
+    platform.readersWriteJunk = true;
     platform.takeJournal();
     plugin.GetPageParams(json != nullptr ? &request : nullptr, page);
-    const std::vector<Happening> reads = {readInt("pageIndex"), readInt("pageSize"), readInt("sortType")};
+    const Journal reads = {readInt("pageIndex"), readInt("pageSize"), readInt("sortType")};
     EXPECT_EQ(platform.takeJournal(), json != nullptr ? render(reads, "", 0) : "");
     return page;
 }
@@ -225,7 +222,7 @@ TEST_P(ParentPath, Cut_IsTheParent)
     std::string parent;
     Scenario("", [&](ExposedPlugin& plugin) { parent = plugin.GetParentPath(GetParam().path); })
         .happens({})
-        .afterwards([&](const ExposedPlugin&) { EXPECT_EQ(parent, GetParam().parent); })
+        .afterwards([&] { EXPECT_EQ(parent, GetParam().parent); })
         .checkAt(0);
 }
 
@@ -233,6 +230,10 @@ INSTANTIATE_TEST_SUITE_P(Paths, ParentPath,
                          testing::Values(Parent{"/mnt/usb/a/", "/mnt/usb"}, Parent{"/mnt/usb/a", "/mnt/usb"},
                                          Parent{"a", "a"}, Parent{"/", ""}, Parent{"", ""}, Parent{"a/", "a"},
                                          Parent{"/a", ""}, Parent{"/a/", ""}, Parent{"//", ""}, Parent{"a//", "a"},
-                                         Parent{"/a//", "/a"}, Parent{"/mnt/usb//", "/mnt/usb"}, Parent{"a/b", "a"}));
+                                         Parent{"/a//", "/a"}, Parent{"/mnt/usb//", "/mnt/usb"}, Parent{"a/b", "a"},
+                                         // A backslash is a letter like any other.
+                                         Parent{"\\mnt\\a", "\\mnt\\a"}, Parent{"/mnt/a\\b", "/mnt"},
+                                         Parent{"/mnt/a\\", "/mnt"}),
+                         [](const auto& row) { return caseName(row.index, row.param.path); });
 
 } // namespace

@@ -1,9 +1,11 @@
+#include "support/CaseName.h"
 #include "support/Scenario.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
+using testsupport::caseName;
 using tvfirmware::CStorageMediaPlugin;
 
 Scenario playLists()
@@ -11,16 +13,15 @@ Scenario playLists()
     return Scenario("getPlayListFile", &CStorageMediaPlugin::getPlayListFile).request(R"({"dirpath":"/usb"})");
 }
 
-std::vector<Happening> naming(const std::string& path, const std::string& type)
+Journal naming(const std::string& path, const std::string& type)
 {
     return {dbg("file path:" + path + ", type:" + type), manager(), did("splitFileName(\"" + path + "\")"), manager(),
             did("getFileDirPath(\"" + path + "\")")};
 }
 
-std::vector<Happening> listing(std::vector<std::vector<Happening>> files)
+Journal listing(std::vector<Journal> files)
 {
-    std::vector<Happening> journal = {readString("dirpath"), dbg("Path:/usb"), manager(),
-                                      did(R"(getPlayListFiles("/usb", [0 elements]))")};
+    Journal journal = {readString("dirpath"), dbg("Path:/usb"), manager(), did(R"(getPlayListFiles("/usb", [0 elements]))")};
     for (const auto& file : files) {
         journal.insert(journal.end(), file.begin(), file.end());
     }
@@ -66,7 +67,8 @@ INSTANTIATE_TEST_SUITE_P(Directories, FileWithoutName,
                                          DirectoryName{"C:\\Media\\Jazz", "Jazz"}, DirectoryName{"/usb\\Mixed/Last", "Last"},
                                          DirectoryName{"/usb/Mixed\\Last", "Last"},
                                          DirectoryName{"/usb/My~Music", "My~Music"}, DirectoryName{"/usb/", ""},
-                                         DirectoryName{"", ""}));
+                                         DirectoryName{"", ""}),
+                         [](const auto& row) { return caseName(row.index, row.param.directory); });
 
 TEST(GetPlayListFile, NothingFound_HasAnEmptyList)
 {
@@ -85,13 +87,13 @@ TEST(GetPlayListFile, EmptyDirectory_IsPassedOn)
 
 TEST(GetPlayListFile, ManagerRefuses_LogsItsStatus)
 {
-    std::vector<Happening> journal = listing({});
-    journal.push_back(err("Failed!!! ret:3"));
+    Journal journal = listing({});
+    journal.push_back(err("Failed!!! ret:<status>"));
     playLists()
         .given([](FakePlatform& platform, ExposedPlugin&) {
-            platform.statuses["getPlayListFiles"] = 3;
             platform.playlists = {{"/p", 6}};
         })
+        .refusedBy("getPlayListFiles")
         .happens(journal)
         .fails()
         .check();

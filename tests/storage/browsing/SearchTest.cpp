@@ -1,3 +1,4 @@
+#include "support/CaseName.h"
 #include "support/Scenario.h"
 #include "support/TypedJson.h"
 
@@ -5,34 +6,33 @@
 
 namespace {
 
+using testsupport::caseName;
 using tvfirmware::CStorageMediaPlugin;
 
 Scenario search(const std::string& request)
 {
     return Scenario("searchFiles", &CStorageMediaPlugin::searchFiles)
         .request(request)
-        .given([](FakePlatform&, ExposedPlugin& plugin) {
-            plugin.m_requestSlots[1] = {"old channel", "old request", "", ""};
-            plugin.m_itemCountPerPage = 20;
-        });
+        .given([](FakePlatform&, ExposedPlugin& plugin) { plugin.m_itemCountPerPage = 20; });
 }
 
-std::function<void(const ExposedPlugin&)> leaves(const std::string& channel, const std::string& reqId, int itemCount)
-{
-    return [=](const ExposedPlugin& plugin) {
-        EXPECT_EQ(plugin.m_requestSlots[1].channel, channel);
-        EXPECT_EQ(plugin.m_requestSlots[1].reqId, reqId);
-        EXPECT_EQ(plugin.m_requestSlots[1].event, "");
-        EXPECT_EQ(plugin.m_requestSlots[1].extra, "");
-        EXPECT_EQ(plugin.m_itemCountPerPage, itemCount);
-    };
-}
+const Happening kChannelStored = slotChanged(1, "channel", "c1");
+const Happening kRequestStored = slotChanged(1, "reqId", "r1");
 
-std::vector<Happening> searching(const std::string& line, const std::string& call)
+Journal searching(const std::string& line, const std::string& call, const std::string& reqId = "r1")
 {
-    return {readString("channelId"), readString("reqId"), readInt("number", 20),
-            readString("dirpath"),   dbg(line),           manager(),
-            did("stopThumbnail()"),  manager(),           did(call)};
+    return {readString("channelId"),
+            kChannelStored,
+            readString("reqId"),
+            slotChanged(1, "reqId", reqId),
+            readInt("number", 20),
+            readString("dirpath"),
+            dbg(line),
+            changed("m_itemCountPerPage", 5),
+            manager(),
+            did("stopThumbnail()"),
+            manager(),
+            did(call)};
 }
 
 TEST(SearchFiles, Accepted_SearchesVideosAndSetsThePageSize)
@@ -40,7 +40,6 @@ TEST(SearchFiles, Accepted_SearchesVideosAndSetsThePageSize)
     search(R"({"channelId":"c1","reqId":"r1","number":5,"dirpath":"/mnt/a"})")
         .happens(searching("Path:/mnt/a, Channleid:c1, itemPerNum:5, reqId:r1", R"(searchFileType("/mnt/a", 4, 5))"))
         .succeeds()
-        .afterwards(leaves("c1", "r1", 5))
         .check();
 }
 
@@ -48,12 +47,11 @@ TEST(SearchFiles, WithoutNumber_UsesTheCurrentPageSize)
 {
     for (const char* number : {"", R"(,"number":"5")"}) {
         search(R"({"channelId":"c1","reqId":"r1","dirpath":"/mnt/a")" + std::string(number) + "}")
-            .happens({readString("channelId"), readString("reqId"), readInt("number", 20),
+            .happens({readString("channelId"), kChannelStored, readString("reqId"), kRequestStored, readInt("number", 20),
                       dbg("unknown iterPerNum, Set default:20"), readString("dirpath"),
                       dbg("Path:/mnt/a, Channleid:c1, itemPerNum:20, reqId:r1"), manager(), did("stopThumbnail()"),
                       manager(), did(R"(searchFileType("/mnt/a", 4, 20))")})
             .succeeds()
-            .afterwards(leaves("c1", "r1", 20))
             .check();
     }
 }
@@ -61,9 +59,8 @@ TEST(SearchFiles, WithoutNumber_UsesTheCurrentPageSize)
 TEST(SearchFiles, EmptyRequestIdAndDirectory_AreAccepted)
 {
     search(R"({"channelId":"c1","reqId":"","number":5,"dirpath":""})")
-        .happens(searching("Path:, Channleid:c1, itemPerNum:5, reqId:", R"(searchFileType("", 4, 5))"))
+        .happens(searching("Path:, Channleid:c1, itemPerNum:5, reqId:", R"(searchFileType("", 4, 5))", ""))
         .succeeds()
-        .afterwards(leaves("c1", "", 5))
         .check();
 }
 
@@ -71,11 +68,7 @@ TEST(SearchFiles, ChannelUnreadableOrEmpty_StoresNothing)
 {
     for (const char* request :
          {R"({"reqId":"r1"})", R"({"channelId":1,"reqId":"r1"})", R"({"channelId":"","reqId":"r1"})"}) {
-        search(request)
-            .happens({readString("channelId"), err("unknown channelId")})
-            .fails()
-            .afterwards(leaves("old channel", "old request", 20))
-            .check();
+        search(request).happens({readString("channelId"), err("unknown channelId")}).fails().check();
     }
 }
 
@@ -83,9 +76,8 @@ TEST(SearchFiles, RequestIdUnreadable_HasAlreadyReplacedTheChannel)
 {
     for (const char* request : {R"({"channelId":"c1","number":5})", R"({"channelId":"c1","number":5,"reqId":7})"}) {
         search(request)
-            .happens({readString("channelId"), readString("reqId"), err("unknown reqId")})
+            .happens({readString("channelId"), kChannelStored, readString("reqId"), err("unknown reqId")})
             .fails()
-            .afterwards(leaves("c1", "old request", 20))
             .check();
     }
 }
@@ -95,27 +87,29 @@ TEST(SearchFiles, DirectoryUnreadable_KeepsThePageSize)
     for (const char* request : {R"({"channelId":"c1","reqId":"r1","number":5})",
                                 R"({"channelId":"c1","reqId":"r1","number":5,"dirpath":false})"}) {
         search(request)
-            .happens({readString("channelId"), readString("reqId"), readInt("number", 20), readString("dirpath"),
-                      err("unknown dirpath")})
+            .happens({readString("channelId"), kChannelStored, readString("reqId"), kRequestStored, readInt("number", 20),
+                      readString("dirpath"), err("unknown dirpath")})
             .fails()
-            .afterwards(leaves("c1", "r1", 20))
             .check();
     }
 }
 
 TEST(SearchFiles, ManagerRefuses_IsSilent)
 {
-    for (const int status : {2, -2}) {
-        search(R"({"channelId":"c1","reqId":"r1","number":5,"dirpath":"/mnt/a"})")
-            .given([status](FakePlatform& platform, ExposedPlugin& plugin) {
-                platform.statuses = {{"searchFileType", status}, {"stopThumbnail", -1}};
-                plugin.m_itemCountPerPage = 20;
-            })
-            .happens(searching("Path:/mnt/a, Channleid:c1, itemPerNum:5, reqId:r1", R"(searchFileType("/mnt/a", 4, 5))"))
-            .fails()
-            .afterwards(leaves("c1", "r1", 5))
-            .check();
-    }
+    search(R"({"channelId":"c1","reqId":"r1","number":5,"dirpath":"/mnt/a"})")
+        .refusedBy("searchFileType")
+        .happens(searching("Path:/mnt/a, Channleid:c1, itemPerNum:5, reqId:r1", R"(searchFileType("/mnt/a", 4, 5))"))
+        .fails()
+        .check();
+}
+
+TEST(SearchFiles, ThumbnailsCannotBeStopped_GoesOn)
+{
+    search(R"({"channelId":"c1","reqId":"r1","number":5,"dirpath":"/mnt/a"})")
+        .refusedBy("stopThumbnail")
+        .happens(searching("Path:/mnt/a, Channleid:c1, itemPerNum:5, reqId:r1", R"(searchFileType("/mnt/a", 4, 5))"))
+        .succeeds()
+        .check();
 }
 
 TEST(SearchFiles, NullPointers_Fail)
@@ -133,8 +127,7 @@ Scenario videoList(const std::string& request, int listLength = 0)
         });
 }
 
-const std::vector<Happening> kVideoListReads = {readString("path"), readInt("pageIndex"), readInt("pageSize"),
-                                                readInt("sortType")};
+const Journal kVideoListReads = {readString("path"), readInt("pageIndex"), readInt("pageSize"), readInt("sortType")};
 
 std::string videoListReply(int pages, unsigned int records)
 {
@@ -165,7 +158,10 @@ INSTANTIATE_TEST_SUITE_P(Counts, VideoListPages,
                                          PageCount{101, R"(,"pageSize":0)", 2}, PageCount{101, R"(,"pageSize":100)", 2},
                                          PageCount{1, "", 1}, PageCount{7, R"(,"pageSize":2)", 4},
                                          PageCount{8, R"(,"pageSize":2)", 4}, PageCount{7, R"(,"pageSize":-2)", -3},
-                                         PageCount{1, R"(,"pageSize":-2)", 0}, PageCount{0, R"(,"pageSize":-1)", 0}));
+                                         PageCount{1, R"(,"pageSize":-2)", 0}, PageCount{0, R"(,"pageSize":-1)", 0}),
+                         [](const auto& row) {
+                             return caseName(row.index, std::to_string(row.param.listLength) + row.param.pageSize);
+                         });
 
 TEST(GetVideoList, PathUnreadableOrEmpty_FailsSilently)
 {
@@ -190,13 +186,10 @@ void scanPending(FakePlatform& /*platform*/, ExposedPlugin& plugin)
     plugin.m_scanChannel = {"c1", "r1", "storage.fileScan.complete", "video", "more"};
 }
 
-void expectScanDisarmed(const ExposedPlugin& plugin)
+Journal disarmed()
 {
-    EXPECT_EQ(plugin.m_scanChannel.channel, "c1");
-    EXPECT_EQ(plugin.m_scanChannel.reqId, "");
-    EXPECT_EQ(plugin.m_scanChannel.event, "storage.fileScan.complete");
-    EXPECT_EQ(plugin.m_scanChannel.filterType, "");
-    EXPECT_EQ(plugin.m_scanChannel.extra, "");
+    return {dbg("[TVFW::CStoragePlugin] NotifyScanFinished, clear reqId: r1"), changed("m_scanChannel.reqId", ""),
+            changed("m_scanChannel.filterType", ""), changed("m_scanChannel.extra", "")};
 }
 
 TEST(NotifyScanFinished, ScanPending_PublishesOnItsChannelAndDisarms)
@@ -204,21 +197,32 @@ TEST(NotifyScanFinished, ScanPending_PublishesOnItsChannelAndDisarms)
     for (const int count : {12, -1}) {
         scanFinished(count)
             .given(scanPending)
-            .happens({dbg("[TVFW::CStoragePlugin] notify ScanFinished reqId:r1"),
-                      published("c1", "storage.fileScan.complete",
-                                R"({"count":)" + std::to_string(count) + R"(,"filterType":"video","reqId":"r1"})"),
-                      dbg("[TVFW::CStoragePlugin] NotifyScanFinished, clear reqId: r1")})
-            .afterwards(expectScanDisarmed)
+            .happens(Journal{dbg("[TVFW::CStoragePlugin] notify ScanFinished reqId:r1"),
+                             published("c1", "storage.fileScan.complete",
+                                       R"({"count":)" + std::to_string(count) + R"(,"filterType":"video","reqId":"r1"})")} +
+                     disarmed())
             .check();
     }
+}
+
+TEST(NotifyScanFinished, RecordWithItsOwnEvent_PublishesThat)
+{
+    scanFinished(1)
+        .given([](FakePlatform& platform, ExposedPlugin& plugin) {
+            scanPending(platform, plugin);
+            plugin.m_scanChannel.event = ".own event";
+        })
+        .happens(Journal{dbg("[TVFW::CStoragePlugin] notify ScanFinished reqId:r1"),
+                         published("c1", ".own event", R"({"count":1,"filterType":"video","reqId":"r1"})")} +
+                 disarmed())
+        .check();
 }
 
 TEST(NotifyScanFinished, NoScanPending_PublishesNothingAndKeepsTheRecord)
 {
     scanFinished(12)
-        .given([](FakePlatform&, ExposedPlugin& plugin) { plugin.m_scanChannel.filterType = "video"; })
+        .given([](FakePlatform&, ExposedPlugin& plugin) { plugin.m_scanChannel.reqId = ""; })
         .happens({dbg("[TVFW::CStoragePlugin] notify ScanFinished reqId:")})
-        .afterwards([](const ExposedPlugin& plugin) { EXPECT_EQ(plugin.m_scanChannel.filterType, "video"); })
         .check();
 }
 
@@ -230,10 +234,9 @@ TEST(NotifyScanFinished, CalledTwice_PublishesOnce)
                  plugin.NotifyScanFinished(2);
              })
         .given(scanPending)
-        .happens({dbg("[TVFW::CStoragePlugin] notify ScanFinished reqId:r1"),
-                  published("c1", "storage.fileScan.complete", R"({"count":1,"filterType":"video","reqId":"r1"})"),
-                  dbg("[TVFW::CStoragePlugin] NotifyScanFinished, clear reqId: r1"),
-                  dbg("[TVFW::CStoragePlugin] notify ScanFinished reqId:")})
+        .happens(Journal{dbg("[TVFW::CStoragePlugin] notify ScanFinished reqId:r1"),
+                         published("c1", "storage.fileScan.complete", R"({"count":1,"filterType":"video","reqId":"r1"})")} +
+                 disarmed() + Journal{dbg("[TVFW::CStoragePlugin] notify ScanFinished reqId:")})
         .check();
 }
 
@@ -244,9 +247,7 @@ TEST(NotifyScanFinished, NoCallback_DisarmsAllTheSame)
             scanPending(platform, plugin);
             plugin.setCallback(nullptr);
         })
-        .happens({dbg("[TVFW::CStoragePlugin] notify ScanFinished reqId:r1"),
-                  dbg("[TVFW::CStoragePlugin] NotifyScanFinished, clear reqId: r1")})
-        .afterwards(expectScanDisarmed)
+        .happens(Journal{dbg("[TVFW::CStoragePlugin] notify ScanFinished reqId:r1")} + disarmed())
         .check();
 }
 

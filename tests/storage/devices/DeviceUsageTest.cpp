@@ -1,9 +1,11 @@
+#include "support/CaseName.h"
 #include "support/Scenario.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
+using testsupport::caseName;
 using tvfirmware::CStorageMediaPlugin;
 
 constexpr unsigned long long kKilobyte = 1024;
@@ -61,6 +63,63 @@ TEST(DeviceUsage, BeyondSixteenTebibytes_StaysExact)
         .check();
 }
 
+TEST(DeviceUsage, TypeOfAllBits_IsPrintedInFull)
+{
+    usage()
+        .given([](FakePlatform& platform, ExposedPlugin& plugin) {
+            fileSystem(1024, 2, 1)(platform, plugin);
+            platform.fileSystem->f_type = static_cast<decltype(platform.fileSystem->f_type)>(0x9123683EU);
+        })
+        .happens({readString("path"), dbg("path:/mnt/usb"), did(R"(statfs("/mnt/usb"))"),
+                  dbg("f_bsize:1024, f_blocks:2, f_bfree:1, type:0x9123683e"),
+                  dbg("totalSizeByte:2048, freeSizeByte:1024, usedSizeByte:1024"), printed("2.00KB\r\n"),
+                  printed("1.00KB\r\n"), printed("1.00KB\r\n"), dbg("/mnt/usb Usage Info:"),
+                  dbg("Total: 2.00KB, Used:1.00KB, Free:1.00KB, usedPer: 50%")})
+        .succeeds()
+        .reply("{}")
+        .leavesReply(R"({"free":"1.00KB","total":"2.00KB","used":"1.00KB","useper":"50%"})")
+        .check();
+}
+
+// Widened with its sign: 2^64 - 4096 bytes a block.
+TEST(DeviceUsage, NegativeBlockSize_WrapsIn64Bits)
+{
+    usage()
+        .given(fileSystem(~0ULL - 4095, 2, 1))
+        .happens({readString("path"), dbg("path:/mnt/usb"), did(R"(statfs("/mnt/usb"))"),
+                  dbg("f_bsize:4294963200, f_blocks:2, f_bfree:1, type:0x4d44"),
+                  dbg("totalSizeByte:18446744073709543424, freeSizeByte:18446744073709547520, "
+                      "usedSizeByte:18446744073709547520"),
+                  printed("usize:18446744073709543424, 17179869184.00GB\r\n"),
+                  printed("usize:18446744073709547520, 17179869184.00GB\r\n"),
+                  printed("usize:18446744073709547520, 17179869184.00GB\r\n"), dbg("/mnt/usb Usage Info:"),
+                  dbg("Total: 171798691GB, Used:171798691GB, Free:171798691GB, usedPer: 100%")})
+        .succeeds()
+        .reply("{}")
+        .leavesReply(R"({"free":"171798691GB","total":"171798691GB","used":"171798691GB","useper":"100%"})")
+        .check();
+}
+
+// Where the block size has 64 bits, all of them count; the line shows the low ones.
+TEST(DeviceUsage, BlockSizeBeyond32Bits_CountsInFull)
+{
+    const bool has64Bits = sizeof(decltype(statfs::f_bsize)) == 8;
+    const std::string total = has64Bits ? "4294971392" : "4096";
+    const std::string text = has64Bits ? "4.00GB" : "4.00KB";
+    const std::string line = has64Bits ? "usize:4294971392, 4.00GB\r\n" : "4.00KB\r\n";
+    usage()
+        .given(fileSystem((1ULL << 32) + 4096, 1, 0))
+        .happens({readString("path"), dbg("path:/mnt/usb"), did(R"(statfs("/mnt/usb"))"),
+                  dbg("f_bsize:4096, f_blocks:1, f_bfree:0, type:0x4d44"),
+                  dbg("totalSizeByte:" + total + ", freeSizeByte:0, usedSizeByte:" + total), printed(line),
+                  in("sizeconver", war("Cap too small!!!0")), printed(line), dbg("/mnt/usb Usage Info:"),
+                  dbg("Total: " + text + ", Used:" + text + ", Free:0.00, usedPer: 100%")})
+        .succeeds()
+        .reply("{}")
+        .leavesReply(R"({"free":"0.00","total":")" + text + R"(","used":")" + text + R"(","useper":"100%"})")
+        .check();
+}
+
 TEST(DeviceUsage, EmptyFileSystem_HasNoShare)
 {
     usage()
@@ -101,8 +160,14 @@ INSTANTIATE_TEST_SUITE_P(Shares, UsedShare,
                                          Share{100, 0, "100%"}, Share{1000, 1, "99%"}, Share{1000, 991, "00%"},
                                          Share{200, 181, "09%"}, Share{200, 180, "10%"}, Share{1000, 995, "00%"},
                                          Share{1, 0, "100%"},
+                                         // Divided first, then multiplied: 28.99... and 57.99... per cent.
+                                         Share{100, 71, "28%"}, Share{100, 42, "57%"},
                                          // More free than there is: the difference wraps, and saturates at 32 bits.
-                                         Share{100, 101, "255%"}, Share{0, 1, "255%"}));
+                                         Share{100, 101, "255%"}, Share{0, 1, "255%"}),
+                         [](const auto& row) {
+                             return caseName(row.index, std::to_string(row.param.freeBlocks) + " free of " +
+                                                            std::to_string(row.param.blocks));
+                         });
 
 // 2^32 - 1 per cent and one less, as the low 8 bits of the truncated number.
 TEST(DeviceUsage, ShareAroundThe32BitEdge_KeepsItsLowByte)
@@ -161,7 +226,7 @@ TEST_P(SizeText, Converted_UsesBinaryUnits)
     std::string text;
     Scenario("sizeconver", [&](ExposedPlugin& plugin) { text = plugin.sizeconver(size.bytes); })
         .happens({line})
-        .afterwards([&](const ExposedPlugin&) { EXPECT_EQ(text, size.text); })
+        .afterwards([&] { EXPECT_EQ(text, size.text); })
         .check();
 }
 
@@ -177,6 +242,7 @@ INSTANTIATE_TEST_SUITE_P(
                     // Nine characters at most.
                     Size{123456 * kGigabyte, "123456.00GB", "usize:132559870623744, 123456.00GB\r\n"},
                     Size{1234567 * kGigabyte, "1234567.0GB", "usize:1325606222430208, 1234567.00GB\r\n"},
-                    Size{~0ULL, "171798691GB", "usize:18446744073709551615, 17179869184.00GB\r\n"}));
+                    Size{~0ULL, "171798691GB", "usize:18446744073709551615, 17179869184.00GB\r\n"}),
+    [](const auto& row) { return caseName(row.index, std::to_string(row.param.bytes) + " bytes"); });
 
 } // namespace

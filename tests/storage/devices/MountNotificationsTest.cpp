@@ -1,3 +1,4 @@
+#include "support/CaseName.h"
 #include "support/Scenario.h"
 #include "support/TypedJson.h"
 
@@ -5,18 +6,13 @@
 
 namespace {
 
+using testsupport::caseName;
 using tvfirmware::CStorageMediaPlugin;
 using tvfirmware::UsbDevStatus;
 
-std::vector<Happening> screen(int before = 0)
+Journal screen(int before = 0)
 {
     return {did("system manager"), did("getScreenStatus(" + std::to_string(before) + ")")};
-}
-
-std::vector<Happening> then(std::vector<Happening> first, std::vector<Happening> second)
-{
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
 }
 
 struct PathMount {
@@ -62,7 +58,11 @@ INSTANTIATE_TEST_SUITE_P(Mounts, PathForm,
                                          PathMount{"/serversandmore", false, 2, "storagemedia.dlna.unmount"},
                                          PathMount{"servers", true, 2, "storagemedia.usb.mount"},
                                          PathMount{"/server/s", false, -1, "storagemedia.usb.unmount"},
-                                         PathMount{"", true, 0, "storagemedia.usb.mount"}));
+                                         PathMount{"", true, 0, "storagemedia.usb.mount"}),
+                         [](const auto& row) {
+                             return caseName(row.index, row.param.path + (row.param.mounted ? " mounted" : " unmounted") +
+                                                            " Type" + std::to_string(row.param.devType));
+                         });
 
 struct StatusMount {
     int status;
@@ -80,14 +80,14 @@ protected:
 TEST_P(StatusForm, Notified_PublishesTheBodyUnderTheStatusName)
 {
     Scenario("", [this](ExposedPlugin& plugin) { plugin.NotifyUsbMountStatus(body, status); })
-        .happens(then(screen(), {publication}))
+        .happens(screen() + Journal{publication})
         .check();
 }
 
 TEST_P(StatusForm, ReportedByTheListener_IsPublishedWithoutALine)
 {
     Scenario("", [this](ExposedPlugin&) { CStorageMediaPlugin::onUsbMountStatus(body, status); })
-        .happens(then(screen(), {publication}))
+        .happens(screen() + Journal{publication})
         .check();
 }
 
@@ -100,7 +100,8 @@ INSTANTIATE_TEST_SUITE_P(Statuses, StatusForm,
                                          StatusMount{2, "storagemedia.usb.unmount", kDevice},
                                          StatusMount{3, "storagemedia.dlna.mount", kDevices},
                                          StatusMount{4, "storagemedia.dlna.unmount", kDevice}, StatusMount{5, "", kDevices},
-                                         StatusMount{7, "", kDevices}, StatusMount{-1, "", "null"}));
+                                         StatusMount{7, "", kDevices}, StatusMount{-1, "", "null"}),
+                         [](const auto& row) { return caseName(row.index, "Status" + std::to_string(row.param.status)); });
 
 TEST(MountNotifications, ScreenIsOff_IsSwitchedOnBeforePublishing)
 {
@@ -108,8 +109,8 @@ TEST(MountNotifications, ScreenIsOff_IsSwitchedOnBeforePublishing)
         Json::Value body;
         Scenario("", [&](ExposedPlugin& plugin) { plugin.NotifyUsbMountStatus(body, tvfirmware::USB_DEV_STATUS_MOUNT); })
             .given([status](FakePlatform& platform, ExposedPlugin&) { platform.screenStatus = status; })
-            .happens(
-                then(screen(), {did("system manager"), did("ScreenOff(0)"), broadcast("storagemedia.usb.mount", "null")}))
+            .happens(screen() +
+                     Journal{did("system manager"), did("ScreenOff(0)"), broadcast("storagemedia.usb.mount", "null")})
             .check();
     }
 }
@@ -122,7 +123,7 @@ TEST(MountNotifications, ScreenStatusFails_ItsStatusStillCounts)
             platform.statuses = {{"getScreenStatus", -1}, {"ScreenOff", -1}};
             platform.screenStatus = 1;
         })
-        .happens(then(screen(), {did("system manager"), did("ScreenOff(0)"), broadcast("storagemedia.usb.mount", "null")}))
+        .happens(screen() + Journal{did("system manager"), did("ScreenOff(0)"), broadcast("storagemedia.usb.mount", "null")})
         .check();
 }
 

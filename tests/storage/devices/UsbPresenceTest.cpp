@@ -59,12 +59,12 @@ TEST(UsbPresence, AskedByOtherCode_ReturnsThePresence)
     bool present = true;
     Scenario("isUsbDevicePlugin", [&](ExposedPlugin& plugin) { present = plugin.isUsbDevicePlugin(); })
         .happens({kOpens, dbg("USB DEVICE is Not-Plug-In")})
-        .afterwards([&](const ExposedPlugin&) { EXPECT_FALSE(present); })
+        .afterwards([&] { EXPECT_FALSE(present); })
         .check();
     Scenario("isUsbDevicePlugin", [&](ExposedPlugin& plugin) { present = plugin.isUsbDevicePlugin(); })
         .given(attached)
         .happens({kOpens, did("closedir()"), dbg("USB DEVICE is Plug-IN")})
-        .afterwards([&](const ExposedPlugin&) { EXPECT_TRUE(present); })
+        .afterwards([&] { EXPECT_TRUE(present); })
         .check();
 }
 

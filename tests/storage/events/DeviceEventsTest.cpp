@@ -1,3 +1,4 @@
+#include "support/CaseName.h"
 #include "support/Scenario.h"
 #include "support/TypedJson.h"
 
@@ -5,18 +6,13 @@
 
 namespace {
 
+using testsupport::caseName;
 using testsupport::parsed;
-using testsupport::typed;
+using tvfirmware::CStorageMediaPlugin;
 
-std::vector<Happening> published(const std::string& notification, const std::string& body)
+Journal published(const std::string& notification, const std::string& body)
 {
     return {did("system manager"), did("getScreenStatus(0)"), broadcast(notification, body)};
-}
-
-std::vector<Happening> after(std::vector<Happening> first, const std::vector<Happening>& second)
-{
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
 }
 
 struct Removal {
@@ -33,18 +29,15 @@ TEST_P(DeviceRemoved, Reported_IsAnUnmountUnderItsPathTwice)
 {
     const Removal& removal = GetParam();
     Json::Value device = parsed(removal.device);
-    const std::string before = typed(device);
-    std::vector<Happening> journal = {info("nEvt : 2"), readInt("devType")};
+    Journal journal = {info("nEvt : 2"), readInt("devType")};
     if (!removal.typeReadable) {
         journal.push_back(dbg("unknown devType set default"));
     }
-    journal =
-        after(journal,
-              {dbg("Device :" + removal.path + " removed!"),
-               in("onUsbMountStatus", dbg("USB-DEVICE:(" + removal.path + ") unmount")),
-               broadcast(removal.notification, R"({"name":")" + removal.path + R"(","path":")" + removal.path + R"("})")});
+    journal = journal + Journal{dbg("Device :" + removal.path + " removed!"),
+                                in("onUsbMountStatus", dbg("USB-DEVICE:(" + removal.path + ") unmount")),
+                                broadcast(removal.notification,
+                                          R"({"name":")" + removal.path + R"(","path":")" + removal.path + R"("})")};
     Scenario(2, &device).happens(journal).check();
-    EXPECT_EQ(typed(device), before) << "the middleware's object was changed";
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -58,7 +51,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Removal{R"({"devType":0})", 0, true, "", "storagemedia.usb.unmount"},
                     Removal{R"({"devType":0,"path":null})", 0, true, "", "storagemedia.usb.unmount"},
                     Removal{R"({"devType":0,"path":7})", 0, true, "7", "storagemedia.usb.unmount"},
-                    Removal{R"({})", 0, false, "", "storagemedia.usb.unmount"}));
+                    Removal{R"({})", 0, false, "", "storagemedia.usb.unmount"}),
+    [](const auto& row) { return caseName(row.index, row.param.device); });
 
 const char kUsbList[] =
     R"({"devType":0,"devcount":2,"devlist":[{"name":"A","path":"/mnt/a"},{"name":"B","path":"/mnt/b"}]})";
@@ -67,11 +61,10 @@ TEST(DeviceList, UsbDevices_AreOneMountWithTheWholeList)
 {
     Json::Value devices = parsed(kUsbList);
     Scenario(3, &devices)
-        .happens(after({info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 2 device(s)"),
-                        dbg("devid:0 -- /mnt/a/A"), dbg("devid:1 -- /mnt/b/B")},
-                       published("storagemedia.usb.mount", kUsbList)))
+        .happens(Journal{info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 2 device(s)"),
+                         dbg("devid:0 -- /mnt/a/A"), dbg("devid:1 -- /mnt/b/B")} +
+                 published("storagemedia.usb.mount", kUsbList))
         .check();
-    EXPECT_EQ(typed(devices), kUsbList);
 }
 
 TEST(DeviceList, LastPathIsAServer_IsADlnaMount)
@@ -80,9 +73,9 @@ TEST(DeviceList, LastPathIsAServer_IsADlnaMount)
         R"({"devType":0,"devcount":2,"devlist":[{"name":"A","path":"/mnt/a"},{"name":"S","path":"/mnt/servers/s"}]})";
     Json::Value devices = parsed(list);
     Scenario(3, &devices)
-        .happens(after({info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 2 device(s)"),
-                        dbg("devid:0 -- /mnt/a/A"), dbg("devid:1 -- /mnt/servers/s/S"), dbg("dlna mount event")},
-                       published("storagemedia.dlna.mount", list)))
+        .happens(Journal{info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 2 device(s)"),
+                         dbg("devid:0 -- /mnt/a/A"), dbg("devid:1 -- /mnt/servers/s/S"), dbg("dlna mount event")} +
+                 published("storagemedia.dlna.mount", list))
         .check();
 }
 
@@ -92,9 +85,9 @@ TEST(DeviceList, OnlyTheFirstPathIsAServer_IsAUsbMount)
         R"({"devType":0,"devcount":2,"devlist":[{"name":"S","path":"/servers/s"},{"name":"A","path":"/mnt/a"}]})";
     Json::Value devices = parsed(list);
     Scenario(3, &devices)
-        .happens(after({info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 2 device(s)"),
-                        dbg("devid:0 -- /servers/s/S"), dbg("devid:1 -- /mnt/a/A")},
-                       published("storagemedia.usb.mount", list)))
+        .happens(Journal{info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 2 device(s)"),
+                         dbg("devid:0 -- /servers/s/S"), dbg("devid:1 -- /mnt/a/A")} +
+                 published("storagemedia.usb.mount", list))
         .check();
 }
 
@@ -103,9 +96,9 @@ TEST(DeviceList, TypeOne_IsADlnaMountWhateverThePaths)
     const std::string list = R"({"devType":1,"devcount":1,"devlist":[{"name":"A","path":"/mnt/a"}]})";
     Json::Value devices = parsed(list);
     Scenario(3, &devices)
-        .happens(after({info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 1 device(s)"),
-                        dbg("devid:0 -- /mnt/a/A"), dbg("dlna mount event")},
-                       published("storagemedia.dlna.mount", list)))
+        .happens(Journal{info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 1 device(s)"),
+                         dbg("devid:0 -- /mnt/a/A"), dbg("dlna mount event")} +
+                 published("storagemedia.dlna.mount", list))
         .check();
 }
 
@@ -115,14 +108,14 @@ TEST(DeviceList, CountBelowTheList_BoundsTheWalkOnlyWhileDebugLinesArePrinted)
         R"({"devType":0,"devcount":1,"devlist":[{"name":"A","path":"/mnt/a"},{"name":"S","path":"/servers/s"}]})";
     Json::Value devices = parsed(list);
     Scenario(3, &devices)
-        .happens(after({info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 1 device(s)"),
-                        dbg("devid:0 -- /mnt/a/A")},
-                       published("storagemedia.usb.mount", list)))
+        .happens(Journal{info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 1 device(s)"),
+                         dbg("devid:0 -- /mnt/a/A")} +
+                 published("storagemedia.usb.mount", list))
         .checkAt(0);
     for (int level = 1; level <= 4; ++level) {
         Scenario(3, &devices)
-            .happens(after({info("nEvt : 3"), readInt("devType"), readInt("devcount")},
-                           published("storagemedia.dlna.mount", list)))
+            .happens(Journal{info("nEvt : 3"), readInt("devType"), readInt("devcount")} +
+                     published("storagemedia.dlna.mount", list))
             .checkAt(level);
     }
 }
@@ -136,8 +129,8 @@ TEST(DeviceList, DebugLinesThatStartDuringTheWalk_CountFromThere)
         .given([](FakePlatform& platform, ExposedPlugin&) {
             platform.logLevels = {4, 4, 4, 0};
         })
-        .happens(after({readInt("devType"), readInt("devcount"), printed("[DBG][onRecvEvent]devid:0 -- /b/B\r\n")},
-                       published("storagemedia.usb.mount", list)))
+        .happens(Journal{readInt("devType"), readInt("devcount"), printed("[DBG][onRecvEvent]devid:0 -- /b/B\r\n")} +
+                 published("storagemedia.usb.mount", list))
         .checkAt(4);
 }
 
@@ -146,9 +139,9 @@ TEST(DeviceList, CountAboveTheList_WalksTheList)
     const std::string list = R"({"devType":0,"devcount":9,"devlist":[{"name":"A","path":"/mnt/a"}]})";
     Json::Value devices = parsed(list);
     Scenario(3, &devices)
-        .happens(after({info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 9 device(s)"),
-                        dbg("devid:0 -- /mnt/a/A")},
-                       published("storagemedia.usb.mount", list)))
+        .happens(Journal{info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 9 device(s)"),
+                         dbg("devid:0 -- /mnt/a/A")} +
+                 published("storagemedia.usb.mount", list))
         .check();
 }
 
@@ -158,8 +151,9 @@ TEST(DeviceList, CountZeroOrNegative_WalksNothing)
         const std::string list = R"({"devType":0,"devcount":)" + count + R"(,"devlist":[{"name":"S","path":"/servers/s"}]})";
         Json::Value devices = parsed(list);
         Scenario(3, &devices)
-            .happens(after({info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total " + count + " device(s)")},
-                           published("storagemedia.usb.mount", list)))
+            .happens(
+                Journal{info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total " + count + " device(s)")} +
+                published("storagemedia.usb.mount", list))
             .check();
     }
 }
@@ -170,15 +164,15 @@ TEST(DeviceList, EmptyOrMissingList_IsDecidedByTheTypeAlone)
         const std::string usb = R"({"devType":2,"devcount":1)" + devlist + "}";
         Json::Value devices = parsed(usb);
         Scenario(3, &devices)
-            .happens(after({info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 1 device(s)")},
-                           published("storagemedia.usb.mount", usb)))
+            .happens(Journal{info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 1 device(s)")} +
+                     published("storagemedia.usb.mount", usb))
             .check();
         const std::string dlna = R"({"devType":1,"devcount":1)" + devlist + "}";
         devices = parsed(dlna);
         Scenario(3, &devices)
-            .happens(after({info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 1 device(s)"),
-                            dbg("dlna mount event")},
-                           published("storagemedia.dlna.mount", dlna)))
+            .happens(Journal{info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 1 device(s)"),
+                             dbg("dlna mount event")} +
+                     published("storagemedia.dlna.mount", dlna))
             .check();
     }
 }
@@ -188,11 +182,37 @@ TEST(DeviceList, DeviceWithoutPathOrName_HasEmptyOnes)
     const std::string list = R"({"devType":0,"devcount":2,"devlist":[{"name":"S","path":"/servers/s"},{}]})";
     Json::Value devices = parsed(list);
     Scenario(3, &devices)
-        .happens(after({info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 2 device(s)"),
-                        dbg("devid:0 -- /servers/s/S"), dbg("devid:1 -- /")},
-                       published("storagemedia.usb.mount", list)))
+        .happens(Journal{info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 2 device(s)"),
+                         dbg("devid:0 -- /servers/s/S"), dbg("devid:1 -- /")} +
+                 published("storagemedia.usb.mount", list))
         .check();
-    EXPECT_EQ(typed(devices), list);
+}
+
+TEST(DeviceList, PathAndNameOfOtherTypes_AreTakenAsText)
+{
+    const std::string list = R"({"devType":0,"devcount":2,"devlist":[{"name":true,"path":7},{"name":null,"path":-3}]})";
+    Json::Value devices = parsed(list);
+    Scenario(3, &devices)
+        .happens(Journal{info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 2 device(s)"),
+                         dbg("devid:0 -- 7/true"), dbg("devid:1 -- -3/")} +
+                 published("storagemedia.usb.mount", list))
+        .check();
+}
+
+TEST(DeviceList, PathThatIsNoText_IsTheLibrarysError)
+{
+    for (const char* path : {"{}", "[]"}) {
+        for (const char* key : {"path", "name"}) {
+            Json::Value devices = parsed(R"({"devType":0,"devcount":1,"devlist":[{}]})");
+            devices["devlist"][0][key] = parsed(path);
+            Scenario("onRecvEvent",
+                     [&devices](ExposedPlugin&) {
+                         EXPECT_THROW(CStorageMediaPlugin::onRecvEvent(3, &devices), Json::LogicError);
+                     })
+                .happens({info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 1 device(s)")})
+                .check();
+        }
+    }
 }
 
 TEST(DeviceList, TypeUnreadable_CountsAsZero)
@@ -200,9 +220,9 @@ TEST(DeviceList, TypeUnreadable_CountsAsZero)
     const std::string list = R"({"devType":"1","devcount":0})";
     Json::Value devices = parsed(list);
     Scenario(3, &devices)
-        .happens(after({info("nEvt : 3"), readInt("devType"), dbg("unknown devType set default"), readInt("devcount"),
-                        dbg("Total 0 device(s)")},
-                       published("storagemedia.usb.mount", list)))
+        .happens(Journal{info("nEvt : 3"), readInt("devType"), dbg("unknown devType set default"), readInt("devcount"),
+                         dbg("Total 0 device(s)")} +
+                 published("storagemedia.usb.mount", list))
         .check();
 }
 
@@ -224,7 +244,7 @@ TEST(DeviceEvents, NoCallback_PublishNothingAndDoNotFail)
         .given(withoutCallback)
         .happens({info("nEvt : 3"), readInt("devType"), readInt("devcount"), dbg("Total 0 device(s)")})
         .check();
-    Scenario(1, nullptr)
+    Scenario(1, kNoData)
         .given(withoutCallback)
         .happens({info("nEvt : 1"), dbg("<===============SOCMW_MM_EVENT_USB_DEVICE_MOUNT==============>")})
         .check();

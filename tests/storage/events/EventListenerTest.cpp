@@ -15,15 +15,15 @@ using tvfirmware::CStorageMediaPlugin;
 /// Every id from 0 to 52, by what comes of it when the middleware sends no parameter.
 struct EventWithoutParameter {
     int id;
-    std::vector<Happening> journal; ///< after the frame's own line
+    Journal journal; ///< after the frame's own line
 };
 
-std::vector<Happening> dropped(const std::string& message)
+Journal dropped(const std::string& message)
 {
     return {dbg(message)};
 }
 
-std::vector<Happening> unknown(int id)
+Journal unknown(int id)
 {
     return {war("Unknown event id:" + std::to_string(id))};
 }
@@ -92,14 +92,14 @@ class EveryEvent : public testing::TestWithParam<EventWithoutParameter> {};
 
 TEST_P(EveryEvent, WithoutParameter_DoesWhatItsRowSays)
 {
-    std::vector<Happening> journal = {info("nEvt : " + std::to_string(GetParam().id))};
+    Journal journal = {info("nEvt : " + std::to_string(GetParam().id))};
     journal.insert(journal.end(), GetParam().journal.begin(), GetParam().journal.end());
-    Scenario(GetParam().id, nullptr).happens(journal).check();
+    Scenario(GetParam().id, kNoData).happens(journal).check();
 }
 
 TEST_P(EveryEvent, WithoutInstance_LogsAndDoesNothing)
 {
-    Scenario(GetParam().id, nullptr)
+    Scenario(GetParam().id, kNoData)
         .given([](FakePlatform&, ExposedPlugin&) { CStorageMediaPlugin::m_pThisControl = nullptr; })
         .happens({err("Instance is NULL!!!!")})
         .check();
@@ -125,16 +125,6 @@ TEST_P(EventPassedOn, WithObject_PublishesACopy)
         .check();
 }
 
-TEST_P(EventPassedOn, HostThatChangesTheBody_ChangesACopy)
-{
-    Json::Value object = parsed(R"({"any":1})");
-    FakePlatform platform;
-    ExposedPlugin plugin;
-    plugin.m_pPublishCallback = [](const char*, const char*, Json::Value& body) { body["mine"] = true; };
-    CStorageMediaPlugin::onRecvEvent(GetParam().id, &object);
-    EXPECT_EQ(testsupport::typed(object), R"({"any":1})");
-}
-
 INSTANTIATE_TEST_SUITE_P(
     Table, EventPassedOn,
     testing::Values(PassedOnEvent{12, "storagemedia.media.loadsuccess"}, PassedOnEvent{14, "storagemedia.media.loadfailed"},
@@ -151,7 +141,7 @@ TEST_P(EventWithUnreadParameter, AnyPointer_ChangesNothing)
     const std::vector<EventWithoutParameter> events = everyEvent();
     for (const EventWithoutParameter& event : events) {
         if (event.id == GetParam()) {
-            std::vector<Happening> journal = {info("nEvt : " + std::to_string(event.id))};
+            Journal journal = {info("nEvt : " + std::to_string(event.id))};
             journal.insert(journal.end(), event.journal.begin(), event.journal.end());
             Scenario(event.id, reinterpret_cast<void*>(1)).happens(journal).check();
         }
@@ -162,6 +152,26 @@ INSTANTIATE_TEST_SUITE_P(Table, EventWithUnreadParameter,
                          testing::Values(0, 1, 7, 11, 16, 17, 18, 19, 20, 24, 25, 28, 30, 32, 36, 39, 41, 42, 43, 44, 46, 47,
                                          49, 50, 51, 52, 53, -1),
                          [](const auto& row) { return idName(row.param); });
+
+// The host sets its callback before events can arrive, and the middleware always sends a fragment: neither is tested for.
+
+TEST(EventListenerDeathTest, PublishingWithoutCallback_Crashes)
+{
+    FakePlatform platform;
+    const ExposedPlugin plugin;
+    EXPECT_DEATH(CStorageMediaPlugin::onRecvEvent(52, nullptr), "");
+    Json::Value object;
+    EXPECT_DEATH(CStorageMediaPlugin::onRecvEvent(5, &object), "");
+    EXPECT_DEATH(CStorageMediaPlugin::onRecvEvent(12, nullptr), "");
+}
+
+TEST(EventListenerDeathTest, FragmentWithoutParameter_Crashes)
+{
+    FakePlatform platform;
+    ExposedPlugin plugin;
+    plugin.setCallback(recordPublication);
+    EXPECT_DEATH(CStorageMediaPlugin::onRecvEvent(6, nullptr), "");
+}
 
 TEST(EventListener, LevelThatChangesBetweenItsLines_IsReadForEach)
 {

@@ -1,3 +1,4 @@
+#include "support/CaseName.h"
 #include "support/Scenario.h"
 #include "support/TypedJson.h"
 
@@ -7,6 +8,7 @@
 
 namespace {
 
+using testsupport::caseName;
 using testsupport::parsed;
 
 Happening frame(int id)
@@ -30,7 +32,8 @@ TEST_P(PlayingState, Changed_PublishesSpeedAndDynamicRange)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Ids, PlayingState, testing::Values(13, 23));
+INSTANTIATE_TEST_SUITE_P(Ids, PlayingState, testing::Values(13, 23),
+                         [](const auto& row) { return "Id" + std::to_string(row.param); });
 
 struct Movie {
     std::string info;
@@ -44,7 +47,7 @@ TEST_P(MovieInfo, Updated_LogsWhatItCanReadAndPublishesTheObjectUnchanged)
 {
     const auto& [id, movie] = GetParam();
     Json::Value object = parsed(movie.info);
-    std::vector<Happening> journal = {frame(id)};
+    Journal journal = {frame(id)};
     const auto reading = [&journal, &movie = movie](const Happening& read, const std::string& key) {
         journal.push_back(read);
         if (std::find(movie.unknown.begin(), movie.unknown.end(), key) != movie.unknown.end()) {
@@ -57,7 +60,6 @@ TEST_P(MovieInfo, Updated_LogsWhatItCanReadAndPublishesTheObjectUnchanged)
     reading(readString("artist"), "artist");
     journal.insert(journal.end(), {dbg(movie.line), broadcast("storagemedia.media.infoupdate", testsupport::typed(object))});
     Scenario(id, &object).happens(journal).check();
-    EXPECT_EQ(testsupport::typed(object), testsupport::typed(parsed(movie.info)));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -75,7 +77,10 @@ INSTANTIATE_TEST_SUITE_P(
             Movie{R"({"artist":1,"duration":-1,"path":2,"title":3})",
                   {"duration", "title", "path", "artist"},
                   "Title:\r\n\tpath:\r\n\tduration:0"},
-            Movie{"{}", {"duration", "title", "path", "artist"}, "Title:\r\n\tpath:\r\n\tduration:0"})));
+            Movie{"{}", {"duration", "title", "path", "artist"}, "Title:\r\n\tpath:\r\n\tduration:0"})),
+    [](const auto& row) {
+        return caseName(row.index, "Id" + std::to_string(std::get<0>(row.param)) + " " + std::get<1>(row.param).info);
+    });
 
 TEST(MusicStopped, Index_IsPublishedUnsigned)
 {
@@ -137,7 +142,7 @@ TEST(SubtitleChanged, Picture_IsPublishedAndForgottenButNotReleased)
                            R"({"format":-7,"height":4u,"pictitle":"picture","size":4000000000u,"startH":1u,"startV":2u,)"
                            R"("type":)" +
                                std::to_string(type) + R"(,"width":3u})")})
-            .afterwards([&](const ExposedPlugin&) {
+            .afterwards([&] {
                 EXPECT_EQ(subtitle.image.picture, nullptr);
                 EXPECT_STREQ(picture, "picture");
                 EXPECT_EQ(subtitle.image.reserved, 99U);

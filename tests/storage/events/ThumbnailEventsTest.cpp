@@ -1,3 +1,4 @@
+#include "support/CaseName.h"
 #include "support/Scenario.h"
 
 #include "platform/SocMwEvents.h"
@@ -8,6 +9,7 @@
 
 namespace {
 
+using testsupport::caseName;
 struct Ready {
     int index;
     int total;
@@ -34,13 +36,6 @@ TEST_P(ThumbnailReady, Picture_IsPublishedToTheRequester)
         .happens({info("nEvt : " + std::to_string(id)), dbg("idx:" + index + ", Path:/m/a.jpg"),
                   published("c1", "startThumbnail" + ready.ending,
                             R"({"filepath":"/t/a.jpg","index":)" + index + R"(,"path":"/m/a.jpg","reqId":"r1"})")})
-        .afterwards([total = ready.total](const ExposedPlugin& plugin) {
-            EXPECT_EQ(plugin.m_requestSlots[3].channel, "c1");
-            EXPECT_EQ(plugin.m_requestSlots[3].reqId, "r1");
-            EXPECT_EQ(plugin.m_requestSlots[3].event, "startThumbnail");
-            EXPECT_EQ(plugin.m_requestSlots[3].extra, "extra");
-            EXPECT_EQ(plugin.m_thumbnailTotal, total);
-        })
         .check();
 }
 
@@ -51,7 +46,12 @@ INSTANTIATE_TEST_SUITE_P(
                                      Ready{8, 9, ".complete"}, Ready{9, 9, ".complete"}, Ready{-1, 1, ".fragment"},
                                      Ready{-1, 0, ".complete"}, Ready{0, -4, ".complete"},
                                      Ready{INT_MAX, INT_MAX, ".complete"}, Ready{INT_MAX - 1, INT_MAX, ".complete"},
-                                     Ready{INT_MAX - 2, INT_MAX, ".fragment"})));
+                                     Ready{INT_MAX - 2, INT_MAX, ".fragment"})),
+    [](const auto& row) {
+        const Ready ready = std::get<1>(row.param);
+        return caseName(row.index, "Id" + std::to_string(std::get<0>(row.param)) + " Index" + std::to_string(ready.index) +
+                                       " Of" + std::to_string(ready.total));
+    });
 
 TEST(ThumbnailReady, Failed_HasAnEmptyPathAndNoFile)
 {
@@ -80,6 +80,10 @@ TEST(ThumbnailReady, NoRequestYet_IsPublishedUnderTheBareEnding)
 {
     thumbnail_ready_s thumbnail = {0, 0, "/m/a.jpg", nullptr};
     Scenario(8, &thumbnail)
+        .given([](FakePlatform&, ExposedPlugin& plugin) {
+            plugin.m_requestSlots[3].clear();
+            plugin.m_thumbnailTotal = 0;
+        })
         .happens({info("nEvt : 8"), dbg("idx:0, Path:/m/a.jpg"),
                   published("", ".complete", R"({"index":0,"path":"","reqId":""})")})
         .check();

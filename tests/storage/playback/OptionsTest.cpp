@@ -14,7 +14,7 @@ Scenario set(const std::string& request)
 
 const char kAllKeys[] = R"({"option":"sound","suboption":"track","value":2,"flags":3,"playall":4})";
 
-std::vector<Happening> settingAll()
+Journal settingAll()
 {
     return {readString("option"),
             readString("suboption"),
@@ -56,13 +56,9 @@ TEST(SetOptions, EmptyTexts_ArePassedOn)
 
 TEST(SetOptions, ManagerRefuses_LogsItsStatus)
 {
-    std::vector<Happening> journal = settingAll();
-    journal.push_back(err("Failed!!! ret:-1"));
-    set(kAllKeys)
-        .given([](FakePlatform& platform, ExposedPlugin&) { platform.statuses["setOptions"] = -1; })
-        .happens(journal)
-        .fails()
-        .check();
+    Journal journal = settingAll();
+    journal.push_back(err("Failed!!! ret:<status>"));
+    set(kAllKeys).refusedBy("setOptions").happens(journal).fails().check();
 }
 
 TEST(SetOptions, OptionUnreadable_Fails)
@@ -105,11 +101,9 @@ TEST(GetCurAllOptions, Asked_RepliesTheManagersObject)
 TEST(GetCurAllOptions, ManagerRefuses_KeepsTheReply)
 {
     getAll()
-        .given([](FakePlatform& platform, ExposedPlugin&) {
-            platform.json = testsupport::parsed(kOptions);
-            platform.statuses["getCurAllOptions"] = 6;
-        })
-        .happens({manager(), did("getCurAllOptions(null)"), err("Failed!!! ret:6")})
+        .given([](FakePlatform& platform, ExposedPlugin&) { platform.json = testsupport::parsed(kOptions); })
+        .refusedBy("getCurAllOptions")
+        .happens({manager(), did("getCurAllOptions(null)"), err("Failed!!! ret:<status>")})
         .fails()
         .check();
 }

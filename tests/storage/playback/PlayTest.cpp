@@ -22,22 +22,16 @@ protected:
     Happening call(const std::string& arguments) const { return did(GetParam().name + "(" + arguments + ")"); }
 };
 
-const std::vector<Happening> kReadsToPlayAll = {readString("dirpath"), dbg("dirpath :/mnt/a"), readUInt("index"),
-                                                readUInt("type"), readBool("playall")};
-
-std::vector<Happening> after(std::vector<Happening> first, const std::vector<Happening>& second)
-{
-    first.insert(first.end(), second.begin(), second.end());
-    return first;
-}
+const Journal kReadsToPlayAll = {readString("dirpath"), dbg("dirpath :/mnt/a"), readUInt("index"), readUInt("type"),
+                                 readBool("playall")};
 
 TEST_P(PlayFile, PlayableType_RepliesTheIndexThatPlays)
 {
     for (const std::string type : {"3", "4", "5"}) {
         play(R"({"dirpath":"/mnt/a","index":2,"playall":true,"resume":true,"type":)" + type + "}")
             .given([](FakePlatform& platform, ExposedPlugin&) { platform.currentIndex = 4000000000U; })
-            .happens(after(kReadsToPlayAll, {readBool("resume"), dbg("file type:" + type + ", index:2, bPlayAll:1"),
-                                             manager(), call(type + R"(, 2u, 0u, true, true, "/mnt/a")")}))
+            .happens(kReadsToPlayAll + Journal{readBool("resume"), dbg("file type:" + type + ", index:2, bPlayAll:1"),
+                                               manager(), call(type + R"(, 2u, 0u, true, true, "/mnt/a")")})
             .succeeds()
             .leavesReply(R"({"count":4000000000u,"kept":"as it was"})")
             .check();
@@ -47,8 +41,8 @@ TEST_P(PlayFile, PlayableType_RepliesTheIndexThatPlays)
 TEST_P(PlayFile, FlagsFalse_ArePassedOn)
 {
     play(R"({"dirpath":"/mnt/a","index":4294967295,"playall":false,"resume":false,"type":4})")
-        .happens(after(kReadsToPlayAll, {readBool("resume"), dbg("file type:4, index:-1, bPlayAll:0"), manager(),
-                                         call(R"(4, 4294967295u, 0u, false, false, "/mnt/a")")}))
+        .happens(kReadsToPlayAll + Journal{readBool("resume"), dbg("file type:4, index:-1, bPlayAll:0"), manager(),
+                                           call(R"(4, 4294967295u, 0u, false, false, "/mnt/a")")})
         .succeeds()
         .leavesReply(R"({"count":0u,"kept":"as it was"})")
         .check();
@@ -58,9 +52,9 @@ TEST_P(PlayFile, WithoutResume_PlaysFromTheStart)
 {
     for (const char* resume : {"", R"(,"resume":1)"}) {
         play(R"({"dirpath":"/mnt/a","index":0,"type":4,"playall":true)" + std::string(resume) + "}")
-            .happens(after(kReadsToPlayAll, {readBool("resume"), err("unknown resume option, set restart!"),
-                                             dbg("file type:4, index:0, bPlayAll:1"), manager(),
-                                             call(R"(4, 0u, 0u, true, false, "/mnt/a")")}))
+            .happens(kReadsToPlayAll + Journal{readBool("resume"), err("unknown resume option, set restart!"),
+                                               dbg("file type:4, index:0, bPlayAll:1"), manager(),
+                                               call(R"(4, 0u, 0u, true, false, "/mnt/a")")})
             .succeeds()
             .leavesReply(R"({"count":0u,"kept":"as it was"})")
             .check();
@@ -84,8 +78,8 @@ TEST_P(PlayFile, OtherType_IsRefusedBeforeTheManager)
 {
     for (const std::string type : {"0", "1", "2", "6", "7"}) {
         play(R"({"dirpath":"/mnt/a","index":0,"playall":true,"resume":true,"type":)" + type + "}")
-            .happens(after(kReadsToPlayAll, {readBool("resume"), dbg("file type:" + type + ", index:0, bPlayAll:1"),
-                                             err("unknown unPlayable Type:" + type)}))
+            .happens(kReadsToPlayAll + Journal{readBool("resume"), dbg("file type:" + type + ", index:0, bPlayAll:1"),
+                                               err("unknown unPlayable Type:" + type)})
             .fails()
             .check();
     }
@@ -94,26 +88,21 @@ TEST_P(PlayFile, OtherType_IsRefusedBeforeTheManager)
 TEST_P(PlayFile, LargestType_IsLoggedSigned)
 {
     play(R"({"dirpath":"/mnt/a","index":0,"playall":true,"resume":true,"type":4294967295})")
-        .happens(after(kReadsToPlayAll,
-                       {readBool("resume"), dbg("file type:-1, index:0, bPlayAll:1"), err("unknown unPlayable Type:-1")}))
+        .happens(kReadsToPlayAll +
+                 Journal{readBool("resume"), dbg("file type:-1, index:0, bPlayAll:1"), err("unknown unPlayable Type:-1")})
         .fails()
         .check();
 }
 
 TEST_P(PlayFile, ManagerRefuses_LeavesTheReply)
 {
-    for (const int status : {1, -1}) {
-        play(R"({"dirpath":"/mnt/a","index":0,"playall":true,"resume":true,"type":4})")
-            .given([status](FakePlatform& platform, ExposedPlugin&) {
-                platform.statuses[GetParam().name] = status;
-                platform.currentIndex = 3;
-            })
-            .happens(after(kReadsToPlayAll,
-                           {readBool("resume"), dbg("file type:4, index:0, bPlayAll:1"), manager(),
-                            call(R"(4, 0u, 0u, true, true, "/mnt/a")"), err("Failed!!! ret:" + std::to_string(status))}))
-            .fails()
-            .check();
-    }
+    play(R"({"dirpath":"/mnt/a","index":0,"playall":true,"resume":true,"type":4})")
+        .given([](FakePlatform& platform, ExposedPlugin&) { platform.currentIndex = 3; })
+        .refusedBy(GetParam().name)
+        .happens(kReadsToPlayAll + Journal{readBool("resume"), dbg("file type:4, index:0, bPlayAll:1"), manager(),
+                                           call(R"(4, 0u, 0u, true, true, "/mnt/a")"), err("Failed!!! ret:<status>")})
+        .fails()
+        .check();
 }
 
 TEST_P(PlayFile, RequiredKeyUnreadable_Fails)
@@ -133,7 +122,7 @@ TEST_P(PlayFile, RequiredKeyUnreadable_Fails)
     }
     for (const char* playAll : {"", R"(,"playall":1)"}) {
         play(R"({"dirpath":"/mnt/a","index":0,"type":4)" + std::string(playAll) + "}")
-            .happens(after(kReadsToPlayAll, {err("unknown Play mode")}))
+            .happens(kReadsToPlayAll + Journal{err("unknown Play mode")})
             .fails()
             .check();
     }
@@ -171,12 +160,10 @@ TEST(DmrPlayFile, AnyInteger_PreparesPlaybackAndRepliesTheTitle)
 TEST(DmrPlayFile, ManagerRefuses_LogsItsStatus)
 {
     dmr(R"({"type":4})")
-        .given([](FakePlatform& platform, ExposedPlugin&) {
-            platform.statuses["dmrPlayPrepare"] = -4;
-            platform.title = "The Film";
-        })
+        .given([](FakePlatform& platform, ExposedPlugin&) { platform.title = "The Film"; })
+        .refusedBy("dmrPlayPrepare")
         .happens({readInt("type"), info("File Type:4"), manager(), did(R"(dmrPlayPrepare(4, ""))"),
-                  err("Dmr Play fialed!!!ret:-4")})
+                  err("Dmr Play fialed!!!ret:<status>")})
         .fails()
         .check();
 }

@@ -41,9 +41,9 @@ TEST(SetPlayerMode, OtherType_IsRefusedBeforeTheManager)
 TEST(SetPlayerMode, ManagerRefuses_LogsItsStatus)
 {
     setMode(R"({"mode":2,"type":4})")
-        .given([](FakePlatform& platform, ExposedPlugin&) { platform.statuses["setPlayerMode"] = -2; })
+        .refusedBy("setPlayerMode")
         .happens({readUInt("type"), readUInt("mode"), dbg("file type:4, mode:2"), manager(), did("setPlayerMode(4, 2)"),
-                  err("Failed!!! ret:-2")})
+                  err("Failed!!! ret:<status>")})
         .fails()
         .check();
 }
@@ -98,16 +98,12 @@ TEST(GetPlayMode, MediaTypeUnreadable_AsksForZero)
 
 TEST(GetPlayMode, ManagerRefuses_IsSilentAndKeepsTheReply)
 {
-    for (const int status : {1, -1}) {
-        getMode(R"({"mediaType":4})")
-            .given([status](FakePlatform& platform, ExposedPlugin&) {
-                platform.json = testsupport::parsed(kMode);
-                platform.statuses["getPlayMode"] = status;
-            })
-            .happens({dbg("Enter getPlayMode"), readInt("mediaType"), manager(), did("getPlayMode(null, 4)")})
-            .fails()
-            .check();
-    }
+    getMode(R"({"mediaType":4})")
+        .given([](FakePlatform& platform, ExposedPlugin&) { platform.json = testsupport::parsed(kMode); })
+        .refusedBy("getPlayMode")
+        .happens({dbg("Enter getPlayMode"), readInt("mediaType"), manager(), did("getPlayMode(null, 4)")})
+        .fails()
+        .check();
 }
 
 TEST(GetPlayMode, NullPointers_FailAfterTheFirstLine)
@@ -134,8 +130,8 @@ TEST(KiroRepeatModeSet, AnyMode_IsPassedOn)
 TEST(KiroRepeatModeSet, ManagerRefuses_LogsItsStatus)
 {
     repeat(R"({"mode":1})")
-        .given([](FakePlatform& platform, ExposedPlugin&) { platform.statuses["repeatModeSet"] = 3; })
-        .happens({readInt("mode"), manager(), did("repeatModeSet(1)"), err("Failed!!! ret:3")})
+        .refusedBy("repeatModeSet")
+        .happens({readInt("mode"), manager(), did("repeatModeSet(1)"), err("Failed!!! ret:<status>")})
         .fails()
         .check();
 }

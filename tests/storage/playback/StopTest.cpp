@@ -38,12 +38,10 @@ TEST(StopMediaFile, OtherType_IsRefusedBeforeTheManager)
 TEST(StopMediaFile, ManagerRefuses_LeavesTheReply)
 {
     stop(R"({"type":4})")
-        .given([](FakePlatform& platform, ExposedPlugin&) {
-            platform.statuses["stopMediaFile"] = -1;
-            platform.currentIndex = 3;
-        })
-        .happens(
-            {readUInt("type"), dbg("file type:4, index:0"), manager(), did("stopMediaFile(4, 0u)"), err("Failed!!! ret:-1")})
+        .given([](FakePlatform& platform, ExposedPlugin&) { platform.currentIndex = 3; })
+        .refusedBy("stopMediaFile")
+        .happens({readUInt("type"), dbg("file type:4, index:0"), manager(), did("stopMediaFile(4, 0u)"),
+                  err("Failed!!! ret:<status>")})
         .fails()
         .check();
 }
@@ -69,7 +67,7 @@ Scenario stopMusic()
 
 TEST(StopBackGroundMusic, AnyRequest_RepliesTheIndexThatPlayed)
 {
-    const std::vector<Happening> stopping = {manager(), did("stopBackGroundMusicFile(0u)"), dbg("curIdx:12")};
+    const Journal stopping = {manager(), did("stopBackGroundMusicFile(0u)"), dbg("curIdx:12")};
     stopMusic().happens(stopping).succeeds().leavesReply(R"({"index":12u,"kept":"as it was"})").check();
     stopMusic().nullRequest().happens(stopping).succeeds().leavesReply(R"({"index":12u,"kept":"as it was"})").check();
 }
@@ -77,8 +75,8 @@ TEST(StopBackGroundMusic, AnyRequest_RepliesTheIndexThatPlayed)
 TEST(StopBackGroundMusic, ManagerRefuses_LeavesTheReply)
 {
     stopMusic()
-        .given([](FakePlatform& platform, ExposedPlugin&) { platform.statuses["stopBackGroundMusicFile"] = 2; })
-        .happens({manager(), did("stopBackGroundMusicFile(0u)"), err("stopBackGroundMusicFile failed!!!ret:2")})
+        .refusedBy("stopBackGroundMusicFile")
+        .happens({manager(), did("stopBackGroundMusicFile(0u)"), err("stopBackGroundMusicFile failed!!!ret:<status>")})
         .fails()
         .check();
 }

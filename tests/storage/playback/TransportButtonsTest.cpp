@@ -22,9 +22,9 @@ protected:
         return Scenario(GetParam().handler, GetParam().command).request(request);
     }
 
-    static std::vector<Happening> reading(const std::vector<Happening>& afterwards)
+    static Journal reading(const Journal& afterwards)
     {
-        std::vector<Happening> journal = {readUInt("type")};
+        Journal journal = {readUInt("type")};
         if (GetParam().takesPlay) {
             journal.push_back(readBool("play"));
         }
@@ -72,14 +72,11 @@ TEST_P(TransportButton, OtherType_IsRefusedBeforeTheManager)
 
 TEST_P(TransportButton, ManagerRefuses_LogsItsStatus)
 {
-    for (const int status : {8, -8}) {
-        press(R"({"type":4,"play":true})")
-            .given([status](FakePlatform& platform, ExposedPlugin&) { platform.statuses[GetParam().operation] = status; })
-            .happens(
-                reading({dbg("file type:4"), manager(), call("4", "true"), err("Failed!!! ret:" + std::to_string(status))}))
-            .fails()
-            .check();
-    }
+    press(R"({"type":4,"play":true})")
+        .refusedBy(GetParam().operation)
+        .happens(reading({dbg("file type:4"), manager(), call("4", "true"), err("Failed!!! ret:<status>")}))
+        .fails()
+        .check();
 }
 
 TEST_P(TransportButton, PlayKey_IsRequiredOfPlayPauseAlone)

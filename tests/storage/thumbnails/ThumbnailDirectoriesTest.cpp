@@ -93,6 +93,31 @@ TEST_F(EmptyFiles, WorkingDirectory_StaysInTheDirectory)
     EXPECT_EQ(std::filesystem::current_path(), std::filesystem::canonical(temporary.path()));
 }
 
+TEST_F(EmptyFiles, RelativePath_IsTakenFromTheWorkingDirectory)
+{
+    temporary.makeDirectory("top/sub");
+    temporary.makeFile("top/file");
+    std::filesystem::current_path(temporary.path());
+    EXPECT_EQ(empty("top"), 0);
+    EXPECT_TRUE(std::filesystem::is_empty(temporary.path("top")));
+    EXPECT_EQ(journal.find(line("Empty dir:top")), 0U) << "the first line";
+    EXPECT_TRUE(logged("remove file:file, ret:0"));
+    EXPECT_TRUE(logged("Clear dir:topsub"));
+    EXPECT_EQ(std::filesystem::current_path(), std::filesystem::canonical(temporary.path("top")));
+}
+
+TEST_F(EmptyFiles, RelativePathThatEndsInASeparator_DoesNotFindItsSubdirectory)
+{
+    temporary.makeDirectory("top/sub");
+    temporary.makeFile("top/sub/file");
+    std::filesystem::current_path(temporary.path());
+    EXPECT_EQ(empty("top/"), 0);
+    // By then the working directory is "top", in which there is no "top/sub".
+    EXPECT_TRUE(temporary.has("top/sub/file"));
+    EXPECT_NE(journal.find(render({err("cannot open directory: top/sub")}, "emptyFilesUnderdir", 0)), std::string::npos);
+    EXPECT_TRUE(logged("remove dir:sub, ret:-1"));
+}
+
 TEST_F(EmptyFiles, EmptySubdirectory_IsRemovedThoughItsPathCannotBeOpened)
 {
     temporary.makeDirectory("top/sub");
