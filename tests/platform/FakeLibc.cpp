@@ -76,11 +76,8 @@ int system(const char* command)
 int statfs(const char* path, struct statfs* fs) noexcept
 {
     const int ret = recording::call("statfs", std::string(path));
-    if (!FakePlatform::instance().fileSystem.has_value()) {
-        return ret != 0 ? ret : -1;
-    }
-    *fs = *FakePlatform::instance().fileSystem;
-    return 0;
+    *fs = FakePlatform::instance().fileSystem;
+    return ret;
 }
 
 } // extern "C"

@@ -73,8 +73,8 @@ public:
     bool failHandles = false; ///< asking for a manager throws
     bool usbDirectoryOpens = false;
     bool thumbnailDirectoriesExist = false;
-    bool runShellCommands = false;           ///< else they are only recorded
-    std::optional<struct statfs> fileSystem; ///< none: statfs fails
+    bool runShellCommands = false; ///< else they are only recorded
+    struct statfs fileSystem = {}; ///< what statfs writes
 
 private:
     void catchUp();

@@ -95,6 +95,15 @@ TEST(EntryPoints, Load_FillsTheIndex)
     Plugin_Unload();
 }
 
+TEST(EntryPoints, Load_FillsTheIndexBehindTheConstruction)
+{
+    FakePlatform platform;
+    gCmdListIndexMap.clear();
+    platform.onListener = [] { EXPECT_TRUE(gCmdListIndexMap.empty()); };
+    Plugin_Load();
+    Plugin_Unload();
+}
+
 TEST(EntryPoints, Load_ThatThrows_KeepsThePluginThatWasLoaded)
 {
     FakePlatform platform;

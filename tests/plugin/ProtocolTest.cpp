@@ -56,7 +56,6 @@ protected:
         platform.files = {folderFile("/media/stick/a"), folderFile("/media/stick/b")};
         platform.media.resize(2);
         platform.playlists = {{"/media/stick/p.m3u", 6}};
-        platform.fileSystem.emplace();
         platform.json["answer"] = 1;
         ExposedPlugin plugin;
         Json::Value reply = kReplyBefore;

@@ -114,6 +114,19 @@ void another(const char* /*source*/, const char* /*name*/, Json::Value& /*body*/
 {
 }
 
+TEST(Lifecycle, Destroyed_EmptiesTheListBeforeItLogs)
+{
+    FakePlatform platform;
+    auto plugin = std::make_unique<ExposedPlugin>();
+    fillWithOddValues(*plugin);
+    platform.takeJournal();
+    {
+        const StateWatch watch(*plugin);
+        plugin.reset();
+    }
+    EXPECT_EQ(platform.takeJournal(), "{m_intList = [0 elements]}\n");
+}
+
 TEST(Lifecycle, SetCallback_LogsAndStoresAnyPointer)
 {
     for (const PublishNotificationCallback callback :

@@ -68,7 +68,7 @@ TEST(DeviceUsage, TypeOfAllBits_IsPrintedInFull)
     usage()
         .given([](FakePlatform& platform, ExposedPlugin& plugin) {
             fileSystem(1024, 2, 1)(platform, plugin);
-            platform.fileSystem->f_type = static_cast<decltype(platform.fileSystem->f_type)>(0x9123683EU);
+            platform.fileSystem.f_type = static_cast<decltype(platform.fileSystem.f_type)>(0x9123683EU);
         })
         .happens({readString("path"), dbg("path:/mnt/usb"), did(R"(statfs("/mnt/usb"))"),
                   dbg("f_bsize:1024, f_blocks:2, f_bfree:1, type:0x9123683e"),
@@ -192,7 +192,8 @@ TEST(DeviceUsage, ShareAroundThe32BitEdge_KeepsItsLowByte)
 TEST(DeviceUsage, StatfsFails_LogsItsResultAndLeavesTheReply)
 {
     usage()
-        .happens({readString("path"), dbg("path:/mnt/usb"), did(R"(statfs("/mnt/usb"))"), err("statfs ret:-1")})
+        .refusedBy("statfs")
+        .happens({readString("path"), dbg("path:/mnt/usb"), did(R"(statfs("/mnt/usb"))"), err("statfs ret:<status>")})
         .fails()
         .check();
 }

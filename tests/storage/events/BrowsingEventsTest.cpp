@@ -40,15 +40,17 @@ const Journal kAnswered = {info("chgdir.complete: reqId:r1, channelId:c1"), slot
 
 TEST(DirectoryChanged, Entries_ArePublishedToTheRequester)
 {
-    std::vector<FolderFileInfo_s> files = {folderFile("/d/b", 4), folderFile("/d/a", -3, 0)};
-    files[1].isPhoto360 = 2;
-    Scenario(4, &files)
-        .given(changing("/d", false))
-        .happens(Journal{info("nEvt : 4"), manager(), did(R"(getFileDirPath("/d/b"))"), fileLine("/d/b", 0),
-                         fileLine("/d/a", 1),
-                         complete(2, entry("/d/b", "4", "5000000000", false) + "," + entry("/d/a", "-3", "0", true))} +
-                 kAnswered)
-        .check();
+    for (const int flag : {2, -1}) {
+        std::vector<FolderFileInfo_s> files = {folderFile("/d/b", 4), folderFile("/d/a", -3, 0)};
+        files[1].isPhoto360 = flag;
+        Scenario(4, &files)
+            .given(changing("/d", false))
+            .happens(Journal{info("nEvt : 4"), manager(), did(R"(getFileDirPath("/d/b"))"), fileLine("/d/b", 0),
+                             fileLine("/d/a", 1),
+                             complete(2, entry("/d/b", "4", "5000000000", false) + "," + entry("/d/a", "-3", "0", true))} +
+                     kAnswered)
+            .check();
+    }
 }
 
 TEST(DirectoryChanged, NoEntries_IsPublishedAndEmptiesTheDirectory)
