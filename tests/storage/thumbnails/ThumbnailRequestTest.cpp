@@ -110,6 +110,14 @@ TEST(StartThumbnail, ListRefused_KeepsTheNewTotalAndStartsNothing)
         .happens(startingOneFile() + Journal{err("add list failed!!!ret:<status>")})
         .fails()
         .check();
+    start(R"({"channelId":"c1","reqId":"r1","type":3,"width":100,"height":50,"startidx":4,"count":6})")
+        .refusedBy("appendThumbnailList")
+        .happens(
+            reading("r1", {war("unknown Path")}) +
+            Journal{dbg("channelId:c1, reqId:r1"), dbg("width:100, heigth:50, type:3, path:"), dbg("startIdx:4, count:6")} +
+            total(6) + Journal{did("appendThumbnailList(4, 6)"), err("add list failed!!!ret:<status>")})
+        .fails()
+        .check();
 }
 
 TEST(StartThumbnail, StartRefused_LogsItsStatus)
