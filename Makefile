@@ -30,6 +30,11 @@ asan: ## the tests under the address, leak and undefined-behaviour sanitizers
 	cmake --build --preset asan
 	ctest --preset asan
 
+.PHONY: tsan
+tsan: ## the desktop's tests, and a long stress test, under the thread sanitizer
+	@$(INSTALL) build test demo tsan
+	tools/tsan
+
 .PHONY: hostile
 hostile: build-dev ## desktop-tv on the whole stick of everything that goes wrong
 	HOSTILE_STICK_WHOLE=1 build/dev/tests/desktop/desktop_tests --gtest_filter='HostileStick*'

@@ -4,8 +4,8 @@
 #include <link.h>
 
 #include <cstring>
+#include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <optional>
 #include <set>
 #include <stdexcept>
@@ -20,12 +20,16 @@ public:
     explicit ElfFile(const std::string& path)
     {
         std::ifstream file(path, std::ios::binary);
-        m_bytes.assign(std::istreambuf_iterator<char>(file), {});
+        m_bytes.resize(std::filesystem::file_size(path));
+        file.read(m_bytes.data(), static_cast<std::streamsize>(m_bytes.size()));
         m_header = at<ElfW(Ehdr)>(0);
         if (std::memcmp(m_header.e_ident, ELFMAG, SELFMAG) != 0) {
             throw std::runtime_error(path + " is no ELF file");
         }
     }
+
+    /// What kind of file it is (ET_...).
+    ElfW(Half) type() const { return m_header.e_type; }
 
     std::vector<ElfW(Phdr)> segments() const { return table<ElfW(Phdr)>(m_header.e_phoff, m_header.e_phnum); }
 
