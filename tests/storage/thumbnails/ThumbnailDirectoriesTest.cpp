@@ -152,6 +152,15 @@ TEST_F(EmptyFiles, PathThatEndsInASeparator_ReachesTheSubdirectoryAndStaysThere)
     EXPECT_EQ(std::filesystem::current_path(), std::filesystem::canonical(temporary.path("top/sub")));
 }
 
+TEST_F(EmptyFiles, SubdirectoriesNamedLikeTheDots_AreRemoved)
+{
+    for (const char* name : {"-", ".-", ".hidden", "...", "..-"}) {
+        temporary.makeDirectory("top/" + std::string(name));
+    }
+    EXPECT_EQ(empty(temporary.path("top")), 0);
+    EXPECT_TRUE(std::filesystem::is_empty(temporary.path("top")));
+}
+
 TEST_F(EmptyFiles, SeveralSubdirectories_KeepGrowingThePath)
 {
     temporary.makeDirectory("top/one");
