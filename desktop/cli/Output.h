@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/host/Interrupts.h"
+#include "desktop/cli/Interrupts.h"
 
 #include <mutex>
 #include <string_view>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "desktop/cli/HostClient.h"
 #include "desktop/cli/Output.h"
 #include "desktop/cli/ProgressLine.h"
-#include "desktop/host/Television.h"
 
 #include <optional>
 
@@ -12,10 +12,11 @@ namespace desktop {
 /// wrong is told on standard error. Operations are called on one thread.
 class Session {
 public:
-    /// Gets the body of a notification that answers a request, on the event thread; @p last for the one that ends it.
-    using Heard = std::function<void(const Json::Value& body, bool last)>;
+    /// Gets the body of a notification that answers a request; @p last for the one that ends it.
+    using AnswerHandler = std::function<void(const Json::Value& body, bool last)>;
 
-    Session(TelevisionSettings settings, Output& output, const Interrupts& interrupts);
+    /// @p takesMountedSticks says whether the host takes those that the computer mounts.
+    Session(Host& host, bool takesMountedSticks, Output& output, const Interrupts& interrupts);
     /// Leaves the media browser.
     ~Session();
     Session(const Session&) = delete;
@@ -34,7 +35,7 @@ public:
     bool query(const std::string& command, const Json::Value& request, const std::string& what, Json::Value& reply);
     /// Runs @p command, which answers with notifications, and waits for them; what it is about, @p what, is named when that
     /// fails. A command that is interrupted is cancelled.
-    bool ask(const std::string& command, Json::Value request, const std::string& what, const Heard& heard);
+    bool ask(const std::string& command, Json::Value request, const std::string& what, const AnswerHandler& handle);
     /// Makes @p directory the current one with @p pageSize entries to a page; the number of its entries, nothing when that
     /// fails.
     std::optional<int> changeDirectory(const std::string& directory, int pageSize);
@@ -50,23 +51,19 @@ public:
     ProgressLine& progress() { return m_progress; }
 
 private:
-    TelevisionSettings listening(TelevisionSettings settings);
-    void hear(const std::string& name, const Json::Value& body);
-    void stopListening();
-    std::string takeFailure();
+    void skipUpdates();
+    void note(const HostUpdate& update);
     bool failRefused(const std::string& what);
 
+    HostClient m_client;
+    const bool m_takesMountedSticks;
     Output& m_output;
     const Interrupts& m_interrupts;
-    const bool m_takesMounted;
     ProgressLine m_progress;
-    std::mutex m_mutex;
-    Heard m_heard;         ///< of the request that runs
-    std::string m_failure; ///< why something could not be read, the latest
+    std::string m_readFailure; ///< why something could not be read, the latest
     Json::Value m_devices{Json::arrayValue};
     int m_requests = 0;
     bool m_failed = false;
-    Television m_television; ///< last: it tells the others until it has gone
 };
 
 } // namespace desktop

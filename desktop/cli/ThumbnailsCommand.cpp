@@ -54,7 +54,7 @@ private:
     bool makeOfFile(const std::string& path);
     bool makePage(const std::string& directory, int page, std::size_t before, std::size_t total);
     Json::Value request() const;
-    Session::Heard gather(Pictures& pictures, std::size_t before, std::size_t total);
+    Session::AnswerHandler gather(Pictures& pictures, std::size_t before, std::size_t total);
     void tell(const std::string& path, const std::string& picture);
     std::string copy(const std::string& path, const std::string& picture);
 
@@ -135,7 +135,7 @@ Json::Value ThumbnailsRun::request() const
     return request;
 }
 
-Session::Heard ThumbnailsRun::gather(Pictures& pictures, std::size_t before, std::size_t total)
+Session::AnswerHandler ThumbnailsRun::gather(Pictures& pictures, std::size_t before, std::size_t total)
 {
     return [this, &pictures, before, total](const Json::Value& body, bool) {
         const Json::ArrayIndex index = body["index"].asUInt();

@@ -1,7 +1,5 @@
 #include "desktop/host/PendingAnswers.h"
 
-#include <poll.h>
-
 #include <algorithm>
 #include <array>
 
@@ -43,73 +41,26 @@ std::string commandAnsweredBy(const std::string& notification)
 
 } // namespace
 
-void PendingAnswers::begin(const std::string& command, const Json::Value& request)
+void PendingAnswers::accepted(const std::string& command, const Json::Value& request)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_running = {command, reqIdOf(request), false};
-}
-
-void PendingAnswers::succeeded()
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_pending.erase(m_running.command);
-    if (answersLater(m_running.command) && !m_running.answered) {
-        m_pending[m_running.command] = m_running.reqId;
+    if (answersLater(command)) {
+        m_pending[command] = reqIdOf(request);
+    } else if (command == "storagemedia.folder.user.cancel") {
+        m_pending.erase("storagemedia.folder.chgdir"); // which is not answered when it is cancelled
     }
 }
 
-void PendingAnswers::refused()
+void PendingAnswers::refused(const std::string& command)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_pending.erase(m_running.command);
-}
-
-void PendingAnswers::forget(const std::string& command)
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
     m_pending.erase(command);
 }
 
 void PendingAnswers::notified(const std::string& name, const Json::Value& body)
 {
-    const std::string command = commandAnsweredBy(name);
-    const std::string reqId = reqIdOf(body);
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        const auto pending = m_pending.find(command);
-        if (pending != m_pending.end() && pending->second == reqId) {
-            m_pending.erase(pending);
-        }
-        m_running.answered = m_running.answered || (m_running.command == command && m_running.reqId == reqId);
+    const auto pending = m_pending.find(commandAnsweredBy(name));
+    if (pending != m_pending.end() && pending->second == reqIdOf(body)) {
+        m_pending.erase(pending);
     }
-    m_news.raise();
-}
-
-void PendingAnswers::stillWorking()
-{
-    m_news.raise();
-}
-
-PendingAnswers::Wait PendingAnswers::wait(const Interrupts& interrupts, int patienceMs)
-{
-    pollfd waits[] = {{m_news.fd(), POLLIN, 0}, {interrupts.fd(), POLLIN, 0}};
-    while (!pending().empty()) {
-        const int ready = poll(waits, 2, patienceMs);
-        if (waits[1].revents != 0) {
-            return Wait::Interrupted;
-        }
-        if (ready == 0) {
-            return Wait::TimedOut;
-        }
-        m_news.clear();
-    }
-    return Wait::Answered;
-}
-
-std::map<std::string, std::string> PendingAnswers::pending() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_pending;
 }
 
 } // namespace desktop

@@ -18,10 +18,10 @@ PluginLibrary::PluginLibrary(const std::string& file)
     if (m_handle == nullptr) {
         throw std::runtime_error(std::string("cannot load the plugin: ") + dlerror());
     }
-    find(load, "Plugin_Load");
-    find(execute, "Plugin_Execute");
-    find(unload, "Plugin_Unload");
-    find(setPublishCallback, "Server_PublishNotification_Callback");
+    find(m_entryPoints.load, "Plugin_Load");
+    find(m_entryPoints.execute, "Plugin_Execute");
+    find(m_entryPoints.unload, "Plugin_Unload");
+    find(m_entryPoints.setPublishCallback, "Server_PublishNotification_Callback");
 }
 
 template <typename Function>

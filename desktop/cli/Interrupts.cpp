@@ -1,4 +1,4 @@
-#include "desktop/host/Interrupts.h"
+#include "desktop/cli/Interrupts.h"
 
 #include <poll.h>
 #include <sys/signalfd.h>
