@@ -4,6 +4,8 @@
 #include "desktop/host/CommandNames.h"
 #include "desktop/host/PrivateDirectories.h"
 
+#include "protocol/ProtocolTable.h"
+
 #include <fcntl.h>
 
 #include <cerrno>
@@ -36,7 +38,7 @@ UniqueFd divertLog(const Options& options)
 
 int listCommands()
 {
-    for (const desktop::CommandName& command : desktop::kCommandNames) {
+    for (const protocol::CommandDescription& command : protocol::kCommands) {
         std::printf("%10u  %s  %s\n", desktop::commandHash(command.name), desktop::padRight(command.name, 43).c_str(),
                     command.purpose);
     }

@@ -1,24 +1,12 @@
 #include "desktop/host/PendingAnswers.h"
 
+#include "protocol/ProtocolTable.h"
+
 #include <algorithm>
-#include <array>
 
 namespace desktop {
 
 namespace {
-
-/// Commands that answer later, and how.
-struct LateAnswer {
-    const char* command;
-    const char* notification;
-};
-
-constexpr std::array kLateAnswers = {
-    LateAnswer{"storagemedia.folder.chgdir", "storagemedia.folder.chgdir.complete"},
-    LateAnswer{"storagemedia.video.searchFiles", "storagemedia.video.searchFiles.complete"},
-    LateAnswer{"storagemedia.group.musicorphoto", "storagemedia.group.musicorphoto.complete"},
-    LateAnswer{"storagemedia.start.thumbnail", "startThumbnail.complete"},
-};
 
 std::string reqIdOf(const Json::Value& object)
 {
@@ -28,15 +16,17 @@ std::string reqIdOf(const Json::Value& object)
 
 bool answersLater(const std::string& command)
 {
-    return std::any_of(kLateAnswers.begin(), kLateAnswers.end(),
-                       [&command](const LateAnswer& late) { return command == late.command; });
+    return std::any_of(protocol::kCommands.begin(), protocol::kCommands.end(),
+                       [&command](const auto& known) { return known.answer != nullptr && command == known.name; });
 }
 
+/// The command whose answer @p notification ends; empty when there is none.
 std::string commandAnsweredBy(const std::string& notification)
 {
-    const auto found = std::find_if(kLateAnswers.begin(), kLateAnswers.end(),
-                                    [&notification](const LateAnswer& late) { return notification == late.notification; });
-    return found == kLateAnswers.end() ? "" : found->command;
+    const auto found =
+        std::find_if(protocol::kCommands.begin(), protocol::kCommands.end(),
+                     [&notification](const auto& known) { return known.answer != nullptr && notification == known.answer; });
+    return found == protocol::kCommands.end() ? "" : found->name;
 }
 
 } // namespace

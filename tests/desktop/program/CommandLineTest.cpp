@@ -1,6 +1,6 @@
 #include "tests/desktop/support/Program.h"
 
-#include "desktop/host/CommandNames.h"
+#include "protocol/ProtocolTable.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +20,7 @@ TEST(CommandLine, Commands_ListsHashNameAndPurpose)
     Program program({DESKTOP_TV, "commands"});
     EXPECT_EQ(program.wait(), 0);
     EXPECT_TRUE(contains(program.output(), "3414262598  storagemedia.folder.chgdir  ")) << program.output();
-    for (const desktop::CommandName& command : desktop::kCommandNames) {
+    for (const protocol::CommandDescription& command : protocol::kCommands) {
         EXPECT_TRUE(contains(program.output(), command.purpose)) << command.name;
     }
 }
