@@ -31,8 +31,8 @@ bool answers(const Notification& notification, const Json::Value& request)
 
 } // namespace
 
-Session::Session(Host& host, bool takesMountedSticks, Output& output, const Interrupts& interrupts)
-    : m_client(host, interrupts)
+Session::Session(HostClient& client, bool takesMountedSticks, Output& output, const Interrupts& interrupts)
+    : m_client(client)
     , m_takesMountedSticks(takesMountedSticks)
     , m_output(output)
     , m_interrupts(interrupts)

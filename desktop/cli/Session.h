@@ -16,7 +16,7 @@ public:
     using AnswerHandler = std::function<void(const Json::Value& body, bool last)>;
 
     /// @p takesMountedSticks says whether the host takes those that the computer mounts.
-    Session(Host& host, bool takesMountedSticks, Output& output, const Interrupts& interrupts);
+    Session(HostClient& client, bool takesMountedSticks, Output& output, const Interrupts& interrupts);
     /// Leaves the media browser.
     ~Session();
     Session(const Session&) = delete;
@@ -55,7 +55,7 @@ private:
     void note(const HostUpdate& update);
     bool failRefused(const std::string& what);
 
-    HostClient m_client;
+    HostClient& m_client;
     const bool m_takesMountedSticks;
     Output& m_output;
     const Interrupts& m_interrupts;

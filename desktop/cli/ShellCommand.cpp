@@ -1,6 +1,5 @@
 #include "desktop/cli/ShellCommand.h"
 
-#include "desktop/cli/HostClient.h"
 #include "desktop/cli/JsonLines.h"
 #include "desktop/cli/LineReader.h"
 #include "desktop/host/CommandNames.h"
@@ -45,8 +44,8 @@ bool isBlank(const std::string& text)
 /// One run of the shell. All lines are written by one thread, so a reply comes before the notifications that follow it.
 class Shell {
 public:
-    Shell(Host& host, Output& output, const Interrupts& interrupts)
-        : m_client(host, interrupts)
+    Shell(HostClient& client, Output& output, const Interrupts& interrupts)
+        : m_client(client)
         , m_output(output)
         , m_interrupts(interrupts)
     {
@@ -66,7 +65,7 @@ private:
     void writeMissingAnswers();
     void write(const Json::Value& line) { m_output.write(jsonLine(line)); }
 
-    HostClient m_client;
+    HostClient& m_client;
     Output& m_output;
     const Interrupts& m_interrupts;
     int m_lineNumber = 0;
@@ -200,9 +199,9 @@ void Shell::writeMissingAnswers()
 
 } // namespace
 
-int runShell(Host& host, Output& output, const Interrupts& interrupts)
+int runShell(HostClient& client, Output& output, const Interrupts& interrupts)
 {
-    return Shell(host, output, interrupts).run();
+    return Shell(client, output, interrupts).run();
 }
 
 } // namespace desktop

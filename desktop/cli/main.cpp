@@ -79,10 +79,12 @@ int runWithPlugin(const Options& options)
     settings.cacheFolder = options.cacheFolder;
     const desktop::PluginLibrary plugin(options.pluginFile);
     desktop::Host host(plugin.entryPoints(), std::move(settings));
+    desktop::HostClient client(host, interrupts);
+    host.start(); // whose first notifications the client gets
     if (options.command == Options::Command::Shell) {
-        return desktop::runShell(host, output, interrupts);
+        return desktop::runShell(client, output, interrupts);
     }
-    desktop::Session session(host, options.mountedSticks, output, interrupts);
+    desktop::Session session(client, options.mountedSticks, output, interrupts);
     runForPeople(session, options, output);
     return session.exitStatus();
 }

@@ -33,7 +33,11 @@ Host::Host(const PluginEntryPoints& plugin, DesktopSettings settings)
     DesktopMiddleware::instance().open(observedBy(m_subscribers, std::move(settings)));
     m_plugin.load();
     m_plugin.setPublishCallback(&Host::publish);
-    DesktopMiddleware::instance().startEvents(); // only now is there somebody to publish them to
+}
+
+void Host::start()
+{
+    DesktopMiddleware::instance().startEvents();
 }
 
 std::future<CommandReply> Host::execute(std::string name, Json::Value request)

@@ -22,11 +22,15 @@ namespace desktop {
 /// close() is how they are told. A reply or a subscription may be kept longer.
 class Host {
 public:
-    /// Loads @p plugin; @p settings says what the desktop is made of, its observers are the host's own.
+    /// Loads @p plugin; @p settings says what the desktop is made of, its observers are the host's own. Events gather until
+    /// start(), so that clients can subscribe before the first.
     Host(const PluginEntryPoints& plugin, DesktopSettings settings);
     ~Host() { close(); }
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
+
+    /// Begins to deliver events. Called once, by the owner.
+    void start();
 
     /// Queues command @p name; "CmdHash" is added to @p request. Requests that the plugin cannot use, and commands that are
     /// not run because the host closes, are answered with an error.

@@ -31,6 +31,7 @@ class HostClientTest : public testing::Test {
 protected:
     HostClientTest()
     {
+        host.start();
         SocMiddleware::getInstance()->getStorageUsbMgr()->setListener(
             [](int /*id*/, void* data) { s_publish("channel", kChanged, *static_cast<Json::Value*>(data)); });
     }

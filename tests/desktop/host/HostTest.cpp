@@ -10,6 +10,8 @@
 
 #include <poll.h>
 
+#include <algorithm>
+#include <iterator>
 #include <thread>
 
 namespace desktop {
@@ -111,6 +113,8 @@ Json::Value numbered(int number)
 
 class HostTest : public testing::Test {
 protected:
+    HostTest() { host.start(); }
+
     ScriptedPlugin plugin;
     Host host{ScriptedPlugin::entryPoints(), {}};
 };
@@ -174,9 +178,11 @@ TEST_F(HostTest, ManyClients_EachGetTheirOwnRepliesAndAllNotifications)
 {
     constexpr int kClients = 4;
     constexpr int kCommands = 50;
+    std::vector<SubscriptionPointer> subscriptions;
+    std::generate_n(std::back_inserter(subscriptions), kClients, [this] { return host.subscribe(kLimit); });
     std::vector<std::thread> clients;
     for (int client = 0; client < kClients; ++client) {
-        clients.emplace_back([this, client, subscription = host.subscribe(kLimit)] {
+        clients.emplace_back([this, client, subscription = subscriptions[static_cast<std::size_t>(client)]] {
             for (int i = 0; i < kCommands; ++i) {
                 const int number = client * kCommands + i;
                 EXPECT_EQ(host.execute("raise", numbered(number)).get().body["number"], number);
@@ -245,12 +251,25 @@ TEST_F(HostTest, EventsThatAreDueAtTheEnd_ReachTheSubscribers)
     EXPECT_EQ(next<Notification>(*subscription), nullptr);
 }
 
+TEST_F(HostTest, EventsBeforeTheStart_WaitForTheFirstSubscribers)
+{
+    host.close();
+    Host second(ScriptedPlugin::entryPoints(), {});
+    second.execute("raise", numbered(1)).wait();
+    const auto subscription = second.subscribe(kLimit);
+    second.start();
+    const auto notification = next<Notification>(*subscription);
+    ASSERT_NE(notification, nullptr);
+    EXPECT_EQ(notification->body["number"], 1);
+}
+
 TEST_F(HostTest, SubscriptionKeptLongerThanTheHost_IsUsable)
 {
     SubscriptionPointer subscription;
     host.close();
     {
         Host second(ScriptedPlugin::entryPoints(), {});
+        second.start();
         subscription = second.subscribe(kLimit);
         second.execute("raise", numbered(1)).wait();
     }
