@@ -11,6 +11,7 @@
 #include <poll.h>
 
 #include <algorithm>
+#include <atomic>
 #include <iterator>
 #include <thread>
 
@@ -34,6 +35,7 @@ public:
     std::vector<std::string> calls; ///< of the entry points, in order
     Door commandRuns;
     Door commandMayEnd;
+    std::atomic<int> eventsDuringCommands{0};
 
 private:
     static const char* load()
@@ -53,9 +55,18 @@ private:
 
     static bool execute(const char* name, Json::Value* request, Json::Value* reply)
     {
+        s_current->m_inCommand = true;
+        const bool result = run(name, request, reply);
+        s_current->m_inCommand = false;
+        return result;
+    }
+
+    static bool run(const char* name, Json::Value* request, Json::Value* reply)
+    {
         const std::string command = name;
         s_current->calls.push_back(command);
         if (command == "throw") {
+            s_current->m_inCommand = false;
             throw std::runtime_error("no such member");
         }
         if (command == "wait") {
@@ -67,6 +78,9 @@ private:
         }
         if (command == "publish" || command == "raise") {
             DesktopMiddleware::instance().events().post(kEvent, std::make_shared<Json::Value>(*request));
+            for (int i = 0; i < 100; ++i) {
+                std::this_thread::yield(); // the event thread has its chance to be wrong
+            }
         }
         *reply = *request;
         return command != "refuse";
@@ -74,6 +88,7 @@ private:
 
     static void onEvent(int /*id*/, void* data)
     {
+        s_current->eventsDuringCommands += s_current->m_inCommand ? 1 : 0;
         s_current->publish("by the event", data != nullptr ? *static_cast<Json::Value*>(data) : Json::Value());
     }
 
@@ -82,6 +97,7 @@ private:
     static ScriptedPlugin* s_current;
 
     PublishNotificationCallback m_publish = nullptr;
+    std::atomic<bool> m_inCommand{false};
 };
 
 ScriptedPlugin* ScriptedPlugin::s_current = nullptr;
@@ -157,6 +173,7 @@ TEST_F(HostTest, Reply_IsThereBeforeAnyNotificationOfItsCommand)
             EXPECT_EQ(reply.wait_for(std::chrono::seconds(0)), std::future_status::ready);
         }
     }
+    EXPECT_EQ(plugin.eventsDuringCommands, 0);
 }
 
 TEST_F(HostTest, WhileACommandRuns_NoEventIsDelivered)
