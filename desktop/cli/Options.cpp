@@ -178,6 +178,7 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options)
 {
     CLI::App app("Runs the storage-media plugin on this computer, folders in place of USB sticks.", "desktop-tv");
     app.footer(kExamples);
+    app.set_version_flag("--version", "desktop-tv " PROGRAM_VERSION, "Print name and version");
     app.require_subcommand(1);
     app.fallthrough();
     addGlobalOptions(app, options);

@@ -33,6 +33,13 @@ TEST(CommandLine, Help_ShowsExamples)
     EXPECT_EQ(program.errors(), "");
 }
 
+TEST(CommandLine, Version_IsThatOfTheProject)
+{
+    Program program({DESKTOP_TV, "--version"});
+    EXPECT_EQ(program.wait(), 0);
+    EXPECT_EQ(program.output(), "desktop-tv " DESKTOP_TV_VERSION "\n");
+}
+
 TEST(CommandLine, Mistake_IsToldAndGives2)
 {
     const std::vector<std::vector<std::string>> mistakes = {{},
