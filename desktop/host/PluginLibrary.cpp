@@ -1,8 +1,9 @@
 #include "desktop/host/PluginLibrary.h"
 
+#include "desktop/base/ProgramFiles.h"
+
 #include <dlfcn.h>
 
-#include <filesystem>
 #include <stdexcept>
 
 namespace desktop {
@@ -36,10 +37,7 @@ void PluginLibrary::find(Function& function, const char* name)
 
 std::string defaultPluginFile()
 {
-    namespace fs = std::filesystem;
-    const fs::path program = fs::read_symlink("/proc/self/exe").parent_path();
-    const fs::path built = program / PLUGIN_BUILT;
-    return (fs::exists(built) ? built : program / PLUGIN_INSTALLED).lexically_normal().string();
+    return programFile(PLUGIN_BUILT, PLUGIN_INSTALLED);
 }
 
 } // namespace desktop
