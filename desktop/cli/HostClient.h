@@ -16,6 +16,9 @@ public:
     enum class WaitResult { Answered, Interrupted, TimedOut, CutOff };
     using UpdateHandler = std::function<void(const HostUpdate&)>;
 
+    /// How long commands take that show no sign of work before they are given up.
+    static constexpr std::chrono::seconds kAnswerTimeout{30};
+
     HostClient(Host& host, const Interrupts& interrupts);
 
     /// Runs @p command and waits for its reply.

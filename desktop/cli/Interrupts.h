@@ -4,15 +4,16 @@
 
 namespace desktop {
 
-/// Ctrl-C and its like as something to poll for. Made before any thread starts: threads inherit the blocked signals.
+/// The signals that end the program (Ctrl-C, SIGTERM, SIGHUP) as a descriptor to poll. Made before any thread starts, since
+/// threads inherit the blocked signals.
 class Interrupts {
 public:
     Interrupts();
 
-    /// Readable, and it stays so, once the user wants the program to end.
+    /// Becomes readable with the first of the signals, and stays so.
     int fd() const { return m_signals.get(); }
     bool pending() const;
-    /// The exit status that tells of the pending signal.
+    /// The exit status of a program that the pending signal has ended.
     int exitStatus() const;
 
 private:

@@ -11,7 +11,7 @@ namespace desktop {
 /// What else is read while there is no line.
 struct OtherInput {
     int fd = -1;                  ///< none
-    std::function<bool()> handle; ///< called whenever the descriptor is readable; false when no line is wanted any more
+    std::function<bool()> handle; ///< called when the descriptor is readable; false ends the reading of lines
 };
 
 /// Reads lines from a descriptor until its end or an interrupt.

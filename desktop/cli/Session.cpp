@@ -10,7 +10,6 @@ namespace desktop {
 
 namespace {
 
-constexpr std::chrono::seconds kAnswerTimeout(30); // without any sign of work
 constexpr const char* kChannel = "desktop-tv";
 constexpr const char* kThumbnails = "storagemedia.start.thumbnail";
 
@@ -24,7 +23,7 @@ std::string cancelOf(const std::string& command)
     return command == kThumbnails ? "storagemedia.stop.thumbnail" : "storagemedia.folder.user.cancel";
 }
 
-bool answers(const Notification& notification, const Json::Value& request)
+bool isAnswerTo(const Notification& notification, const Json::Value& request)
 {
     return notification.source == kChannel && notification.body.isObject() && notification.body["reqId"] == request["reqId"];
 }
@@ -88,10 +87,10 @@ bool Session::ask(const std::string& command, Json::Value request, const std::st
     request["reqId"] = std::to_string(++m_requests);
     skipUpdates();
     const bool accepted = m_client.execute(command, request).result;
-    const auto end = m_client.waitForAnswers(kAnswerTimeout, [&](const HostUpdate& update) {
-        note(update);
+    const auto end = m_client.waitForAnswers(HostClient::kAnswerTimeout, [&](const HostUpdate& update) {
+        handleUpdate(update);
         const auto* notification = std::get_if<Notification>(&update);
-        if (notification != nullptr && answers(*notification, request)) {
+        if (notification != nullptr && isAnswerTo(*notification, request)) {
             handle(notification->body, endsWith(notification->name, ".complete"));
         }
     });
@@ -143,7 +142,7 @@ bool Session::fail(const std::string& what, const std::string& why)
 
 bool Session::failRefused(const std::string& what)
 {
-    m_client.takeUpdates([this](const HostUpdate& update) { note(update); });
+    m_client.takeUpdates([this](const HostUpdate& update) { handleUpdate(update); });
     return fail(what, m_readFailure.empty() ? "The plugin refuses it; --log-level warning tells more" : m_readFailure);
 }
 
@@ -155,14 +154,14 @@ int Session::exitStatus() const
     return m_failed ? 1 : 0;
 }
 
-// Those of something before.
+// Updates that belong to earlier commands.
 void Session::skipUpdates()
 {
     m_client.takeUpdates([](const HostUpdate&) {});
     m_readFailure.clear();
 }
 
-void Session::note(const HostUpdate& update)
+void Session::handleUpdate(const HostUpdate& update)
 {
     if (const auto* failure = std::get_if<ReadFailure>(&update)) {
         m_readFailure = failure->reason;

@@ -8,14 +8,14 @@
 
 namespace desktop {
 
-/// The plugin's media browser as the commands for people use it: entered, asked, its answers waited for, and left. What goes
-/// wrong is told on standard error. Operations are called on one thread.
+/// The plugin's media browser as the commands for people use it, from entering to leaving it. Errors are printed on standard
+/// error. Used on one thread.
 class Session {
 public:
     /// Gets the body of a notification that answers a request; @p last for the one that ends it.
     using AnswerHandler = std::function<void(const Json::Value& body, bool last)>;
 
-    /// @p takesMountedSticks says whether the host takes those that the computer mounts.
+    /// @p takesMountedSticks: whether the host uses the sticks that the computer mounts.
     Session(HostClient& client, bool takesMountedSticks, Output& output, const Interrupts& interrupts);
     /// Leaves the media browser.
     ~Session();
@@ -31,10 +31,10 @@ public:
 
     /// Runs @p command, which answers at once; whether it succeeded.
     bool execute(const std::string& command, const Json::Value& request, Json::Value& reply);
-    /// As execute(); a command that fails is told of, with what it is about, @p what.
+    /// As execute(), and prints an error when the command fails; @p what names its subject in the error.
     bool query(const std::string& command, const Json::Value& request, const std::string& what, Json::Value& reply);
-    /// Runs @p command, which answers with notifications, and waits for them; what it is about, @p what, is named when that
-    /// fails. A command that is interrupted is cancelled.
+    /// Runs @p command, which answers with notifications, and waits for them; @p what names its subject when that fails. An
+    /// interrupt cancels the command.
     bool ask(const std::string& command, Json::Value request, const std::string& what, const AnswerHandler& handle);
     /// Makes @p directory the current one with @p pageSize entries to a page; the number of its entries, nothing when that
     /// fails.
@@ -42,9 +42,9 @@ public:
     /// The entries on page @p page, from 0, of the current directory; nothing when that fails.
     std::optional<Json::Value> readPage(const std::string& directory, int page);
 
-    /// Tells the user what went wrong. Always false.
+    /// Prints an error about @p what. Returns false.
     bool fail(const std::string& what, const std::string& why);
-    /// Whether the user wants no more of the command.
+    /// Whether the command is to end: an interrupt has come or the reader of the output has gone.
     bool stopped() const { return m_interrupts.pending() || !m_output.good(); }
     int exitStatus() const;
 
@@ -52,7 +52,7 @@ public:
 
 private:
     void skipUpdates();
-    void note(const HostUpdate& update);
+    void handleUpdate(const HostUpdate& update);
     bool failRefused(const std::string& what);
 
     HostClient& m_client;

@@ -8,8 +8,6 @@ namespace desktop {
 
 namespace {
 
-constexpr std::chrono::seconds kAnswerTimeout(30); // without any sign of work
-
 /// What is wrong with the members of a command line; empty when nothing is.
 std::string faultOf(const Json::Value& line)
 {
@@ -83,7 +81,7 @@ int Shell::run()
             break;
         }
     }
-    const auto timeout = m_output.good() ? kAnswerTimeout : std::chrono::seconds(0);
+    const auto timeout = m_output.good() ? HostClient::kAnswerTimeout : std::chrono::seconds(0);
     const auto end = m_client.waitForAnswers(timeout, [this](const HostUpdate& update) { writeUpdate(update); });
     if (m_interrupts.pending()) {
         return m_interrupts.exitStatus();
@@ -128,7 +126,7 @@ void Shell::runCommand(const Json::Value& line)
     write(answer);
 }
 
-// Answered by a line like the one that tells of a screen that the plugin switches.
+// The answer to a switch is the line that every switch of the screen leads to.
 void Shell::runDesktopLine(const Json::Value& line)
 {
     if (line.isMember("off")) {

@@ -19,7 +19,7 @@ namespace desktop {
 /// that fails is queued before the reply is there.
 ///
 /// Lifetimes. The plugin must outlive the host. Before the host is destroyed its clients must have stopped calling it;
-/// close() is how they are told. A reply or a subscription may be kept longer.
+/// close() lets them notice. A reply or a subscription may be kept longer.
 class Host {
 public:
     /// Loads @p plugin; @p settings says what the desktop is made of, its observers are the host's own. Events gather until
@@ -57,8 +57,8 @@ private:
     static Host* s_running;
 
     const PluginEntryPoints m_plugin;
-    const std::shared_ptr<SubscriberList> m_subscribers; ///< shared with the observers, which a dead stick's thread may keep
-    bool m_commandRuns = false;                          ///< this and the next: only while events are held back
+    const std::shared_ptr<SubscriberList> m_subscribers; ///< shared with threads that may outlive the host
+    bool m_commandRuns = false; ///< this and the next are used only while the delivery of events is held
     std::vector<Notification> m_publishedByCommand;
     std::once_flag m_closing;
     CommandQueue m_commands; ///< last: its thread uses the others

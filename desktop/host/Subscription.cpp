@@ -50,7 +50,7 @@ bool Subscription::add(const HostUpdatePointer& update)
     return true;
 }
 
-void Subscription::finish()
+void Subscription::endAfterQueue()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (m_state == State::Open) {
@@ -96,7 +96,7 @@ void SubscriberList::close()
     m_closed = true;
     for (const auto& subscription : m_subscriptions) {
         if (const SubscriptionPointer open = subscription.lock()) {
-            open->finish();
+            open->endAfterQueue();
         }
     }
     m_subscriptions.clear();

@@ -40,7 +40,7 @@ private:
     /// False when the subscription is, or becomes, closed.
     bool add(const HostUpdatePointer& update);
     /// Ends the subscription, but leaves what is in the queue.
-    void finish();
+    void endAfterQueue();
     void close(State state);
 
     const std::size_t m_limit;
