@@ -1,5 +1,6 @@
 #include "desktop/host/PrivateDirectories.h"
 
+#include "desktop/base/ProgramFiles.h"
 #include "desktop/base/UniqueFd.h"
 
 #include <fcntl.h>
@@ -147,6 +148,7 @@ std::string buildFolderAmong(const std::vector<TopEntry>& entries)
 
 std::string makeDirectoriesPrivate()
 {
+    programFolder(); // found out while the old root is there
     const fs::path workingDirectory = fs::current_path();
     try {
         unshareMounts();
