@@ -51,7 +51,7 @@ style: ## formatting and static analysis
 	tools/check-style
 
 .PHONY: protocol
-protocol: ## make the protocol's reference and dictionary anew from their description
+protocol: ## make the protocol's reference, table and dictionary anew from their description
 	@$(INSTALL) test
 	tools/protocol
 

@@ -2,6 +2,7 @@
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME storagemedia)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_CONTACT "The storage-media plugin authors <storagemedia@localhost>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Storage-media plugin of the television firmware")
 set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)

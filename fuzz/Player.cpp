@@ -6,6 +6,7 @@
 #include "plugin/CommandHash.h"
 #include "plugin/CommandTable.h"
 #include "plugin/StorageMediaPlugin.h"
+#include "protocol/ProtocolTable.h"
 #include "storage/CStorageMediaPlugin.h"
 #include "support/TypedJson.h"
 
@@ -61,31 +62,26 @@ bool repliesWhatTheManagerFills(Handler handler)
            handler == &Plugin::getCurAllOptions;
 }
 
-const std::set<std::string> kBroadcasts = {
-    "storagemedia.usb.plugin",          "storagemedia.usb.mount",         "storagemedia.usb.unmount",
-    "storagemedia.dlna.mount",          "storagemedia.dlna.unmount",      "storagemedia.media.loadsuccess",
-    "storagemedia.media.curplayspeed",  "storagemedia.media.loadfailed",  "storagemedia.audio.notsupport",
-    "storagemedia.video.music.playend", "storagemedia.media.notsupport",  "storagemedia.media.infoupdate",
-    "storagemedia.movie.stopsucc",      "storagemedia.media.playfailed",  "storagemedia.music.stopsucc",
-    "storagemedia.media.process",       "storagemedia.media.titleinfo",   "storagemedia.media.photo.loadsuccess",
-    "storagemedia.photo.infoupdate",    "storagemedia.photo.playend",     "storagemedia.photo.stopsucc",
-    "storagemedia.dlna.dmr.seturl",     "storagemedia.dlna.playfiletype", "storagemedia.dlna.playend",
-    "storagemedia.dlna.dmrpause",       "storagemedia.dlna.stopfile",     "storagemedia.dlna.setseek",
-    "storagemedia.dlna.dmrmute",        "storagemedia.dlna.adjustvolume", "storagemedia.fastboot.superdemo",
-    "storagemedia.set.usb.source",
-};
+/// The notifications that events lead to: broadcasts, or those that answer on a request's channel.
+std::set<std::string> notificationNames(bool broadcasts)
+{
+    std::set<std::string> names;
+    for (const protocol::NotificationDescription& notification : protocol::kNotifications) {
+        if (notification.isFromEvent && notification.isBroadcast == broadcasts) {
+            names.insert(notification.name);
+        }
+    }
+    return names;
+}
+
+const std::set<std::string> kBroadcasts = notificationNames(true);
 
 // The thumbnail's names are the request's event, empty before the first, and an ending.
-const std::set<std::string> kAnswers = {
-    "storagemedia.folder.chgdir.complete",
-    "storagemedia.video.searchFiles.complete",
-    "storagemedia.video.searchFiles.fragment",
-    "storagemedia.group.musicorphoto.complete",
-    "startThumbnail.fragment",
-    "startThumbnail.complete",
-    ".fragment",
-    ".complete",
-};
+const std::set<std::string> kAnswers = [] {
+    std::set<std::string> names = notificationNames(false);
+    names.insert({".fragment", ".complete"});
+    return names;
+}();
 
 } // namespace
 

@@ -14,13 +14,13 @@ namespace desktop {
 
 namespace {
 
-constexpr int kFetch = 1000; // entries asked for at a time when no pages are shown
-constexpr std::chrono::seconds kPatience(2);
+constexpr int kEntriesPerRequest = 1000; // when no pages are shown
+constexpr std::chrono::seconds kUsageTimeout(2);
 
-// The plugin asks the file system for the usage, and waits for as long as that takes.
-bool answers(const std::string& folder)
+// The plugin asks the file system for the usage and waits for the answer without a timeout, so this is found out before.
+bool fileSystemAnswers(const std::string& folder)
 {
-    return runWithin<bool>(kPatience,
+    return runWithin<bool>(kUsageTimeout,
                            [folder](const CancelFlag&) {
                                struct statfs status = {};
                                statfs(folder.c_str(), &status);
@@ -46,7 +46,7 @@ private:
     void showDevices();
     std::vector<std::string> showFolder(const std::string& directory);
     void showPage(const std::string& directory, int page, EntryTotals& totals, std::vector<std::string>& folders);
-    int pageSize() const { return m_options.pageSize > 0 ? m_options.pageSize : kFetch; }
+    int pageSize() const { return m_options.pageSize > 0 ? m_options.pageSize : kEntriesPerRequest; }
 
     Session& m_session;
     const BrowseOptions& m_options;
@@ -60,7 +60,7 @@ void Browse::run()
         return;
     }
     showDevices();
-    std::vector<std::string> toShow = {m_session.pathOf(m_options.path)}; // the next one last
+    std::vector<std::string> toShow = {m_session.pathOf(m_options.path)}; // the last one is the next
     while (!toShow.empty() && !m_session.stopped()) {
         const std::string directory = toShow.back();
         toShow.pop_back();
@@ -81,7 +81,7 @@ void Browse::showDevices()
     for (const Json::Value& device : devices) {
         Json::Value usage;
         std::string line = padRight(visibleText(device["name"].asString()), columns);
-        if (!answers(decodeName(device["path"].asString()))) {
+        if (!fileSystemAnswers(decodeName(device["path"].asString()))) {
             line += "  does not answer";
         } else if (m_session.execute("storagemedia.get.device.usage", device, usage)) {
             line += "  " + usage["used"].asString() + " of " + usage["total"].asString() + " used (" +
@@ -94,7 +94,7 @@ void Browse::showDevices()
     m_output.write(std::string("USB mass storage on this computer: ") + (usb["plugin"].asBool() ? "yes" : "no") + "\n");
 }
 
-// Returns the folders in it, in their order.
+// Returns the folders in it, in the order in which they are listed.
 std::vector<std::string> Browse::showFolder(const std::string& directory)
 {
     std::vector<std::string> folders;

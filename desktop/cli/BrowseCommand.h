@@ -8,7 +8,7 @@ struct BrowseOptions {
     std::string path;       ///< absolute, or relative to the first stick; empty: the first stick
     int pageSize = 0;       ///< entries to a page; 0: no pages are shown
     int page = 0;           ///< the one page to show, from 1; 0: all
-    bool recursive = false; ///< all folders below, too
+    bool recursive = false; ///< list the folders below, too
 };
 
 /// Lists a folder for people.

@@ -16,7 +16,7 @@ constexpr std::size_t kTimeColumns = 19;
 constexpr const char* kBold = "\x1b[1m";
 constexpr const char* kDim = "\x1b[2m";
 
-/// How a type is called and coloured.
+/// Name and colour of a type.
 struct TypeStyle {
     const char* name;
     const char* colour;

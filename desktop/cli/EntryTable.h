@@ -7,7 +7,7 @@
 
 namespace desktop {
 
-/// Sums over the entries shown.
+/// Sums over the entries that have been shown.
 struct EntryTotals {
     std::uint64_t folders = 0;
     std::uint64_t files = 0;
@@ -21,7 +21,8 @@ struct EntryTotals {
 /// The line over a list of entries.
 std::string entryHeading(bool coloured);
 
-/// One entry of a page as a line: type, size, time, name. @p nameKey: what it is shown by, "name" or "path".
+/// One entry of a page as a line: type, size, time and name. @p nameKey is the member that is shown as the name: "name" or
+/// "path".
 std::string entryLine(const Json::Value& entry, bool coloured, const char* nameKey = "name");
 
 /// @p text as the heading of a folder.
@@ -30,7 +31,7 @@ std::string folderHeading(const std::string& text, bool coloured);
 /// "1 file", "2 files".
 std::string counted(std::uint64_t count, const std::string& one);
 
-/// How media of @p type, a FileType, are called.
+/// The name of @p type, a FileType.
 std::string typeName(int type);
 
 /// Whether @p entry is a folder.

@@ -14,7 +14,7 @@ namespace desktop {
 namespace {
 
 constexpr int kAllFiles = 0;
-constexpr int kNoDirection = -1;
+constexpr int kOwnOrder = -1;
 constexpr int kDescending = 0;
 constexpr int kAscending = 1;
 
@@ -81,7 +81,7 @@ void GroupsRun::showKeys()
         }
         Json::Value group;
         group["key"] = key;
-        group["files"] = filesOf("storagemedia.group.get.fileinfo", key, kNoDirection).size();
+        group["files"] = filesOf("storagemedia.group.get.fileinfo", key, kOwnOrder).size();
         files += group["files"].asUInt64();
         m_output.write(m_options.json ? jsonLine(group)
                                       : padLeft(group["files"].asString(), 7) + "  " + visibleText(key) + "\n");
@@ -91,23 +91,23 @@ void GroupsRun::showKeys()
     }
 }
 
-// The list that has a direction lacks what the media tell, and the other way round.
+// One command lists the files in either direction, the other one gives their duration and artist.
 void GroupsRun::showFiles(const std::string& key)
 {
     std::map<std::string, Json::Value> media;
-    for (const Json::Value& file : filesOf("storagemedia.kiro.group.get.fileinfo", key, kNoDirection)) {
+    for (const Json::Value& file : filesOf("storagemedia.kiro.group.get.fileinfo", key, kOwnOrder)) {
         media[file["path"].asString()] = file;
     }
     const Json::Value files =
         filesOf("storagemedia.group.get.fileinfo", key, m_options.descending ? kDescending : kAscending);
     for (const Json::Value& file : files) {
-        const Json::Value& told = media[file["path"].asString()];
+        const Json::Value& described = media[file["path"].asString()];
         if (m_options.json) {
-            m_output.write(jsonLine(told));
+            m_output.write(jsonLine(described));
             continue;
         }
-        m_output.write(padLeft(humanDuration(told["duration"].asUInt()), 8) + "  " +
-                       padRight(fitted(visibleText(told["artist"].asString()), 24), 24) + "  " +
+        m_output.write(padLeft(humanDuration(described["duration"].asUInt()), 8) + "  " +
+                       padRight(truncated(visibleText(described["artist"].asString()), 24), 24) + "  " +
                        visibleText(file["path"].asString()) + "\n");
     }
     if (!m_options.json) {

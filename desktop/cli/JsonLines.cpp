@@ -9,23 +9,23 @@ namespace desktop {
 
 namespace {
 
-std::string trimmed(const std::string& text)
+std::string firstLine(const std::string& text)
 {
     const std::size_t begin = text.find_first_not_of(" \n");
     const std::size_t end = text.find('\n', begin);
     return begin == std::string::npos ? "" : text.substr(begin, end - begin);
 }
 
-// The reader reports "* Line L, Column C" and the reason on the next line; of several the first counts.
+// The reader reports "* Line L, Column C" and the reason on the next line. Only the first report is used.
 JsonError firstError(const std::string& report)
 {
     JsonError error;
     int line = 0;
     int length = 0;
     if (std::sscanf(report.c_str(), "* Line %d, Column %d%n", &line, &error.column, &length) == 2) {
-        error.reason = trimmed(report.substr(static_cast<std::size_t>(length)));
+        error.reason = firstLine(report.substr(static_cast<std::size_t>(length)));
     } else {
-        error.reason = trimmed(report);
+        error.reason = firstLine(report);
     }
     return error;
 }

@@ -7,16 +7,16 @@
 
 namespace desktop {
 
-/// @p value on one line with its line end. Always UTF-8: bytes that are none are written as in encoded names.
+/// @p value on one line with its line end. Always UTF-8: other bytes are written as encodeName writes them.
 std::string jsonLine(const Json::Value& value);
 
-/// Why and where a text is no JSON object.
+/// Why a text is not a JSON object, and where.
 struct JsonError {
     std::string reason;
     int column = 1; ///< bytes, from 1
 };
 
-/// Reads the one-line object @p text, strictly. False, @p error told, when it is none.
+/// Reads the one-line object @p text, strictly. False, with the reason in @p error, when it is not one.
 bool parseJsonLine(std::string_view text, Json::Value& object, JsonError& error);
 
 } // namespace desktop

@@ -7,9 +7,10 @@
 
 namespace desktop {
 
-LineReader::LineReader(int fd, const Interrupts& interrupts)
+LineReader::LineReader(int fd, const Interrupts& interrupts, OtherInput other)
     : m_fd(fd)
     , m_interrupts(interrupts)
+    , m_other(std::move(other))
 {
 }
 
@@ -44,12 +45,18 @@ std::optional<std::string> LineReader::next()
 
 bool LineReader::readMore()
 {
-    pollfd waits[] = {{m_fd, POLLIN, 0}, {m_interrupts.fd(), POLLIN, 0}};
+    std::array<pollfd, 3> waits = {{{m_fd, POLLIN, 0}, {m_interrupts.fd(), POLLIN, 0}, {m_other.fd, POLLIN, 0}}};
     std::array<char, 65536> bytes;
     while (true) {
-        poll(waits, 2, -1);
+        poll(waits.data(), waits.size(), -1);
         if (waits[1].revents != 0) {
             return false;
+        }
+        if (waits[2].revents != 0 && !m_other.handle()) {
+            return false;
+        }
+        if (waits[0].revents == 0) {
+            continue;
         }
         const ssize_t got = read(m_fd, bytes.data(), bytes.size());
         if (got > 0) {

@@ -34,7 +34,7 @@ const std::map<std::string, LogLevel> kLogLevels = {{"debug", LogLevel::Debug},
                                                     {"error", LogLevel::Error},
                                                     {"off", LogLevel::Off}};
 
-// A folder that is missing may appear later; something else in its place is a mistake.
+// A missing folder is accepted, since it may appear later; a file in its place is a mistake.
 std::string stickFault(const std::string& folder)
 {
     const auto status = statusWithoutWaiting(folder, STATX_TYPE);
@@ -50,15 +50,15 @@ std::string fromEnvironment(const char* variable)
     return value != nullptr ? value : "";
 }
 
-// Where the user's programs keep what they can do without; nothing for a user without a home.
+// Empty for a user without a home.
 std::string usualCacheFolder()
 {
-    const std::string cache = fromEnvironment("XDG_CACHE_HOME");
-    if (!cache.empty() && cache.front() == '/') {
-        return cache + "/storagemedia-desktop";
+    std::string caches = fromEnvironment("XDG_CACHE_HOME");
+    if (caches.empty() || caches.front() != '/') {
+        const std::string home = fromEnvironment("HOME");
+        caches = home.empty() ? "" : home + "/.cache";
     }
-    const std::string home = fromEnvironment("HOME");
-    return home.empty() ? "" : home + "/.cache/storagemedia-desktop";
+    return caches.empty() ? "" : caches + "/storagemedia-desktop";
 }
 
 void addGlobalOptions(CLI::App& app, Options& options)
@@ -122,19 +122,19 @@ void addSearch(CLI::App& app, Options& options)
 
 void addGroups(CLI::App& app, Options& options)
 {
-    static const std::map<std::string, GroupFileType> kWays = {{"genre", GROUP_TYPE_GENRE}, {"artist", GROUP_TYPE_ARTIST},
-                                                               {"album", GROUP_TYPE_ALBUM}, {"date", GROUP_TYPE_DATE},
-                                                               {"month", GROUP_TYPE_MONTH}, {"year", GROUP_TYPE_YEAR}};
+    static const std::map<std::string, GroupFileType> kGroupings = {
+        {"genre", GROUP_TYPE_GENRE}, {"artist", GROUP_TYPE_ARTIST}, {"album", GROUP_TYPE_ALBUM},
+        {"date", GROUP_TYPE_DATE},   {"month", GROUP_TYPE_MONTH},   {"year", GROUP_TYPE_YEAR}};
     CLI::App* groups = addCommand(app, options, Options::Command::Groups, "groups",
                                   "List the music or photos in a folder and all below it in groups");
     groups->add_option("path", options.groups.path, kFolderHelp)->type_name("PATH");
     groups
         ->add_option_function<std::string>(
-            "--by", [&options](const std::string& way) { options.groups.by = kWays.at(way); },
+            "--by", [&options](const std::string& grouping) { options.groups.by = kGroupings.at(grouping); },
             "Music by genre, artist or album; photos by date, month or year")
         ->type_name("WAY")
         ->required()
-        ->check(CLI::IsMember(kWays));
+        ->check(CLI::IsMember(kGroupings));
     groups->add_option("--key", options.groups.key, "List the files of this group")->type_name("KEY");
     groups->add_flag("--descending", options.groups.descending, "Last first");
     addJson(groups, options.groups.json);
@@ -149,7 +149,7 @@ void addInfo(CLI::App& app, Options& options)
     addJson(info, options.info.json);
 }
 
-// "320x180"; what is wrong with it when it is none.
+// Reads a text such as "320x180". Returns what is wrong with it, empty when nothing is.
 std::string readSize(const std::string& text, ThumbnailsOptions& options)
 {
     int length = -1;
@@ -178,6 +178,7 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options)
 {
     CLI::App app("Runs the storage-media plugin on this computer, folders in place of USB sticks.", "desktop-tv");
     app.footer(kExamples);
+    app.set_version_flag("--version", "desktop-tv " PROGRAM_VERSION, "Print name and version");
     app.require_subcommand(1);
     app.fallthrough();
     addGlobalOptions(app, options);

@@ -18,12 +18,12 @@ namespace desktop {
 struct Options {
     enum class Command { Commands, Shell, Browse, Search, Groups, Info, Thumbnails };
 
-    /// Whether it goes through the media browser, for people, and so needs a stick.
+    /// Whether the command uses the media browser, and so needs a stick.
     bool isForPeople() const { return command != Command::Commands && command != Command::Shell; }
 
     Command command = Command::Commands;
     std::vector<std::string> sticks;
-    bool mountedSticks = false; ///< take those that the computer mounts, too
+    bool mountedSticks = false; ///< also those that the computer mounts
     std::string cacheFolder;    ///< empty: nothing is kept
     std::string pluginFile;
     std::optional<LogLevel> logLevel;
@@ -35,8 +35,8 @@ struct Options {
     ThumbnailsOptions thumbnails;
 };
 
-/// Reads the command line into @p options. An exit status when there is nothing to do but leave: help has been shown, or an
-/// error told on standard error.
+/// Reads the command line into @p options. Returns an exit status when the program is to end: help has been printed, or an
+/// error on standard error.
 std::optional<int> parseOptions(int argc, char** argv, Options& options);
 
 } // namespace desktop

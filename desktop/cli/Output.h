@@ -1,19 +1,19 @@
 #pragma once
 
-#include "desktop/host/Interrupts.h"
+#include "desktop/cli/Interrupts.h"
 
 #include <mutex>
 #include <string_view>
 
 namespace desktop {
 
-/// What the program tells its user, apart from the log. Safe on any thread.
+/// The program's output, apart from the log. Safe on any thread.
 class Output {
 public:
-    /// Writes to @p fd. A reader that reads no more does not keep @p interrupts waiting.
+    /// Writes to @p fd. @p interrupts end a write that waits for a slow reader.
     Output(UniqueFd fd, const Interrupts& interrupts);
 
-    /// Writes @p text whole, not mixed with that of other threads. False once the reader has gone or an interrupt has come.
+    /// Writes all of @p text, not mixed with that of other threads. False once the reader has gone or an interrupt has come.
     bool write(std::string_view text);
     /// Whether every write has succeeded.
     bool good() const;

@@ -32,7 +32,7 @@ void ProgressLine::show(const std::string& text)
         return;
     }
     const std::lock_guard<std::mutex> lock(m_mutex);
-    std::fprintf(stderr, "\r\x1b[K%s", fitted(text, terminalColumns() - 1).c_str());
+    std::fprintf(stderr, "\r\x1b[K%s", truncated(text, terminalColumns() - 1).c_str());
     m_shown = true;
 }
 

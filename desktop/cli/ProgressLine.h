@@ -6,8 +6,8 @@
 
 namespace desktop {
 
-/// One line on standard error, rewritten in place, that tells how long work goes; nothing when that is no terminal. Safe on
-/// any thread.
+/// One line on standard error, rewritten in place, that shows the progress of work; nothing when standard error is not a
+/// terminal. Safe on any thread.
 class ProgressLine {
 public:
     ProgressLine();
@@ -23,7 +23,7 @@ private:
     bool m_shown = false;
 };
 
-/// How far @p done of @p total is: "[######              ] 30 of 100".
+/// A bar for @p done of @p total: "[######              ] 30 of 100".
 std::string progressBar(std::size_t done, std::size_t total);
 
 } // namespace desktop

@@ -10,8 +10,7 @@ namespace desktop {
 
 namespace {
 
-constexpr int kPatienceMs = 30'000; // without any sign of work
-
+constexpr const char* kChannel = "desktop-tv";
 constexpr const char* kThumbnails = "storagemedia.start.thumbnail";
 
 bool endsWith(const std::string& text, const std::string& end)
@@ -24,38 +23,24 @@ std::string cancelOf(const std::string& command)
     return command == kThumbnails ? "storagemedia.stop.thumbnail" : "storagemedia.folder.user.cancel";
 }
 
-Json::Value noRequest()
+bool isAnswerTo(const Notification& notification, const Json::Value& request)
 {
-    return Json::Value(Json::objectValue);
+    return notification.source == kChannel && notification.body.isObject() && notification.body["reqId"] == request["reqId"];
 }
 
 } // namespace
 
-Session::Session(TelevisionSettings settings, Output& output, const Interrupts& interrupts)
-    : m_output(output)
+Session::Session(HostClient& client, bool takesMountedSticks, Output& output, const Interrupts& interrupts)
+    : m_client(client)
+    , m_takesMountedSticks(takesMountedSticks)
+    , m_output(output)
     , m_interrupts(interrupts)
-    , m_takesMounted(settings.desktop.mountedSticks)
-    , m_television(listening(std::move(settings)))
 {
 }
 
 Session::~Session()
 {
-    Json::Value reply;
-    m_television.execute("storagemedia.close.mmbroswer", noRequest(), reply);
-}
-
-TelevisionSettings Session::listening(TelevisionSettings settings)
-{
-    settings.notified = [this](const std::string&, const std::string& name, const Json::Value& body) { hear(name, body); };
-    settings.desktop.observer.progress = [this](const std::string& directory, std::size_t entries) {
-        m_progress.show(std::to_string(entries) + " entries read of " + visibleText(directory));
-    };
-    settings.desktop.observer.failed = [this](const std::string&, const std::string& reason) {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_failure = reason;
-    };
-    return settings;
+    m_client.execute("storagemedia.close.mmbroswer");
 }
 
 bool Session::enter()
@@ -63,12 +48,13 @@ bool Session::enter()
     Json::Value session;
     Json::Value request;
     request["srctype"] = 0;
-    if (!m_television.execute("storagemedia.media.entermmbroswer", request, session)) {
+    if (!execute("storagemedia.media.entermmbroswer", request, session)) {
         return fail("the media browser", "The plugin refuses to enter it");
     }
     m_devices = session["devlist"];
-    return !m_devices.empty() || fail("no stick", m_takesMounted ? "Nothing is mounted under /media, /run/media or /mnt"
-                                                                 : "None of the folders given exists");
+    return !m_devices.empty() ||
+           fail("no stick", m_takesMountedSticks ? "Nothing is mounted under /media, /run/media or /mnt"
+                                                 : "None of the folders given exists");
 }
 
 std::string Session::pathOf(const std::string& typed) const
@@ -84,32 +70,34 @@ std::string Session::pathOf(const std::string& typed) const
 
 bool Session::execute(const std::string& command, const Json::Value& request, Json::Value& reply)
 {
-    return m_television.execute(command, request, reply);
+    CommandReply executed = m_client.execute(command, request);
+    reply = std::move(executed.body);
+    return executed.result;
 }
 
 bool Session::query(const std::string& command, const Json::Value& request, const std::string& what, Json::Value& reply)
 {
-    takeFailure(); // of something before
+    skipUpdates();
     return execute(command, request, reply) || failRefused(what);
 }
 
-bool Session::ask(const std::string& command, Json::Value request, const std::string& what, const Heard& heard)
+bool Session::ask(const std::string& command, Json::Value request, const std::string& what, const AnswerHandler& handle)
 {
-    request["channelId"] = "desktop-tv";
+    request["channelId"] = kChannel;
     request["reqId"] = std::to_string(++m_requests);
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_heard = heard;
-        m_failure.clear();
-    }
-    Json::Value reply;
-    const bool accepted = m_television.execute(command, request, reply);
-    const PendingAnswers::Wait end = m_television.answers().wait(m_interrupts, kPatienceMs);
-    stopListening();
+    skipUpdates();
+    const bool accepted = m_client.execute(command, request).result;
+    const auto end = m_client.waitForAnswers(HostClient::kAnswerTimeout, [&](const HostUpdate& update) {
+        handleUpdate(update);
+        const auto* notification = std::get_if<Notification>(&update);
+        if (notification != nullptr && isAnswerTo(*notification, request)) {
+            handle(notification->body, endsWith(notification->name, ".complete"));
+        }
+    });
     m_progress.clear();
-    if (end != PendingAnswers::Wait::Answered) {
-        m_television.execute(cancelOf(command), noRequest(), reply);
-        return end == PendingAnswers::Wait::TimedOut && fail(what, "No answer has come");
+    if (end != HostClient::WaitResult::Answered) {
+        m_client.execute(cancelOf(command));
+        return end != HostClient::WaitResult::Interrupted && fail(what, "No answer has come");
     }
     return accepted || failRefused(what);
 }
@@ -123,7 +111,7 @@ std::optional<int> Session::changeDirectory(const std::string& directory, int pa
     std::string failure;
     const bool changed = ask("storagemedia.folder.chgdir", request, directory, [&](const Json::Value& body, bool) {
         entries = body["filecount"].asInt();
-        failure = m_failure; // an empty listing may be one that could not be read
+        failure = m_readFailure; // an empty listing may be one that could not be read
     });
     if (changed && !failure.empty()) {
         fail(directory, failure);
@@ -137,7 +125,7 @@ std::optional<Json::Value> Session::readPage(const std::string& directory, int p
     request["pageid"] = page;
     request["type"] = 1; // the current list, which stays as it was read
     Json::Value reply;
-    if (!m_television.execute("storagemedia.get.pagefiles", request, reply)) {
+    if (!execute("storagemedia.get.pagefiles", request, reply)) {
         fail(directory, "Page " + std::to_string(page + 1) + " cannot be listed");
         return std::nullopt;
     }
@@ -154,8 +142,8 @@ bool Session::fail(const std::string& what, const std::string& why)
 
 bool Session::failRefused(const std::string& what)
 {
-    const std::string failure = takeFailure();
-    return fail(what, failure.empty() ? "The plugin refuses it; --log-level warning tells more" : failure);
+    m_client.takeUpdates([this](const HostUpdate& update) { handleUpdate(update); });
+    return fail(what, m_readFailure.empty() ? "The plugin refuses it; --log-level warning tells more" : m_readFailure);
 }
 
 int Session::exitStatus() const
@@ -166,24 +154,20 @@ int Session::exitStatus() const
     return m_failed ? 1 : 0;
 }
 
-void Session::hear(const std::string& name, const Json::Value& body)
+// Updates that belong to earlier commands.
+void Session::skipUpdates()
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_heard && body.isMember("reqId")) {
-        m_heard(body, endsWith(name, ".complete"));
+    m_client.takeUpdates([](const HostUpdate&) {});
+    m_readFailure.clear();
+}
+
+void Session::handleUpdate(const HostUpdate& update)
+{
+    if (const auto* failure = std::get_if<ReadFailure>(&update)) {
+        m_readFailure = failure->reason;
+    } else if (const auto* progress = std::get_if<FolderProgress>(&update)) {
+        m_progress.show(std::to_string(progress->entries) + " entries read of " + visibleText(progress->directory));
     }
-}
-
-void Session::stopListening()
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_heard = nullptr;
-}
-
-std::string Session::takeFailure()
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return std::exchange(m_failure, "");
 }
 
 } // namespace desktop

@@ -1,21 +1,22 @@
 #pragma once
 
+#include "desktop/cli/HostClient.h"
 #include "desktop/cli/Output.h"
 #include "desktop/cli/ProgressLine.h"
-#include "desktop/host/Television.h"
 
 #include <optional>
 
 namespace desktop {
 
-/// The plugin's media browser as the commands for people use it: entered, asked, its answers waited for, and left. What goes
-/// wrong is told on standard error. Operations are called on one thread.
+/// The plugin's media browser as the commands for people use it, from entering to leaving it. Errors are printed on standard
+/// error. Used on one thread.
 class Session {
 public:
-    /// Gets the body of a notification that answers a request, on the event thread; @p last for the one that ends it.
-    using Heard = std::function<void(const Json::Value& body, bool last)>;
+    /// Gets the body of a notification that answers a request; @p last for the one that ends it.
+    using AnswerHandler = std::function<void(const Json::Value& body, bool last)>;
 
-    Session(TelevisionSettings settings, Output& output, const Interrupts& interrupts);
+    /// @p takesMountedSticks: whether the host uses the sticks that the computer mounts.
+    Session(HostClient& client, bool takesMountedSticks, Output& output, const Interrupts& interrupts);
     /// Leaves the media browser.
     ~Session();
     Session(const Session&) = delete;
@@ -30,43 +31,39 @@ public:
 
     /// Runs @p command, which answers at once; whether it succeeded.
     bool execute(const std::string& command, const Json::Value& request, Json::Value& reply);
-    /// As execute(); a command that fails is told of, with what it is about, @p what.
+    /// As execute(), and prints an error when the command fails; @p what names its subject in the error.
     bool query(const std::string& command, const Json::Value& request, const std::string& what, Json::Value& reply);
-    /// Runs @p command, which answers with notifications, and waits for them; what it is about, @p what, is named when that
-    /// fails. A command that is interrupted is cancelled.
-    bool ask(const std::string& command, Json::Value request, const std::string& what, const Heard& heard);
+    /// Runs @p command, which answers with notifications, and waits for them; @p what names its subject when that fails. An
+    /// interrupt cancels the command.
+    bool ask(const std::string& command, Json::Value request, const std::string& what, const AnswerHandler& handle);
     /// Makes @p directory the current one with @p pageSize entries to a page; the number of its entries, nothing when that
     /// fails.
     std::optional<int> changeDirectory(const std::string& directory, int pageSize);
     /// The entries on page @p page, from 0, of the current directory; nothing when that fails.
     std::optional<Json::Value> readPage(const std::string& directory, int page);
 
-    /// Tells the user what went wrong. Always false.
+    /// Prints an error about @p what. Returns false.
     bool fail(const std::string& what, const std::string& why);
-    /// Whether the user wants no more of the command.
+    /// Whether the command is to end: an interrupt has come or the reader of the output has gone.
     bool stopped() const { return m_interrupts.pending() || !m_output.good(); }
     int exitStatus() const;
 
     ProgressLine& progress() { return m_progress; }
 
 private:
-    TelevisionSettings listening(TelevisionSettings settings);
-    void hear(const std::string& name, const Json::Value& body);
-    void stopListening();
-    std::string takeFailure();
+    void skipUpdates();
+    void handleUpdate(const HostUpdate& update);
     bool failRefused(const std::string& what);
 
+    HostClient& m_client;
+    const bool m_takesMountedSticks;
     Output& m_output;
     const Interrupts& m_interrupts;
-    const bool m_takesMounted;
     ProgressLine m_progress;
-    std::mutex m_mutex;
-    Heard m_heard;         ///< of the request that runs
-    std::string m_failure; ///< why something could not be read, the latest
+    std::string m_readFailure; ///< why something could not be read, the latest
     Json::Value m_devices{Json::arrayValue};
     int m_requests = 0;
     bool m_failed = false;
-    Television m_television; ///< last: it tells the others until it has gone
 };
 
 } // namespace desktop

@@ -4,22 +4,9 @@
 #include "desktop/cli/LineReader.h"
 #include "desktop/host/CommandNames.h"
 
-#include "platform/SocMiddleware.h"
-
 namespace desktop {
 
 namespace {
-
-constexpr int kPatienceMs = 30'000;
-
-void writeError(Output& output, int line, int column, const std::string& reason)
-{
-    Json::Value error;
-    error["error"] = reason;
-    error["line"] = line;
-    error["column"] = column;
-    output.write(jsonLine(error));
-}
 
 /// What is wrong with the members of a command line; empty when nothing is.
 std::string faultOf(const Json::Value& line)
@@ -39,21 +26,6 @@ std::string faultOf(const Json::Value& line)
     return requestFits ? "" : "\"request\" is no object.";
 }
 
-void writeScreen(Output& output, bool off)
-{
-    Json::Value line;
-    line["desktop"] = "screen";
-    line["off"] = off;
-    output.write(jsonLine(line));
-}
-
-bool screenIsOff()
-{
-    int status = 0;
-    SocMiddleware::getInstance()->getSystemMgr()->getScreenStatus(&status);
-    return status != 0;
-}
-
 /// What is wrong with a line for the desktop itself; empty when nothing is.
 std::string faultOfDesktopLine(const Json::Value& line)
 {
@@ -62,100 +34,172 @@ std::string faultOfDesktopLine(const Json::Value& line)
     return fits ? "" : "For the desktop itself there is {\"desktop\":\"screen\"}, with \"off\" true or false to switch it.";
 }
 
-// Answered by a line like the one that tells of a screen that the plugin switches.
-void runDesktopLine(Output& output, const Json::Value& line)
-{
-    if (line.isMember("off")) {
-        SocMiddleware::getInstance()->getSystemMgr()->ScreenOff(line["off"].asBool() ? 1 : 0);
-    } else {
-        writeScreen(output, screenIsOff());
-    }
-}
-
-void runCommand(Television& television, Output& output, int number, const Json::Value& line)
-{
-    // The reply's line comes before that of any notification that the command leads to.
-    const auto turn = DesktopMiddleware::instance().events().holdDelivery();
-    Json::Value answer;
-    answer["command"] = line["command"];
-    answer["reply"] = Json::Value(Json::objectValue);
-    try {
-        const Json::Value request = line.get("request", Json::Value(Json::objectValue));
-        answer["result"] = television.execute(line["command"].asString(), request, answer["reply"]);
-    } catch (const std::exception& unusable) {
-        writeError(output, number, 1, std::string("The request cannot be used: ") + unusable.what());
-        return;
-    }
-    output.write(jsonLine(answer));
-}
-
-void runLine(Television& television, Output& output, int number, const std::string& text)
-{
-    Json::Value line;
-    JsonError error;
-    if (!parseJsonLine(text, line, error)) {
-        writeError(output, number, error.column, error.reason);
-        return;
-    }
-    const bool forDesktop = line.isMember("desktop");
-    const std::string fault = forDesktop ? faultOfDesktopLine(line) : faultOf(line);
-    if (!fault.empty()) {
-        writeError(output, number, 1, fault);
-    } else if (forDesktop) {
-        runDesktopLine(output, line);
-    } else {
-        runCommand(television, output, number, line);
-    }
-}
-
 bool isBlank(const std::string& text)
 {
     return text.find_first_not_of(" \t\r") == std::string::npos;
 }
 
-void writeOverdue(Television& television, Output& output)
+/// One run of the shell. All lines are written by one thread, so a reply comes before the notifications that follow it.
+class Shell {
+public:
+    Shell(HostClient& client, Output& output, const Interrupts& interrupts)
+        : m_client(client)
+        , m_output(output)
+        , m_interrupts(interrupts)
+    {
+    }
+
+    int run();
+
+private:
+    void runLine(const std::string& text);
+    void runCommand(const Json::Value& line);
+    void runDesktopLine(const Json::Value& line);
+    bool writeUpdates();
+    void writeUpdate(const HostUpdate& update);
+    void writeNotification(const Notification& notification);
+    void writeScreen(bool off);
+    void writeError(int column, const std::string& reason);
+    void writeMissingAnswers();
+    void write(const Json::Value& line) { m_output.write(jsonLine(line)); }
+
+    HostClient& m_client;
+    Output& m_output;
+    const Interrupts& m_interrupts;
+    int m_lineNumber = 0;
+};
+
+int Shell::run()
 {
-    for (const auto& [command, reqId] : television.answers().pending()) {
-        Json::Value overdue;
-        overdue["error"] = "No answer has come.";
-        overdue["command"] = command;
-        overdue["reqId"] = reqId;
-        output.write(jsonLine(overdue));
+    LineReader input(STDIN_FILENO, m_interrupts, {m_client.fd(), [this] { return writeUpdates(); }});
+    while (const auto text = input.next()) {
+        ++m_lineNumber;
+        if (!isBlank(*text)) {
+            runLine(*text);
+        }
+        if (!writeUpdates()) {
+            break;
+        }
+    }
+    const auto timeout = m_output.good() ? HostClient::kAnswerTimeout : std::chrono::seconds(0);
+    const auto end = m_client.waitForAnswers(timeout, [this](const HostUpdate& update) { writeUpdate(update); });
+    if (m_interrupts.pending()) {
+        return m_interrupts.exitStatus();
+    }
+    if (end == HostClient::WaitResult::TimedOut) {
+        writeMissingAnswers();
+    }
+    return end == HostClient::WaitResult::Answered && !m_client.isCutOff() && m_output.good() ? 0 : 1;
+}
+
+void Shell::runLine(const std::string& text)
+{
+    Json::Value line;
+    JsonError error;
+    if (!parseJsonLine(text, line, error)) {
+        writeError(error.column, error.reason);
+        return;
+    }
+    const bool forDesktop = line.isMember("desktop");
+    const std::string fault = forDesktop ? faultOfDesktopLine(line) : faultOf(line);
+    if (!fault.empty()) {
+        writeError(1, fault);
+    } else if (forDesktop) {
+        runDesktopLine(line);
+    } else {
+        runCommand(line);
+    }
+}
+
+void Shell::runCommand(const Json::Value& line)
+{
+    const Json::Value request = line.get("request", Json::Value(Json::objectValue));
+    CommandReply reply = m_client.execute(line["command"].asString(), request);
+    if (!reply.error.empty()) {
+        writeError(1, reply.error);
+        return;
+    }
+    Json::Value answer;
+    answer["command"] = line["command"];
+    answer["result"] = reply.result;
+    answer["reply"] = std::move(reply.body);
+    write(answer);
+}
+
+// The answer to a switch is the line that every switch of the screen leads to.
+void Shell::runDesktopLine(const Json::Value& line)
+{
+    if (line.isMember("off")) {
+        m_client.host().switchScreen(line["off"].asBool());
+    } else {
+        writeScreen(m_client.host().isScreenOff());
+    }
+}
+
+// False when the conversation is over.
+bool Shell::writeUpdates()
+{
+    m_client.takeUpdates([this](const HostUpdate& update) { writeUpdate(update); });
+    if (m_client.isCutOff()) {
+        Json::Value error;
+        error["error"] = "Notifications have been dropped: they were not read in time.";
+        write(error);
+        return false;
+    }
+    return m_output.good();
+}
+
+void Shell::writeUpdate(const HostUpdate& update)
+{
+    if (const auto* notification = std::get_if<Notification>(&update)) {
+        writeNotification(*notification);
+    } else if (const auto* screen = std::get_if<ScreenSwitched>(&update)) {
+        writeScreen(screen->off);
+    }
+}
+
+void Shell::writeNotification(const Notification& notification)
+{
+    Json::Value line;
+    line["notification"] = notification.name;
+    line["source"] = notification.source;
+    line["body"] = notification.body;
+    write(line);
+}
+
+void Shell::writeScreen(bool off)
+{
+    Json::Value line;
+    line["desktop"] = "screen";
+    line["off"] = off;
+    write(line);
+}
+
+void Shell::writeError(int column, const std::string& reason)
+{
+    Json::Value error;
+    error["error"] = reason;
+    error["line"] = m_lineNumber;
+    error["column"] = column;
+    write(error);
+}
+
+void Shell::writeMissingAnswers()
+{
+    for (const auto& [command, reqId] : m_client.pendingAnswers()) {
+        Json::Value missing;
+        missing["error"] = "No answer has come.";
+        missing["command"] = command;
+        missing["reqId"] = reqId;
+        write(missing);
     }
 }
 
 } // namespace
 
-int runShell(TelevisionSettings settings, Output& output, const Interrupts& interrupts)
+int runShell(HostClient& client, Output& output, const Interrupts& interrupts)
 {
-    settings.notified = [&output](const std::string& source, const std::string& name, const Json::Value& body) {
-        Json::Value line;
-        line["notification"] = name;
-        line["source"] = source;
-        line["body"] = body;
-        output.write(jsonLine(line));
-    };
-    settings.desktop.screenSwitched = [&output](bool off) { writeScreen(output, off); };
-    Television television(std::move(settings));
-    LineReader input(STDIN_FILENO, interrupts);
-    int number = 0;
-    while (const auto text = input.next()) {
-        ++number;
-        if (!isBlank(*text)) {
-            runLine(television, output, number, *text);
-        }
-        if (!output.good()) {
-            break;
-        }
-    }
-    const PendingAnswers::Wait end = television.answers().wait(interrupts, output.good() ? kPatienceMs : 0);
-    if (interrupts.pending()) {
-        return interrupts.exitStatus();
-    }
-    if (end == PendingAnswers::Wait::TimedOut) {
-        writeOverdue(television, output);
-    }
-    return end == PendingAnswers::Wait::Answered && output.good() ? 0 : 1;
+    return Shell(client, output, interrupts).run();
 }
 
 } // namespace desktop

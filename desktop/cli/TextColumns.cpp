@@ -11,7 +11,7 @@ namespace desktop {
 
 namespace {
 
-bool upsetsTerminal(char32_t c)
+bool isUnsafeForTerminal(char32_t c)
 {
     const bool control = c < 0x20 || (c >= 0x7F && c < 0xA0);
     const bool lineEnd = c == 0x2028 || c == 0x2029;
@@ -40,7 +40,7 @@ std::string visibleText(std::string_view text)
     std::string out;
     for (std::string_view rest = valid; !rest.empty();) {
         const Character character = firstCharacter(rest);
-        if (upsetsTerminal(character.value)) {
+        if (isUnsafeForTerminal(character.value)) {
             std::array<char, 16> name = {};
             std::snprintf(name.data(), name.size(), "<U+%04X>", static_cast<unsigned int>(character.value));
             out += name.data();
@@ -71,7 +71,7 @@ std::string padLeft(std::string_view text, std::size_t columns)
     return spaces(text, columns) + std::string(text);
 }
 
-std::string fitted(std::string_view text, std::size_t columns)
+std::string truncated(std::string_view text, std::size_t columns)
 {
     std::size_t length = 0;
     for (Character character; (character = firstCharacter(text.substr(length))).length > 0; length += character.length) {

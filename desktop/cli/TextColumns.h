@@ -7,8 +7,8 @@
 
 namespace desktop {
 
-/// @p text fit for a terminal: characters that would move the cursor, change colours or turn the direction of writing are
-/// written as <U+HHHH>, bytes that are not UTF-8 as \xHH.
+/// @p text made safe for a terminal: characters that would move the cursor, change colours or turn the direction of writing
+/// are written as <U+HHHH>, bytes that are not UTF-8 as \xHH.
 std::string visibleText(std::string_view text);
 
 /// How many columns of a terminal the visible text @p text takes.
@@ -19,7 +19,7 @@ std::string padRight(std::string_view text, std::size_t columns);
 std::string padLeft(std::string_view text, std::size_t columns);
 
 /// The beginning of @p text that fits into @p columns.
-std::string fitted(std::string_view text, std::size_t columns);
+std::string truncated(std::string_view text, std::size_t columns);
 
 /// @p bytes for people, in binary units: "17 B", "1.5 KB", "2.0 GB".
 std::string humanSize(std::uint64_t bytes);

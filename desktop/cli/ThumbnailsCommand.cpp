@@ -52,10 +52,10 @@ private:
 
     bool makeOfFolder(const std::string& directory);
     bool makeOfFile(const std::string& path);
-    bool makePage(const std::string& directory, int page, std::size_t before, std::size_t total);
+    bool makePage(const std::string& directory, int page, std::size_t firstIndex, std::size_t total);
     Json::Value request() const;
-    Session::Heard gather(Pictures& pictures, std::size_t before, std::size_t total);
-    void tell(const std::string& path, const std::string& picture);
+    Session::AnswerHandler collectInto(Pictures& pictures, std::size_t firstIndex, std::size_t total);
+    void writePicture(const std::string& path, const std::string& picture);
     std::string copy(const std::string& path, const std::string& picture);
 
     Session& m_session;
@@ -84,8 +84,8 @@ bool ThumbnailsRun::makeOfFolder(const std::string& directory)
 {
     const auto entries = m_session.changeDirectory(directory, kPageSize);
     const auto total = static_cast<std::size_t>(entries.value_or(0));
-    for (std::size_t before = 0; before < total; before += kPageSize) {
-        if (m_session.stopped() || !makePage(directory, static_cast<int>(before / kPageSize), before, total)) {
+    for (std::size_t firstIndex = 0; firstIndex < total; firstIndex += kPageSize) {
+        if (m_session.stopped() || !makePage(directory, static_cast<int>(firstIndex / kPageSize), firstIndex, total)) {
             return false;
         }
     }
@@ -97,14 +97,14 @@ bool ThumbnailsRun::makeOfFile(const std::string& path)
     Pictures pictures;
     Json::Value single = request();
     single["path"] = path;
-    if (!m_session.ask(kStart, single, path, gather(pictures, 0, 1))) {
+    if (!m_session.ask(kStart, single, path, collectInto(pictures, 0, 1))) {
         return false;
     }
-    tell(path, pictures[0]);
+    writePicture(path, pictures[0]);
     return true;
 }
 
-bool ThumbnailsRun::makePage(const std::string& directory, int page, std::size_t before, std::size_t total)
+bool ThumbnailsRun::makePage(const std::string& directory, int page, std::size_t firstIndex, std::size_t total)
 {
     const auto entries = m_session.readPage(directory, page);
     if (!entries) {
@@ -112,15 +112,15 @@ bool ThumbnailsRun::makePage(const std::string& directory, int page, std::size_t
     }
     Pictures pictures;
     Json::Value range = request();
-    range["startidx"] = static_cast<Json::UInt>(before);
+    range["startidx"] = static_cast<Json::UInt>(firstIndex);
     range["count"] = entries->size();
-    if (!m_session.ask(kStart, range, directory, gather(pictures, before, total))) {
+    if (!m_session.ask(kStart, range, directory, collectInto(pictures, firstIndex, total))) {
         return false;
     }
     for (Json::ArrayIndex i = 0; i < entries->size(); ++i) {
         const Json::Value& entry = (*entries)[i];
         if (hasPicture(entry)) {
-            tell(entry["path"].asString(), pictures[i]);
+            writePicture(entry["path"].asString(), pictures[i]);
         }
     }
     return true;
@@ -135,17 +135,17 @@ Json::Value ThumbnailsRun::request() const
     return request;
 }
 
-Session::Heard ThumbnailsRun::gather(Pictures& pictures, std::size_t before, std::size_t total)
+Session::AnswerHandler ThumbnailsRun::collectInto(Pictures& pictures, std::size_t firstIndex, std::size_t total)
 {
-    return [this, &pictures, before, total](const Json::Value& body, bool) {
+    return [this, &pictures, firstIndex, total](const Json::Value& body, bool) {
         const Json::ArrayIndex index = body["index"].asUInt();
         pictures[index] = body["filepath"].asString();
-        m_session.progress().show(progressBar(before + index + 1, total));
+        m_session.progress().show(progressBar(firstIndex + index + 1, total));
     };
 }
 
 // @p picture is empty when there is none.
-void ThumbnailsRun::tell(const std::string& path, const std::string& picture)
+void ThumbnailsRun::writePicture(const std::string& path, const std::string& picture)
 {
     Json::Value line;
     line["path"] = path;

@@ -4,6 +4,8 @@
 #include "desktop/host/CommandNames.h"
 #include "desktop/host/PrivateDirectories.h"
 
+#include "protocol/ProtocolTable.h"
+
 #include <fcntl.h>
 
 #include <cerrno>
@@ -36,7 +38,7 @@ UniqueFd divertLog(const Options& options)
 
 int listCommands()
 {
-    for (const desktop::CommandName& command : desktop::kCommandNames) {
+    for (const protocol::CommandDescription& command : protocol::kCommands) {
         std::printf("%10u  %s  %s\n", desktop::commandHash(command.name), desktop::padRight(command.name, 43).c_str(),
                     command.purpose);
     }
@@ -62,7 +64,7 @@ void runForPeople(desktop::Session& session, const Options& options, desktop::Ou
     }
 }
 
-int runTelevision(const Options& options)
+int runWithPlugin(const Options& options)
 {
     const desktop::Interrupts interrupts; // before anything that starts a thread
     desktop::Output output(divertLog(options), interrupts);
@@ -71,15 +73,18 @@ int runTelevision(const Options& options)
     if (!refusal.empty()) {
         std::fprintf(stderr, "desktop-tv: no private directories, so none for thumbnails (%s)\n", refusal.c_str());
     }
-    desktop::TelevisionSettings settings;
-    settings.pluginFile = options.pluginFile;
-    settings.desktop.sticks = options.sticks;
-    settings.desktop.mountedSticks = options.mountedSticks;
-    settings.desktop.cacheFolder = options.cacheFolder;
+    desktop::DesktopSettings settings;
+    settings.sticks = options.sticks;
+    settings.mountedSticks = options.mountedSticks;
+    settings.cacheFolder = options.cacheFolder;
+    const desktop::PluginLibrary plugin(options.pluginFile);
+    desktop::Host host(plugin.entryPoints(), std::move(settings));
+    desktop::HostClient client(host, interrupts);
+    host.start(); // whose first notifications the client gets
     if (options.command == Options::Command::Shell) {
-        return desktop::runShell(std::move(settings), output, interrupts);
+        return desktop::runShell(client, output, interrupts);
     }
-    desktop::Session session(std::move(settings), output, interrupts);
+    desktop::Session session(client, options.mountedSticks, output, interrupts);
     runForPeople(session, options, output);
     return session.exitStatus();
 }
@@ -93,7 +98,7 @@ try {
     if (const auto status = desktop::parseOptions(argc, argv, options)) {
         return *status;
     }
-    return options.command == Options::Command::Commands ? listCommands() : runTelevision(options);
+    return options.command == Options::Command::Commands ? listCommands() : runWithPlugin(options);
 } catch (const std::exception& error) {
     std::fprintf(stderr, "desktop-tv: %s\n", error.what());
     return 1;

@@ -1,8 +1,9 @@
 #include "desktop/host/PluginLibrary.h"
 
+#include "desktop/base/ProgramFiles.h"
+
 #include <dlfcn.h>
 
-#include <filesystem>
 #include <stdexcept>
 
 namespace desktop {
@@ -18,10 +19,10 @@ PluginLibrary::PluginLibrary(const std::string& file)
     if (m_handle == nullptr) {
         throw std::runtime_error(std::string("cannot load the plugin: ") + dlerror());
     }
-    find(load, "Plugin_Load");
-    find(execute, "Plugin_Execute");
-    find(unload, "Plugin_Unload");
-    find(setPublishCallback, "Server_PublishNotification_Callback");
+    find(m_entryPoints.load, "Plugin_Load");
+    find(m_entryPoints.execute, "Plugin_Execute");
+    find(m_entryPoints.unload, "Plugin_Unload");
+    find(m_entryPoints.setPublishCallback, "Server_PublishNotification_Callback");
 }
 
 template <typename Function>
@@ -36,10 +37,7 @@ void PluginLibrary::find(Function& function, const char* name)
 
 std::string defaultPluginFile()
 {
-    namespace fs = std::filesystem;
-    const fs::path program = fs::read_symlink("/proc/self/exe").parent_path();
-    const fs::path built = program / PLUGIN_BUILT;
-    return (fs::exists(built) ? built : program / PLUGIN_INSTALLED).lexically_normal().string();
+    return programFile(PLUGIN_BUILT, PLUGIN_INSTALLED);
 }
 
 } // namespace desktop

@@ -1,5 +1,6 @@
 #include "desktop/host/PrivateDirectories.h"
 
+#include "desktop/base/ProgramFiles.h"
 #include "desktop/base/UniqueFd.h"
 
 #include <fcntl.h>
@@ -116,24 +117,24 @@ void place(const TopEntry& entry)
 }
 
 // The new root stands on one of the old root's folders while it is filled: the copies of the mounts are already taken.
-void replaceRoot(const std::vector<TopEntry>& entries, const std::string& scaffold)
+void replaceRoot(const std::vector<TopEntry>& entries, const std::string& buildFolder)
 {
-    check(mount("tmpfs", scaffold.c_str(), "tmpfs", MS_NOSUID | MS_NODEV, "mode=0755"), "tmpfs");
+    check(mount("tmpfs", buildFolder.c_str(), "tmpfs", MS_NOSUID | MS_NODEV, "mode=0755"), "tmpfs");
     try {
-        check(chdir(scaffold.c_str()), scaffold);
+        check(chdir(buildFolder.c_str()), buildFolder);
         for (const TopEntry& entry : entries) {
             place(entry);
         }
         check(mkdir(kOwnDirectory, kMode), kOwnDirectory);
         check(syscall(SYS_pivot_root, ".", "."), "pivot_root");
     } catch (...) {
-        umount2(scaffold.c_str(), MNT_DETACH);
+        umount2(buildFolder.c_str(), MNT_DETACH);
         throw;
     }
     check(umount2(".", MNT_DETACH), "old root"); // which now lies on the new one
 }
 
-std::string scaffoldIn(const std::vector<TopEntry>& entries)
+std::string buildFolderAmong(const std::vector<TopEntry>& entries)
 {
     for (const TopEntry& entry : entries) {
         if (entry.isFolder) {
@@ -147,11 +148,12 @@ std::string scaffoldIn(const std::vector<TopEntry>& entries)
 
 std::string makeDirectoriesPrivate()
 {
+    programFolder(); // found out while the old root is there
     const fs::path workingDirectory = fs::current_path();
     try {
         unshareMounts();
         const std::vector<TopEntry> entries = topEntries();
-        replaceRoot(entries, scaffoldIn(entries));
+        replaceRoot(entries, buildFolderAmong(entries));
         s_private = true;
         fs::current_path(workingDirectory);
     } catch (const std::exception& refusal) {

@@ -1,18 +1,17 @@
 #include "desktop/workers/MediaWorkers.h"
 
+#include "desktop/base/ProgramFiles.h"
 #include "desktop/workers/WorkerChannel.h"
 
 #include <poll.h>
 
 #include <cerrno>
-#include <filesystem>
 #include <stdexcept>
 
 namespace desktop {
 
 namespace {
 
-constexpr const char* kProgram = "desktop-media-worker";
 constexpr const char* kStopped = "No file is read any more.";
 constexpr const char* kUnwanted = "The file is not wanted any more.";
 constexpr std::size_t kMostAhead = 8; // files that a worker has before it has answered for them
@@ -20,7 +19,7 @@ constexpr std::size_t kMostAhead = 8; // files that a worker has before it has a
 MediaWorkerSettings completed(MediaWorkerSettings settings)
 {
     if (settings.program.empty()) {
-        settings.program = std::filesystem::read_symlink("/proc/self/exe").parent_path() / kProgram;
+        settings.program = programFile(WORKER_BUILT, WORKER_INSTALLED);
     }
     return settings;
 }

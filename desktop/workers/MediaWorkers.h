@@ -16,7 +16,7 @@
 namespace desktop {
 
 struct MediaWorkerSettings {
-    /// The worker's program; empty: the one beside the program that runs.
+    /// The worker's program; empty: the one that was built or installed together with the program that runs.
     std::string program;
     /// How long one file may take.
     std::chrono::milliseconds patience{5000};

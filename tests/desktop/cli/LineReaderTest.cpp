@@ -1,5 +1,6 @@
 #include "desktop/cli/LineReader.h"
 
+#include "desktop/base/Wakeup.h"
 #include "desktop/cli/Output.h"
 
 #include <gtest/gtest.h>
@@ -39,6 +40,29 @@ TEST_F(LineReaderTest, Lines_ComeOneByOneUpToTheEnd)
     EXPECT_EQ(reader.next(), "");
     EXPECT_EQ(reader.next(), "two");
     EXPECT_EQ(reader.next(), "last");
+    EXPECT_EQ(reader.next(), std::nullopt);
+}
+
+TEST_F(LineReaderTest, OtherInput_IsHandledWhileThereIsNoLine)
+{
+    Wakeup other;
+    int handled = 0;
+    LineReader reader(out.get(), interrupts, {other.fd(), [&] {
+                                                  other.clear();
+                                                  ++handled;
+                                                  write("line\n");
+                                                  return true;
+                                              }});
+    other.raise();
+    EXPECT_EQ(reader.next(), "line");
+    EXPECT_EQ(handled, 1);
+}
+
+TEST_F(LineReaderTest, OtherInputThatWantsNoMoreLines_EndsThem)
+{
+    Wakeup other;
+    LineReader reader(out.get(), interrupts, {other.fd(), [] { return false; }});
+    other.raise();
     EXPECT_EQ(reader.next(), std::nullopt);
 }
 

@@ -27,11 +27,11 @@ TEST_F(TextColumnsTest, WideCharacters_TakeTwoColumnsAndMarksNone)
     EXPECT_EQ(padRight("longer", 3), "longer");
 }
 
-TEST_F(TextColumnsTest, Fitted_NeverSplitsACharacter)
+TEST_F(TextColumnsTest, Truncated_NeverSplitsACharacter)
 {
-    EXPECT_EQ(fitted("电影院", 5), "电影");
-    EXPECT_EQ(fitted("abc", 5), "abc");
-    EXPECT_EQ(fitted("abc", 0), "");
+    EXPECT_EQ(truncated("电影院", 5), "电影");
+    EXPECT_EQ(truncated("abc", 5), "abc");
+    EXPECT_EQ(truncated("abc", 0), "");
 }
 
 TEST_F(TextColumnsTest, CharactersThatUpsetATerminal_AreMadeVisible)

@@ -1,30 +1,9 @@
 #include "desktop/host/CommandNames.h"
 
-#include "plugin/CommandTable.h"
-
 #include <gtest/gtest.h>
-
-#include <set>
-#include <string>
 
 namespace desktop {
 namespace {
-
-TEST(CommandNames_Table, EveryRow_IsThePluginsOwn)
-{
-    ASSERT_EQ(kCommandNameCount, kCommandCount);
-    for (std::size_t i = 0; i < kCommandNameCount; ++i) {
-        EXPECT_STREQ(kCommandNames[i].name, gCmdStringMap[i].name);
-    }
-}
-
-TEST(CommandNames_Table, EveryPurpose_IsItsOwn)
-{
-    std::set<std::string> purposes;
-    for (const CommandName& command : kCommandNames) {
-        EXPECT_TRUE(purposes.insert(command.purpose).second) << command.purpose;
-    }
-}
 
 TEST(CommandNames_Hash, BytesFrom128_CountUnsigned)
 {

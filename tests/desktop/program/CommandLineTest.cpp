@@ -1,6 +1,6 @@
 #include "tests/desktop/support/Program.h"
 
-#include "desktop/host/CommandNames.h"
+#include "protocol/ProtocolTable.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +20,7 @@ TEST(CommandLine, Commands_ListsHashNameAndPurpose)
     Program program({DESKTOP_TV, "commands"});
     EXPECT_EQ(program.wait(), 0);
     EXPECT_TRUE(contains(program.output(), "3414262598  storagemedia.folder.chgdir  ")) << program.output();
-    for (const desktop::CommandName& command : desktop::kCommandNames) {
+    for (const protocol::CommandDescription& command : protocol::kCommands) {
         EXPECT_TRUE(contains(program.output(), command.purpose)) << command.name;
     }
 }
@@ -31,6 +31,13 @@ TEST(CommandLine, Help_ShowsExamples)
     EXPECT_EQ(program.wait(), 0);
     EXPECT_TRUE(contains(program.output(), "desktop-tv --stick ~/Videos browse\n")) << program.output();
     EXPECT_EQ(program.errors(), "");
+}
+
+TEST(CommandLine, Version_IsThatOfTheProject)
+{
+    Program program({DESKTOP_TV, "--version"});
+    EXPECT_EQ(program.wait(), 0);
+    EXPECT_EQ(program.output(), "desktop-tv " DESKTOP_TV_VERSION "\n");
 }
 
 TEST(CommandLine, Mistake_IsToldAndGives2)

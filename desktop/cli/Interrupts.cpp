@@ -1,4 +1,4 @@
-#include "desktop/host/Interrupts.h"
+#include "desktop/cli/Interrupts.h"
 
 #include <poll.h>
 #include <sys/signalfd.h>
@@ -32,7 +32,7 @@ bool Interrupts::pending() const
 
 int Interrupts::exitStatus() const
 {
-    constexpr int kSignalBase = 128; // as shells tell of a signal
+    constexpr int kSignalBase = 128; // as shells report that a signal ended a program
     sigset_t signals;
     sigpending(&signals);
     for (const int signal : {SIGTERM, SIGHUP}) {

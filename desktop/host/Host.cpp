@@ -1,0 +1,111 @@
+#include "desktop/host/Host.h"
+
+#include "desktop/host/CommandNames.h"
+
+#include "platform/SocMiddleware.h"
+
+namespace desktop {
+
+namespace {
+
+DesktopSettings observedBy(const std::shared_ptr<SubscriberList>& subscribers, DesktopSettings settings)
+{
+    settings.observer.progress = [subscribers](const std::string& directory, std::size_t entries) {
+        subscribers->publish(FolderProgress{directory, entries});
+    };
+    settings.observer.failed = [subscribers](const std::string& path, const std::string& reason) {
+        subscribers->publish(ReadFailure{path, reason});
+    };
+    settings.screenSwitched = [subscribers](bool off) { subscribers->publish(ScreenSwitched{off}); };
+    return settings;
+}
+
+} // namespace
+
+Host* Host::s_running = nullptr;
+
+Host::Host(const PluginEntryPoints& plugin, DesktopSettings settings)
+    : m_plugin(plugin)
+    , m_subscribers(std::make_shared<SubscriberList>())
+    , m_commands([this](QueuedCommand& command) { runCommand(command); })
+{
+    s_running = this;
+    DesktopMiddleware::instance().open(observedBy(m_subscribers, std::move(settings)));
+    m_plugin.load();
+    m_plugin.setPublishCallback(&Host::publish);
+}
+
+void Host::start()
+{
+    DesktopMiddleware::instance().startEvents();
+}
+
+std::future<CommandReply> Host::execute(std::string name, Json::Value request)
+{
+    return m_commands.add(std::move(name), std::move(request));
+}
+
+bool Host::isScreenOff() const
+{
+    int off = 0;
+    SocMiddleware::getInstance()->getSystemMgr()->getScreenStatus(&off);
+    return off != 0;
+}
+
+void Host::switchScreen(bool off)
+{
+    SocMiddleware::getInstance()->getSystemMgr()->ScreenOff(off ? 1 : 0);
+}
+
+void Host::close()
+{
+    std::call_once(m_closing, [this] {
+        m_commands.close();
+        unload();
+        m_subscribers->close();
+    });
+}
+
+void Host::unload()
+{
+    DesktopMiddleware::instance().close(); // the event thread has ended before the plugin goes
+    m_plugin.unload();
+    s_running = nullptr;
+}
+
+void Host::runCommand(QueuedCommand& command)
+{
+    const auto turn = DesktopMiddleware::instance().events().holdDelivery();
+    m_commandRuns = true;
+    CommandReply reply = replyOf(command);
+    m_commandRuns = false;
+    command.reply.set_value(std::move(reply));
+    for (Notification& notification : std::exchange(m_publishedByCommand, {})) {
+        m_subscribers->publish(std::move(notification));
+    }
+}
+
+CommandReply Host::replyOf(QueuedCommand& command) const
+{
+    CommandReply reply;
+    try {
+        command.request["CmdHash"] = commandHash(command.name);
+        reply.result = m_plugin.execute(command.name.c_str(), &command.request, &reply.body);
+    } catch (const std::exception& unusable) {
+        reply.error = std::string("The request cannot be used: ") + unusable.what();
+    }
+    return reply;
+}
+
+// On the event thread, or on the command thread while a command runs: either way nobody else is in the plugin.
+void Host::publish(const char* source, const char* name, Json::Value& body)
+{
+    Notification notification = {source, name, std::move(body)};
+    if (s_running->m_commandRuns) {
+        s_running->m_publishedByCommand.push_back(std::move(notification));
+    } else {
+        s_running->m_subscribers->publish(std::move(notification));
+    }
+}
+
+} // namespace desktop

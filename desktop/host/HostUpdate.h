@@ -1,0 +1,40 @@
+#pragma once
+
+#include <json/json.h>
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <variant>
+
+namespace desktop {
+
+/// A notification that the plugin has published.
+struct Notification {
+    std::string source; ///< "storagemedia", or the channel of the request that it answers
+    std::string name;
+    Json::Value body;
+};
+
+/// How many entries of a folder have been read so far.
+struct FolderProgress {
+    std::string directory;
+    std::size_t entries = 0;
+};
+
+/// Why a path cannot be read. Comes before the reply or the notification that shows the failure.
+struct ReadFailure {
+    std::string path;
+    std::string reason;
+};
+
+/// The screen has been switched.
+struct ScreenSwitched {
+    bool off = false;
+};
+
+/// What a host has for its subscribers. It is shared by all of them, so it never changes.
+using HostUpdate = std::variant<Notification, FolderProgress, ReadFailure, ScreenSwitched>;
+using HostUpdatePointer = std::shared_ptr<const HostUpdate>;
+
+} // namespace desktop
