@@ -93,6 +93,12 @@ class UiFlow : public testing::TestWithParam<Example> {
 protected:
     UiFlow() { fs::copy(testsupport::demoFile(""), stick, fs::copy_options::recursive); }
 
+    void TearDown() override
+    {
+        EXPECT_EQ(shell.program.wait(), 0);
+        EXPECT_FALSE(HasFailure()) << "the shell's log:\n" << shell.program.errors();
+    }
+
     void play(const std::string& line)
     {
         const std::string text = line.substr(2);
@@ -125,7 +131,7 @@ private:
         text == "the stick is pulled" ? fs::rename(stick, away) : fs::rename(away, stick);
     }
 
-    Shell shell{{"--stick", stick, "--log-level", "off"}};
+    Shell shell{{"--stick", stick}};
 };
 
 TEST_P(UiFlow, PlayedToTheShell_BringsTheKeysThatThePageShows)
