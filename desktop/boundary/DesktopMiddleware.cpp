@@ -8,7 +8,7 @@ namespace desktop {
 namespace {
 
 // Where Linux computers mount sticks.
-const std::vector<std::string> kMountFolders = {"/media", "/run/media", "/mnt"};
+constexpr const char* kMountFolders[] = {"/media", "/run/media", "/mnt"};
 
 std::string absoluteFolder(const std::string& folder)
 {
@@ -26,8 +26,9 @@ DesktopMiddleware& DesktopMiddleware::instance()
 
 DesktopMiddleware::DesktopMiddleware()
     : m_resolver({})
+    , m_opener(m_resolver, m_reporter)
 {
-    makeParts("", FolderObserver());
+    makeParts("", ReadObserver());
 }
 
 void DesktopMiddleware::open(DesktopSettings settings)
@@ -40,7 +41,7 @@ void DesktopMiddleware::open(DesktopSettings settings)
         }
     }
     if (settings.mountedSticks) {
-        sources.mountFolders = kMountFolders;
+        sources.mountFolders.assign(std::begin(kMountFolders), std::end(kMountFolders));
     }
     m_screenSwitched = std::move(settings.screenSwitched);
     makeParts(settings.cacheFolder, settings.observer);
@@ -64,17 +65,13 @@ void DesktopMiddleware::close()
     m_thumbnails->close();
     m_events.stop();
     m_events.setListener(nullptr);
-    makeParts("", FolderObserver()); // joins what still ends, and lets go of the host's callbacks
+    m_reporter->disconnect();
+    makeParts("", ReadObserver()); // joins what still ends
 }
 
 Json::Value DesktopMiddleware::deviceList() const
 {
     return m_volumes != nullptr ? m_volumes->deviceList() : Json::Value(Json::objectValue);
-}
-
-std::string DesktopMiddleware::stickId(const std::string& stick) const
-{
-    return m_volumes != nullptr ? m_volumes->idOf(stick) : "";
 }
 
 void DesktopMiddleware::screenSwitched(bool off) const
@@ -84,17 +81,16 @@ void DesktopMiddleware::screenSwitched(bool off) const
     }
 }
 
-void DesktopMiddleware::makeParts(const std::string& cacheFolder, const FolderObserver& observer)
+void DesktopMiddleware::makeParts(const std::string& cacheFolder, const ReadObserver& observer)
 {
-    m_grouping.reset(); // both look at the listings
-    m_search.reset();
+    m_reporter = std::make_shared<ReadReporter>(observer);
+    m_opener = LocationOpener(m_resolver, m_reporter);
     m_workers = std::make_shared<MediaWorkers>(); // their processes start with the first file
-    const auto library =
-        std::make_shared<MediaLibrary>(m_workers, cacheFolder, [this](const std::string& stick) { return stickId(stick); });
-    m_listings = std::make_unique<FolderListings>(m_resolver, m_events, observer, library);
-    m_search = std::make_unique<Search>(*m_listings, m_events, observer);
-    m_grouping = std::make_unique<Grouping>(*m_listings, m_events, observer);
-    m_playlists = std::make_unique<Playlists>(m_resolver, *m_listings);
+    m_library = std::make_shared<MediaLibrary>(m_workers, cacheFolder);
+    m_listings = std::make_unique<FolderListings>(m_opener, m_events, m_library);
+    m_search = std::make_unique<Search>(m_opener, m_library, m_events);
+    m_grouping = std::make_unique<Grouping>(m_opener, m_library, m_events);
+    m_playlists = std::make_unique<Playlists>(m_opener, m_library);
     m_thumbnails =
         std::make_unique<Thumbnails>(std::make_shared<ThumbnailMaker>(m_resolver, m_workers, cacheFolder), m_events);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/browsing/FolderListings.h"
+#include "desktop/browsing/PhotoSort.h"
 #include "desktop/grouping/Grouping.h"
 #include "desktop/jobs/EventQueue.h"
 #include "desktop/playlists/Playlists.h"
@@ -22,7 +23,7 @@ struct DesktopSettings {
     bool mountedSticks = false;
     /// Folder that keeps what has been read, for the next time; empty: nothing is kept.
     std::string cacheFolder;
-    FolderObserver observer;
+    ReadObserver observer;
     /// Told whenever the screen has been switched, on the thread that did. May be null.
     std::function<void(bool off)> screenSwitched;
 };
@@ -48,28 +49,27 @@ public:
     Grouping& grouping() { return *m_grouping; }
     const Playlists& playlists() const { return *m_playlists; }
     Thumbnails& thumbnails() { return *m_thumbnails; }
-    /// Opens what lies on the sticks that are there.
-    const PathResolver& resolver() const { return m_resolver; }
-    /// Safe on any thread.
+    PhotoReading photoReading() const { return {m_opener, m_library}; }
     Json::Value deviceList() const;
-    /// As Volumes::idOf. Safe on any thread.
-    std::string stickId(const std::string& stick) const;
     /// Safe on any thread.
     void screenSwitched(bool off) const;
 
 private:
     DesktopMiddleware();
-    void makeParts(const std::string& cacheFolder, const FolderObserver& observer);
+    void makeParts(const std::string& cacheFolder, const ReadObserver& observer);
     void stickPulled(const std::string& stick);
 
     EventQueue m_events;
     PathResolver m_resolver;
     std::function<void(bool off)> m_screenSwitched;
+    std::shared_ptr<ReadReporter> m_reporter = std::make_shared<ReadReporter>();
+    LocationOpener m_opener;
+    std::shared_ptr<MediaWorkers> m_workers;
+    std::shared_ptr<MediaLibrary> m_library;
     std::unique_ptr<FolderListings> m_listings;
     std::unique_ptr<Search> m_search;
     std::unique_ptr<Grouping> m_grouping;
     std::unique_ptr<Playlists> m_playlists;
-    std::shared_ptr<MediaWorkers> m_workers;
     std::unique_ptr<Thumbnails> m_thumbnails;
     std::unique_ptr<Volumes> m_volumes;
 };

@@ -1,11 +1,9 @@
-#include "desktop/browsing/FolderReader.h"
+#include "desktop/browsing/ListingReader.h"
 
 #include "desktop/files/DirectoryStream.h"
-#include "desktop/files/MediaTypes.h"
-#include "desktop/text/NameEncoding.h"
+#include "desktop/metadata/EntryDescription.h"
 #include "desktop/text/NaturalOrder.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -40,11 +38,10 @@ void sortEntries(std::vector<FolderFileInfo_s>& entries)
     }
 }
 
-int readEntries(DIR* directory, const FolderToRead& folder, const std::atomic<bool>& cancelled, const ReadProgress& progress,
-                std::vector<FolderFileInfo_s>& entries)
+int readEntries(DIR* directory, const OpenedFolder& folder, const KnownFiles& known, const std::atomic<bool>& cancelled,
+                const ReadProgress& progress, std::vector<FolderFileInfo_s>& entries)
 {
     const EntryInspector inspector(dirfd(directory), folder.location);
-    const KnownFiles known = knownFiles(folder.library, folder.location);
     while (!cancelled) {
         errno = 0;
         const dirent* found = readdir(directory);
@@ -68,54 +65,27 @@ int readEntries(DIR* directory, const FolderToRead& folder, const std::atomic<bo
 
 } // namespace
 
-int readFolder(const FolderToRead& folder, const std::atomic<bool>& cancelled, const ReadProgress& progress,
-               Listing& listing)
+int readListing(OpenedFolder folder, const std::shared_ptr<MediaLibrary>& library, const std::atomic<bool>& cancelled,
+                const ReadProgress& progress, Listing& listing)
 {
-    struct stat status = {};
-    // A second view of the folder, read from its beginning; closing it leaves the first one open.
-    const Directory directory = openDirectory(UniqueFd(openat(folder.fd.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
-    if (directory == nullptr || fstat(folder.fd.get(), &status) != 0) {
+    const Directory directory = openDirectory(std::move(folder.fd));
+    if (directory == nullptr) {
         return errno;
     }
     listing.directory = folder.directory;
-    listing.stamp = FolderStamp(status);
-    const int error = readEntries(directory.get(), folder, cancelled, progress, listing.entries);
+    listing.stamp = folder.stamp;
+    const KnownFiles known = knownFiles(library, folder.location);
+    const int error = readEntries(directory.get(), folder, known, cancelled, progress, listing.entries);
     if (error != 0) {
         return error;
     }
     // A removed folder reads as an empty one.
-    if (fstat(folder.fd.get(), &status) != 0 || status.st_nlink == 0) {
+    struct stat status = {};
+    if (fstat(dirfd(directory.get()), &status) != 0 || status.st_nlink == 0) {
         return ENOENT;
     }
     sortEntries(listing.entries);
     return 0;
-}
-
-FolderFileInfo_s describeEntry(const std::string& directory, const std::string& name, const EntryFacts& facts,
-                               const MediaFacts* known)
-{
-    FolderFileInfo_s entry;
-    entry.type = facts.type;
-    entry.size = facts.size;
-    entry.ctime = formatTime(facts.created);
-    entry.name = encodeName(name);
-    entry.path = directory + "/" + entry.name;
-    entry.title = facts.type == FILE_TYPE_FOLDER ? entry.name : encodeName(nameWithoutExtension(name));
-    if (known != nullptr) {
-        entry.title = known->title.empty() ? entry.title : known->title;
-        entry.isPhoto360 = known->panorama ? 1 : 0;
-    }
-    return entry;
-}
-
-std::string formatTime(std::time_t time)
-{
-    std::tm local = {};
-    char text[sizeof "YYYYYYYYYY-MM-DD hh:mm:ss"] = {};
-    if (localtime_r(&time, &local) != nullptr) {
-        std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &local);
-    }
-    return text;
 }
 
 } // namespace desktop

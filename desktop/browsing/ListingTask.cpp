@@ -1,4 +1,4 @@
-#include "desktop/browsing/FolderRead.h"
+#include "desktop/browsing/ListingTask.h"
 
 #include <cerrno>
 #include <new>
@@ -7,17 +7,10 @@ namespace desktop {
 
 namespace {
 
-constexpr std::chrono::seconds kPatience(2);
-
-int readOrFail(const FolderToRead& folder, const std::atomic<bool>& stopping, const ReadProgress& progress, Listing& listing)
-try {
-    return readFolder(folder, stopping, progress, listing);
-} catch (const std::bad_alloc&) {
-    return ENOMEM;
-}
+constexpr std::chrono::seconds kEndTimeout(2);
 
 // With the outcome's mutex held. The first end counts.
-void finish(const FolderRead::OutcomePointer& outcome, int error, ListingPointer listing, const FolderRead::Done& done)
+void finish(const ListingTask::OutcomePointer& outcome, int error, ListingPointer listing, const ListingTask::Uses& uses)
 {
     if (outcome->finished) {
         return;
@@ -25,79 +18,116 @@ void finish(const FolderRead::OutcomePointer& outcome, int error, ListingPointer
     outcome->error = error;
     if (!outcome->cancelled) {
         outcome->listing = error == 0 ? std::move(listing) : nullptr;
-        done(outcome);
+        if (outcome->opened) {
+            uses.done(outcome);
+        }
     }
     outcome->finished = true;
 }
 
-void readOnThread(const FolderToRead& folder, const ReadProgress& progress, const FolderRead::Done& done,
-                  const FolderRead::OutcomePointer& outcome)
+int openFolder(OpenedFolder& folder, ListingTask::Outcome& outcome)
 {
-    auto listing = std::make_shared<Listing>();
-    const int error = readOrFail(folder, outcome->stopping, progress, *listing);
+    const int error = LocationOpener::open(folder);
+    const std::lock_guard<std::mutex> lock(outcome.mutex);
+    outcome.opened = error == 0 && !outcome.finished;
+    outcome.changed.notify_all();
+    return error;
+}
+
+int readOrFail(OpenedFolder folder, const ListingTask::Uses& uses, ListingTask::Outcome& outcome, ListingPointer& listing)
+try {
+    const int error = openFolder(folder, outcome);
+    if (error != 0) {
+        return error;
+    }
+    listing = uses.known(folder.stamp);
+    if (listing != nullptr) {
+        return 0;
+    }
+    listing = std::make_shared<Listing>();
+    return readListing(std::move(folder), uses.library, outcome.stopping, uses.progress, *listing);
+} catch (const std::bad_alloc&) {
+    return ENOMEM;
+}
+
+void readOnThread(OpenedFolder folder, const ListingTask::Uses& uses, const ListingTask::OutcomePointer& outcome)
+{
+    ListingPointer listing;
+    const int error = readOrFail(std::move(folder), uses, *outcome, listing);
     const std::lock_guard<std::mutex> lock(outcome->mutex);
-    finish(outcome, error, std::move(listing), done);
+    finish(outcome, error, std::move(listing), uses);
     outcome->threadEnded = true;
     outcome->changed.notify_all();
 }
 
 } // namespace
 
-FolderRead::FolderRead(FolderToRead folder, ReadProgress progress, Done done)
+ListingTask::ListingTask(OpenedFolder folder, Uses uses)
     : m_directory(folder.directory)
     , m_stick(folder.location.stick)
-    , m_done(std::move(done))
+    , m_uses(std::make_shared<const Uses>(std::move(uses)))
     , m_outcome(std::make_shared<Outcome>())
-    , m_thread([folder = std::move(folder), progress = std::move(progress), done = m_done, outcome = m_outcome] {
-        readOnThread(folder, progress, done, outcome);
+    , m_thread([folder = std::move(folder), uses = m_uses, outcome = m_outcome]() mutable {
+        readOnThread(std::move(folder), *uses, outcome);
     })
 {
 }
 
-FolderRead::~FolderRead()
+ListingTask::~ListingTask()
 {
     cancel();
     bool ended = false;
     {
         std::unique_lock<std::mutex> lock(m_outcome->mutex);
-        ended = m_outcome->changed.wait_for(lock, kPatience, [this] { return m_outcome->threadEnded; });
+        ended = m_outcome->changed.wait_for(lock, kEndTimeout, [this] { return m_outcome->threadEnded; });
     }
     if (ended) {
         m_thread.join();
     } else {
-        m_thread.detach(); // it ends when the kernel lets go of it, and touches nothing but its own outcome
+        m_thread.detach(); // it ends when the kernel lets go of it
     }
 }
 
-void FolderRead::cancel()
+void ListingTask::cancel()
 {
     m_outcome->cancelled = true;
     m_outcome->stopping = true;
-    const std::lock_guard<std::mutex> lock(m_outcome->mutex); // Done may be running
+    const std::lock_guard<std::mutex> lock(m_outcome->mutex); // Uses::done may be running
     m_outcome->listing.reset();
 }
 
-void FolderRead::fail(int error)
+void ListingTask::fail(int error)
 {
     m_outcome->stopping = true;
     const std::lock_guard<std::mutex> lock(m_outcome->mutex);
-    finish(m_outcome, error, nullptr, m_done);
+    finish(m_outcome, error, nullptr, *m_uses);
     m_outcome->changed.notify_all();
 }
 
-bool FolderRead::threadEnded() const
+bool ListingTask::threadEnded() const
 {
     const std::lock_guard<std::mutex> lock(m_outcome->mutex);
     return m_outcome->threadEnded;
 }
 
-bool FolderRead::waitFor(std::chrono::milliseconds time) const
+int ListingTask::waitUntilOpened(std::chrono::milliseconds time) const
+{
+    std::unique_lock<std::mutex> lock(m_outcome->mutex);
+    const bool answered =
+        m_outcome->changed.wait_for(lock, time, [this] { return m_outcome->opened || m_outcome->finished; });
+    if (!answered) {
+        return ETIMEDOUT;
+    }
+    return m_outcome->opened ? 0 : m_outcome->error;
+}
+
+bool ListingTask::waitFor(std::chrono::milliseconds time) const
 {
     std::unique_lock<std::mutex> lock(m_outcome->mutex);
     return m_outcome->changed.wait_for(lock, time, [this] { return m_outcome->finished; });
 }
 
-ListingPointer FolderRead::listing() const
+ListingPointer ListingTask::listing() const
 {
     const std::lock_guard<std::mutex> lock(m_outcome->mutex);
     return m_outcome->listing;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/browsing/FolderReader.h"
+#include "desktop/browsing/ListingReader.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -9,15 +9,17 @@
 
 namespace desktop {
 
-/// One folder being read on a thread of its own, so that a folder that does not answer holds up nothing but itself.
-class FolderRead {
+/// One folder being opened and listed on a thread of its own, so that a folder that does not answer holds up nothing but
+/// itself.
+class ListingTask {
 public:
-    /// What came of it. Owned by the reading thread too, which may outlive the FolderRead.
+    /// What came of it. Owned by the reading thread too, which may outlive the ListingTask.
     struct Outcome {
         std::atomic<bool> stopping{false};  ///< the reading thread is to end
         std::atomic<bool> cancelled{false}; ///< nobody wants the result any more
         std::mutex mutex;
         std::condition_variable changed;
+        bool opened = false;      ///< there is such a folder
         bool finished = false;    ///< nothing changes below any more
         bool threadEnded = false; ///< later than finished when the read was broken off
         int error = 0;
@@ -25,22 +27,32 @@ public:
     };
     using OutcomePointer = std::shared_ptr<Outcome>;
 
-    /// Called at the end, on the reading thread or that of fail(), the outcome's mutex held; never once cancelled.
-    using Done = std::function<void(const OutcomePointer& outcome)>;
+    /// What a task uses; the reading thread may use it for longer than the task is there, but for done.
+    struct Uses {
+        std::shared_ptr<MediaLibrary> library; ///< may be null
+        ReadProgress progress;
+        /// The listing of the folder if it has been read already in the state @p stamp.
+        std::function<ListingPointer(const FolderStamp& stamp)> known;
+        /// Called at the end of a folder that could be opened, on the reading thread or that of fail(), the outcome's mutex
+        /// held; never once cancelled.
+        std::function<void(const OutcomePointer& outcome)> done;
+    };
 
-    FolderRead(FolderToRead folder, ReadProgress progress, Done done);
+    ListingTask(OpenedFolder folder, Uses uses);
     /// Cancels; waits for the thread, but not for long when the file system keeps it.
-    ~FolderRead();
-    FolderRead(const FolderRead&) = delete;
-    FolderRead& operator=(const FolderRead&) = delete;
+    ~ListingTask();
+    ListingTask(const ListingTask&) = delete;
+    ListingTask& operator=(const ListingTask&) = delete;
 
     const std::string& directory() const { return m_directory; }
     const std::string& stick() const { return m_stick; }
-    /// Returns at once; when it has returned, Done is not called any more.
+    /// Returns at once; when it has returned, Uses::done is not called any more.
     void cancel();
     /// Ends the read at once with errno value @p error, whatever keeps its thread; nothing when it has ended. Safe on any
     /// thread.
     void fail(int error);
+    /// Waits until the folder has been opened, but no longer than @p time. Returns 0, or why it has not as an errno value.
+    int waitUntilOpened(std::chrono::milliseconds time) const;
     /// Whether the read has ended, which it is given @p time for.
     bool waitFor(std::chrono::milliseconds time) const;
     bool finished() const { return waitFor(std::chrono::milliseconds(0)); }
@@ -52,7 +64,7 @@ public:
 private:
     std::string m_directory;
     std::string m_stick;
-    Done m_done;
+    std::shared_ptr<const Uses> m_uses;
     OutcomePointer m_outcome;
     std::thread m_thread;
 };

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "desktop/browsing/FolderListings.h"
+#include "desktop/browsing/Listing.h"
+#include "desktop/files/LocationOpener.h"
+#include "desktop/metadata/MediaLibrary.h"
 
 namespace desktop {
 
@@ -12,9 +14,15 @@ enum class PhotoOrder {
     Type = 3, ///< the file's extension
 };
 
-/// Puts the photos of @p listing, one of @p listings, into @p photos: sorted by @p order, equal ones by name.
-/// False, which is logged, when reading them takes too long; what has been read then need not be read again.
-bool sortPhotos(const Listing& listing, const FolderListings& listings, PhotoOrder order, bool ascending,
+/// What reads the photos of a listing when it must.
+struct PhotoReading {
+    LocationOpener opener;
+    std::shared_ptr<MediaLibrary> library;
+};
+
+/// Puts the photos of @p listing into @p photos: sorted by @p order, equal ones by name. False, which is logged, when
+/// reading them takes too long; what has been read then need not be read again.
+bool sortPhotos(const Listing& listing, const PhotoReading& reading, PhotoOrder order, bool ascending,
                 std::vector<FolderFileInfo_s>& photos);
 
 } // namespace desktop

@@ -107,7 +107,7 @@ EntryInspector::EntryInspector(int folder, Location location)
     : m_folder(folder)
     , m_location(std::move(location))
 {
-    Location above = {m_location.stick, "."};
+    Location above = m_location.root();
     const auto remember = [this, &above] {
         const UniqueFd fd = PathResolver::open(above, O_PATH | O_DIRECTORY);
         struct stat status = {};

@@ -13,24 +13,32 @@ namespace desktop {
 struct Location {
     std::string stick;
     std::string relative;
+    std::string volumeId{}; ///< what the stick is known by wherever it is mounted; empty: by its folder
 
     explicit operator bool() const { return !stick.empty(); }
     /// The place @p name beneath this one.
-    Location child(const std::string& name) const { return {stick, relative + "/" + name}; }
+    Location child(const std::string& name) const { return {stick, relative + "/" + name, volumeId}; }
+    /// The stick's folder.
+    Location root() const { return {stick, ".", volumeId}; }
     /// The absolute path.
     std::string path() const { return stick + relative.substr(1); }
+};
+
+/// A stick that is there.
+struct PresentVolume {
+    std::string folder;
+    std::string id; ///< as Location::volumeId
 };
 
 /// Opens files beneath the sticks and nowhere else: the kernel refuses "..", links and races that would lead out. Copies
 /// share one set of sticks. Safe on any thread.
 class PathResolver {
 public:
-    /// @p sticks: absolute paths of folders, as bytes.
-    explicit PathResolver(std::vector<std::string> sticks);
+    /// @p folders: absolute paths of sticks, as bytes.
+    explicit PathResolver(const std::vector<std::string>& folders);
 
     /// Replaces the sticks, of this resolver and all its copies.
-    void setSticks(std::vector<std::string> sticks) const;
-    std::vector<std::string> sticks() const;
+    void setVolumes(std::vector<PresentVolume> volumes) const;
 
     /// Which stick the absolute path @p path lies on; an empty location when on none. Looks at no file.
     Location locate(const std::string& path) const;
@@ -42,8 +50,10 @@ public:
 private:
     struct Shared {
         std::mutex mutex;
-        std::vector<std::string> sticks;
+        std::vector<PresentVolume> volumes;
     };
+
+    std::vector<PresentVolume> volumes() const;
 
     std::shared_ptr<Shared> m_shared;
 };
@@ -56,6 +66,9 @@ void logUnreadable(const Location& location, const std::string& reason);
 
 /// The names that @p path is made of; empty ones and "." left out.
 std::vector<std::string> splitPath(const std::string& path);
+
+/// @p path without the "/"s at its end.
+std::string withoutTrailingSlash(std::string path);
 
 /// Whether @p path lies below folder @p folder or is it, name by name.
 bool liesIn(const std::string& path, const std::string& folder);

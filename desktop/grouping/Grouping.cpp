@@ -4,8 +4,8 @@
 #include "desktop/base/Pace.h"
 #include "desktop/files/MediaTypes.h"
 #include "desktop/files/TreeWalk.h"
+#include "desktop/metadata/EntryDescription.h"
 #include "desktop/metadata/FactsReaders.h"
-#include "desktop/text/NameEncoding.h"
 
 #include "platform/SocMwEvents.h"
 
@@ -19,15 +19,24 @@ constexpr std::chrono::milliseconds kInterval(200);
 
 using Keys = std::vector<std::string>;
 
+/// What is grouped, and by what.
+struct GroupRequest {
+    OpenedFolder folder;
+    GroupFileType type;
+    LocationOpener opener;
+    std::shared_ptr<MediaLibrary> library;
+};
+
 /// One grouping at work, on its own thread.
 class GroupRun {
 public:
-    GroupRun(const FolderToRead& folder, GroupFileType type, const FolderObserver& observer, CancelFlag cancelled)
-        : m_folder(folder)
-        , m_type(type)
-        , m_observer(observer)
+    GroupRun(const GroupRequest& request, CancelFlag cancelled)
+        : m_folder(request.folder)
+        , m_type(request.type)
+        , m_library(*request.library)
+        , m_reporter(request.opener.reporter())
         , m_cancelled(std::move(cancelled))
-        , m_readers(folder.library, m_cancelled)
+        , m_readers(request.library, m_cancelled)
     {
     }
 
@@ -56,9 +65,8 @@ private:
         if (folder.files.empty()) {
             return;
         }
-        const std::string below = folder.location.relative.substr(m_folder.location.relative.size());
-        const std::string directory = m_folder.directory + encodeName(below);
-        const KnownFiles known = m_folder.library->known(folder.location);
+        const std::string directory = m_folder.directoryOf(folder.location);
+        const KnownFiles known = m_library.known(folder.location);
         for (const std::string& name : folder.files) {
             const auto entry = *m_cancelled ? std::nullopt : inspectFile(folder.fd, name);
             if (entry && isGrouped(entry->type, m_type)) {
@@ -75,14 +83,15 @@ private:
 
     void tellProgress()
     {
-        if (m_observer.progress && m_pace.due() && !*m_cancelled) {
-            m_observer.progress(m_folder.directory, m_entries.size());
+        if (m_pace.due() && !*m_cancelled) {
+            m_reporter.progress(m_folder.directory, m_entries.size());
         }
     }
 
-    const FolderToRead& m_folder;
+    const OpenedFolder& m_folder;
     const GroupFileType m_type;
-    const FolderObserver& m_observer;
+    MediaLibrary& m_library;
+    ReadReporter& m_reporter;
     CancelFlag m_cancelled;
     MediaEntries m_entries; ///< of which the readers fill in the facts
     FactsReaders m_readers;
@@ -94,13 +103,12 @@ void postKeys(RequestAnswers& answers, Keys keys)
     answers.end(SOCMW_MM_EVENT_GROUP_COMPLETED, std::make_shared<Keys>(std::move(keys)));
 }
 
-void postFailure(RequestAnswers& answers, const std::string& directory, int error, const FolderObserver& observer)
+void postFailure(RequestAnswers& answers, const GroupRequest& request, int error)
 {
+    const std::string& directory = request.folder.directory;
     const std::string reason = describeError(error);
     logLine(LogLevel::Warning, "the grouping of " + directory + " has ended early: " + reason);
-    if (observer.failed) {
-        observer.failed(directory, reason);
-    }
+    request.opener.reporter().failed(directory, reason);
     postKeys(answers, {});
 }
 
@@ -117,9 +125,9 @@ void nameByFacts(MediaEntries& entries)
 
 } // namespace
 
-Grouping::Grouping(const FolderListings& listings, EventQueue& events, FolderObserver observer)
-    : m_listings(listings)
-    , m_observer(std::move(observer))
+Grouping::Grouping(LocationOpener opener, std::shared_ptr<MediaLibrary> library, EventQueue& events)
+    : m_opener(std::move(opener))
+    , m_library(std::move(library))
     , m_job(events)
 {
 }
@@ -132,34 +140,33 @@ bool Grouping::start(const std::string& directory, GroupFileType type)
         logLine(LogLevel::Warning, "files cannot be grouped by type " + std::to_string(type));
         return false;
     }
-    const auto folder = std::make_shared<FolderToRead>();
-    if (!m_listings.openFolder(directory, *folder)) {
+    auto folder = m_opener.openFolder(directory);
+    if (!folder) {
         return false;
     }
+    const auto request = std::make_shared<GroupRequest>(GroupRequest{std::move(*folder), type, m_opener, m_library});
     m_job.start(
-        folder->location.stick,
-        [folder, type, observer = m_observer, result = m_result](const CancelFlag& cancelled, RequestAnswers& answers) {
-            GroupRun run(*folder, type, observer, cancelled);
+        request->folder.location.stick,
+        [request, result = m_result](const CancelFlag& cancelled, RequestAnswers& answers) {
+            GroupRun run(*request, cancelled);
             const int error = run.run();
             if (error == ECANCELED) {
                 return;
             }
             if (error != 0) {
-                postFailure(answers, folder->directory, error, observer);
+                postFailure(answers, *request, error);
                 return;
             }
             MediaEntries entries = run.takeEntries();
             nameByFacts(entries);
-            const auto groups = std::make_shared<const Groups>(std::move(entries), type);
+            const auto groups = std::make_shared<const Groups>(std::move(entries), request->type);
             {
                 const std::lock_guard<std::mutex> lock(result->mutex);
                 result->groups = groups;
             }
             postKeys(answers, groups->keys());
         },
-        [folder, observer = m_observer](RequestAnswers& answers) {
-            postFailure(answers, folder->directory, ENODEV, observer);
-        });
+        [request](RequestAnswers& answers) { postFailure(answers, *request, ENODEV); });
     return true;
 }
 
@@ -180,11 +187,11 @@ std::optional<std::vector<FolderFileInfo_s>> Grouping::page(const std::string& k
     if (!entries) {
         return std::nullopt;
     }
-    Listing listing;
+    std::vector<FolderFileInfo_s> files;
     for (const MediaEntry& entry : *entries) {
-        listing.entries.push_back(entry.file);
+        files.push_back(entry.file);
     }
-    return cutPage(listing, page, m_number);
+    return cutPage(files, page, m_number);
 }
 
 // All of the group, in the order that the latest list asked for.

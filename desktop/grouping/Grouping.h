@@ -1,8 +1,10 @@
 #pragma once
 
-#include "desktop/browsing/FolderListings.h"
+#include "desktop/files/LocationOpener.h"
+#include "desktop/files/Pages.h"
 #include "desktop/grouping/Groups.h"
 #include "desktop/jobs/StickJob.h"
+#include "desktop/metadata/MediaLibrary.h"
 
 namespace desktop {
 
@@ -10,8 +12,7 @@ namespace desktop {
 /// thread unless said otherwise.
 class Grouping {
 public:
-    /// Directories are opened as @p listings opens them.
-    Grouping(const FolderListings& listings, EventQueue& events, FolderObserver observer);
+    Grouping(LocationOpener opener, std::shared_ptr<MediaLibrary> library, EventQueue& events);
 
     /// Drops the groups there are and starts grouping what is below @p directory by @p type; ends in
     /// SOCMW_MM_EVENT_GROUP_COMPLETED, with no keys when the stick is pulled. False, and no event, when there is no such
@@ -38,8 +39,8 @@ private:
 
     std::optional<std::vector<MediaEntry>> group(const std::string& key) const;
 
-    const FolderListings& m_listings;
-    FolderObserver m_observer;
+    LocationOpener m_opener;
+    std::shared_ptr<MediaLibrary> m_library;
     std::shared_ptr<Result> m_result = std::make_shared<Result>();
     int m_number = 9;
     GroupOrder m_order = GroupOrder::AsWalked;

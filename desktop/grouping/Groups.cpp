@@ -1,5 +1,6 @@
 #include "desktop/grouping/Groups.h"
 
+#include "desktop/text/AsciiText.h"
 #include "desktop/text/NaturalOrder.h"
 
 #include <algorithm>
@@ -21,13 +22,6 @@ constexpr std::size_t kDayLength = 10;
 std::string part(const std::string& taken, std::size_t begin, std::size_t length)
 {
     return taken.size() >= begin + length ? taken.substr(begin, length) : "";
-}
-
-std::string trimmed(const std::string& text)
-{
-    constexpr const char* kBlanks = " \t\r\n";
-    const std::size_t begin = text.find_first_not_of(kBlanks);
-    return begin == std::string::npos ? "" : text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
 }
 
 // Empty when the file does not tell.

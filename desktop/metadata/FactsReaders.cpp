@@ -11,7 +11,6 @@ namespace desktop {
 
 namespace {
 
-constexpr int kReaders = 2;
 constexpr std::size_t kMostWaiting = 128; // each holds a descriptor
 constexpr off_t kHead = 32 * 1024;        // bytes of a file that most of its facts lie in
 constexpr std::size_t kBatch = 32;        // files read at a time
@@ -23,7 +22,7 @@ FactsReaders::FactsReaders(std::shared_ptr<MediaLibrary> library, CancelFlag can
     : m_library(std::move(library))
     , m_cancelled(std::move(cancelled))
 {
-    for (int i = 0; i < kReaders; ++i) {
+    for (std::size_t i = 0; i < kWorkerCount; ++i) {
         m_threads.emplace_back(&FactsReaders::readLoop, this);
     }
 }

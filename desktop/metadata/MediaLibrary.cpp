@@ -19,12 +19,16 @@ std::string join(const std::vector<std::string>& names)
     return path;
 }
 
+IndexedFolder indexed(const Location& folder)
+{
+    return {folder.volumeId.empty() ? folder.stick : folder.volumeId, join(splitPath(folder.relative))};
+}
+
 } // namespace
 
-MediaLibrary::MediaLibrary(std::shared_ptr<MediaReader> reader, const std::string& cacheFolder, VolumeOf volumeOf)
+MediaLibrary::MediaLibrary(std::shared_ptr<MediaReader> reader, const std::string& cacheFolder)
     : m_reader(std::move(reader))
     , m_index(cacheFolder)
-    , m_volumeOf(std::move(volumeOf))
 {
 }
 
@@ -72,7 +76,7 @@ void MediaLibrary::forgetBelow(const Location& folder)
 MediaFacts MediaLibrary::factsOf(const Location& file, const EntryFacts& entry, int pinned)
 {
     const std::size_t slash = file.relative.rfind('/');
-    const Location folder = {file.stick, file.relative.substr(0, slash)};
+    const Location folder = {file.stick, file.relative.substr(0, slash), file.volumeId};
     const std::string name = file.relative.substr(slash + 1);
     const KnownFiles knownFiles = known(folder);
     if (const MediaFacts* facts = knownFiles.find(name, stampOf(entry))) {
@@ -94,34 +98,9 @@ MediaFacts MediaLibrary::factsOf(const Location& file, const EntryFacts& entry, 
     return facts;
 }
 
-IndexedFolder MediaLibrary::indexed(const Location& folder) const
-{
-    const std::string volume = m_volumeOf ? m_volumeOf(folder.stick) : "";
-    return {volume.empty() ? folder.stick : volume, join(splitPath(folder.relative))};
-}
-
 FileStamp stampOf(const EntryFacts& entry)
 {
     return {entry.size, entry.modified};
-}
-
-bool hasMediaFacts(FileType type)
-{
-    return type == FILE_TYPE_PHOTO || type == FILE_TYPE_VIDEO || type == FILE_TYPE_MUSIC;
-}
-
-media_file_info_s describeMedia(const std::string& path, FileType type, const std::string& title, const MediaFacts& facts)
-{
-    media_file_info_s info;
-    info.path = path;
-    info.type = type == FILE_TYPE_PHOTO && facts.panorama ? FILE_TYPE_PANORAMA : type;
-    info.title = facts.title.empty() ? title : facts.title;
-    info.year = facts.year;
-    info.duration = facts.duration;
-    info.width = facts.width;
-    info.height = facts.height;
-    info.music = {facts.artist, facts.album, facts.genre};
-    return info;
 }
 
 } // namespace desktop

@@ -16,11 +16,8 @@ struct LocatedFiles {
 /// thread.
 class MediaLibrary {
 public:
-    /// What stick @p stick, a folder, is known by wherever it is mounted; the folder itself when that is empty.
-    using VolumeOf = std::function<std::string(const std::string& stick)>;
-
     /// @p reader may be null: nothing but what the index has is known then.
-    MediaLibrary(std::shared_ptr<MediaReader> reader, const std::string& cacheFolder, VolumeOf volumeOf);
+    MediaLibrary(std::shared_ptr<MediaReader> reader, const std::string& cacheFolder);
 
     /// What is known of the files of folder @p folder; reads none.
     KnownFiles known(const Location& folder);
@@ -39,11 +36,8 @@ public:
     MediaFacts factsOf(const Location& file, const EntryFacts& entry, int pinned);
 
 private:
-    IndexedFolder indexed(const Location& folder) const;
-
     std::shared_ptr<MediaReader> m_reader;
     MediaIndex m_index;
-    VolumeOf m_volumeOf;
 };
 
 /// What @p library, if there is one, knows of the files of @p folder.
@@ -52,12 +46,6 @@ inline KnownFiles knownFiles(const std::shared_ptr<MediaLibrary>& library, const
     return library != nullptr ? library->known(folder) : KnownFiles();
 }
 
-/// Whether files of @p type have facts beyond what the file system tells.
-bool hasMediaFacts(FileType type);
-
 FileStamp stampOf(const EntryFacts& entry);
-
-/// What a page shows of file @p path of @p type: @p facts, and @p title where they have none.
-media_file_info_s describeMedia(const std::string& path, FileType type, const std::string& title, const MediaFacts& facts);
 
 } // namespace desktop

@@ -1,5 +1,6 @@
 #include "desktop/playlists/PlaylistFormats.h"
 
+#include "desktop/text/AsciiText.h"
 #include "desktop/text/LegacyText.h"
 #include "desktop/text/Utf8.h"
 
@@ -20,22 +21,6 @@ using Entries = std::vector<PlaylistEntry>;
 bool startsWith(std::string_view text, std::string_view start)
 {
     return text.substr(0, start.size()) == start;
-}
-
-std::string lowerCase(std::string_view text)
-{
-    std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    return lower;
-}
-
-std::string trimmed(std::string_view text)
-{
-    constexpr const char* kBlanks = " \t\r\n";
-    const std::size_t begin = text.find_first_not_of(kBlanks);
-    return begin == std::string_view::npos ? ""
-                                           : std::string(text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin));
 }
 
 // Without the mark that some programs write first; UTF-16 becomes UTF-8.
@@ -197,14 +182,21 @@ Entries parseXspf(const std::string& content)
 
 using Parser = Entries (*)(const std::string& content);
 
+struct Format {
+    const char* extension;
+    Parser parser;
+};
+
+constexpr Format kParsers[] = {
+    {"m3u", &parseM3u}, {"m3u8", &parseM3u}, {"pls", &parsePls}, {"xspf", &parseXspf}, {"cue", &parseCue}};
+
 Parser parserOf(std::string_view name)
 {
     const std::size_t dot = name.rfind('.');
     const std::string extension = dot == std::string_view::npos ? "" : lowerCase(name.substr(dot + 1));
-    static const std::map<std::string, Parser> parsers = {
-        {"m3u", &parseM3u}, {"m3u8", &parseM3u}, {"pls", &parsePls}, {"xspf", &parseXspf}, {"cue", &parseCue}};
-    const auto found = parsers.find(extension);
-    return found != parsers.end() ? found->second : nullptr;
+    const auto* const found = std::find_if(std::begin(kParsers), std::end(kParsers),
+                                           [&extension](const Format& format) { return extension == format.extension; });
+    return found != std::end(kParsers) ? found->parser : nullptr;
 }
 
 // One program wrote them all in one charset.

@@ -5,7 +5,7 @@
 #include "desktop/files/MediaTypes.h"
 #include "desktop/files/TreeWalk.h"
 #include "desktop/jobs/Conveyor.h"
-#include "desktop/text/NameEncoding.h"
+#include "desktop/metadata/EntryDescription.h"
 
 #include "platform/SocMwEvents.h"
 
@@ -28,9 +28,11 @@ constexpr std::size_t kMostAhead = 64;
 
 /// What is looked for, where.
 struct Wanted {
-    FolderToRead folder;
+    OpenedFolder folder;
     FileType type;
     int itemsPerPage;
+    LocationOpener opener;
+    std::shared_ptr<MediaLibrary> library;
 };
 
 /// How far a search has come; the thread that learns of a pulled stick reads it.
@@ -84,10 +86,8 @@ FolderToSearch kept(const WalkedFolder& folder, const WalkTotals& totals)
 /// One search at work, on two threads: one walks, the other looks at what may fit and tells of it.
 class SearchRun {
 public:
-    SearchRun(const Wanted& wanted, const FolderObserver& observer, RequestAnswers& answers, CancelFlag cancelled,
-              Tally& tally)
+    SearchRun(const Wanted& wanted, RequestAnswers& answers, CancelFlag cancelled, Tally& tally)
         : m_wanted(wanted)
-        , m_observer(observer)
         , m_answers(answers)
         , m_cancelled(std::move(cancelled))
         , m_tally(tally)
@@ -125,9 +125,8 @@ private:
         if (folder.files.empty()) {
             return;
         }
-        const std::string below = folder.location.relative.substr(m_wanted.folder.location.relative.size());
-        const std::string directory = m_wanted.folder.directory + encodeName(below);
-        const KnownFiles known = knownFiles(m_wanted.folder.library, folder.location);
+        const std::string directory = m_wanted.folder.directoryOf(folder.location);
+        const KnownFiles known = knownFiles(m_wanted.library, folder.location);
         for (const std::string& name : folder.files) {
             const auto facts = *m_cancelled ? std::nullopt : inspectFile(folder.fd.get(), name);
             if (facts && facts->type == m_wanted.type) {
@@ -151,9 +150,7 @@ private:
         m_tally.unreadable = totals.unreadable;
         if (m_pace.due() && !*m_cancelled) {
             tell();
-            if (m_observer.progress) {
-                m_observer.progress(m_wanted.folder.directory, totals.entries);
-            }
+            m_wanted.opener.reporter().progress(m_wanted.folder.directory, totals.entries);
         }
     }
 
@@ -171,7 +168,6 @@ private:
     }
 
     const Wanted& m_wanted;
-    const FolderObserver& m_observer;
     RequestAnswers& m_answers;
     CancelFlag m_cancelled;
     Tally& m_tally;
@@ -182,9 +178,9 @@ private:
 
 } // namespace
 
-Search::Search(const FolderListings& listings, EventQueue& events, FolderObserver observer)
-    : m_listings(listings)
-    , m_observer(std::move(observer))
+Search::Search(LocationOpener opener, std::shared_ptr<MediaLibrary> library, EventQueue& events)
+    : m_opener(std::move(opener))
+    , m_library(std::move(library))
     , m_job(events)
 {
 }
@@ -192,17 +188,16 @@ Search::Search(const FolderListings& listings, EventQueue& events, FolderObserve
 bool Search::start(const std::string& directory, FileType type, int itemsPerPage)
 {
     m_job.cancel();
-    auto wanted = std::make_shared<Wanted>();
-    if (!m_listings.openFolder(directory, wanted->folder)) {
+    auto folder = m_opener.openFolder(directory);
+    if (!folder) {
         return false;
     }
-    wanted->type = type;
-    wanted->itemsPerPage = itemsPerPage;
+    const auto wanted = std::make_shared<Wanted>(Wanted{std::move(*folder), type, itemsPerPage, m_opener, m_library});
     const auto tally = std::make_shared<Tally>();
     m_job.start(
         wanted->folder.location.stick,
-        [wanted, tally, observer = m_observer](const CancelFlag& cancelled, RequestAnswers& answers) {
-            SearchRun(*wanted, observer, answers, cancelled, *tally).run();
+        [wanted, tally](const CancelFlag& cancelled, RequestAnswers& answers) {
+            SearchRun(*wanted, answers, cancelled, *tally).run();
         },
         [wanted, tally](RequestAnswers& answers) { postEnd(answers, wanted->folder.directory, *tally, ENODEV); });
     return true;

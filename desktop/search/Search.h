@@ -1,15 +1,15 @@
 #pragma once
 
-#include "desktop/browsing/FolderListings.h"
+#include "desktop/files/LocationOpener.h"
 #include "desktop/jobs/StickJob.h"
+#include "desktop/metadata/MediaLibrary.h"
 
 namespace desktop {
 
 /// Finds the files of one type below a directory. Operations are called on the command thread unless said otherwise.
 class Search {
 public:
-    /// Directories are opened as @p listings opens them.
-    Search(const FolderListings& listings, EventQueue& events, FolderObserver observer);
+    Search(LocationOpener opener, std::shared_ptr<MediaLibrary> library, EventQueue& events);
 
     /// Stops the search that runs and starts one for files of @p type below @p directory. What it finds comes as events
     /// SOCMW_MM_EVENT_FILTER_DATA_READY_UPDATE of up to @p itemsPerPage files, the end as SOCMW_MM_EVENT_FB_FOLDER_UPDATE.
@@ -23,8 +23,8 @@ public:
     void stop() { m_job.stop(); }
 
 private:
-    const FolderListings& m_listings;
-    FolderObserver m_observer;
+    LocationOpener m_opener;
+    std::shared_ptr<MediaLibrary> m_library;
     StickJob m_job;
 };
 

@@ -38,18 +38,29 @@ PictureFolder::PictureFolder(std::string folder)
 {
 }
 
-std::string PictureFolder::add(int picture)
+NewPicture PictureFolder::begin()
 {
-    std::unique_lock<std::mutex> lock(m_mutex);
-    const std::string file = m_folder + "/" + std::to_string(m_count++) + ".jpg";
-    lock.unlock();
-    const UniqueFd to(open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644));
-    if (!to || !copyFile(picture, to.get())) {
-        return "";
+    NewPicture picture;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        picture.path = m_folder + "/" + std::to_string(m_count++) + ".jpg";
     }
-    lock.lock();
-    m_files.push_back(file);
-    return file;
+    picture.fd = UniqueFd(open(picture.path.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644));
+    if (!picture.fd) {
+        picture.path.clear();
+    }
+    return picture;
+}
+
+void PictureFolder::keep(const NewPicture& picture)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_files.push_back(picture.path);
+}
+
+void PictureFolder::discard(const NewPicture& picture)
+{
+    unlink(picture.path.c_str());
 }
 
 void PictureFolder::trim()

@@ -1,10 +1,10 @@
 #include "desktop/thumbnails/ThumbnailMaker.h"
 
 #include "desktop/files/EntryFacts.h"
+#include "desktop/files/MediaTypes.h"
 #include "desktop/text/NameEncoding.h"
 
 #include <fcntl.h>
-#include <sys/mman.h>
 
 #include <cerrno>
 #include <cinttypes>
@@ -20,11 +20,6 @@ constexpr std::size_t kHead = 4096; // bytes of a file that go into its key
 FileType kindOf(FileType type)
 {
     return type == FILE_TYPE_PANORAMA ? FILE_TYPE_PHOTO : type;
-}
-
-bool isPlayable(FileType type)
-{
-    return type == FILE_TYPE_PHOTO || type == FILE_TYPE_VIDEO || type == FILE_TYPE_MUSIC;
 }
 
 /// The 64-bit FNV-1a hash of what it is fed with.
@@ -73,7 +68,7 @@ std::string contentKey(const Location& location, int fd, const EntryFacts& facts
 
 bool ThumbnailForm::wants(FileType file) const
 {
-    return isPlayable(file) && (!isPlayable(kindOf(type)) || kindOf(type) == file);
+    return isMedia(file) && (!isMedia(kindOf(type)) || kindOf(type) == file);
 }
 
 ThumbnailMaker::ThumbnailMaker(PathResolver resolver, std::shared_ptr<MediaWorkers> workers, const std::string& cacheFolder)
@@ -83,34 +78,46 @@ ThumbnailMaker::ThumbnailMaker(PathResolver resolver, std::shared_ptr<MediaWorke
 {
 }
 
-UniqueFd ThumbnailMaker::make(const std::string& path, const ThumbnailForm& form, const Wakeup& abandon, std::string& error)
+std::string ThumbnailMaker::make(const std::string& path, const ThumbnailForm& form, PictureFolder& folder,
+                                 const Wakeup& abandon, std::string& error)
 {
     const Location location = m_resolver.locate(decodeName(path));
     const UniqueFd pinned = PathResolver::open(location, O_PATH);
     const auto facts = pinned ? inspectPinned(pinned.get(), location.relative) : std::nullopt;
     if (!facts) {
         error = describeError(errno);
-        return UniqueFd();
+        return "";
     }
     if (!form.wants(facts->type)) {
-        return UniqueFd();
+        return "";
     }
     const UniqueFd file = openRegularFile(pinned.get());
-    UniqueFd picture(memfd_create("thumbnail", MFD_CLOEXEC));
-    if (!file || !picture) {
+    const NewPicture picture = file ? folder.begin() : NewPicture();
+    if (!picture.fd) {
         error = describeError(errno);
-        return UniqueFd();
+        return "";
     }
-    const std::string key = contentKey(location, file.get(), *facts, form);
-    if (UniqueFd known = m_cache.find(key)) {
-        return known;
-    }
-    error = m_workers->makeThumbnail(file.get(), facts->type, form.width, form.height, picture.get(), abandon);
+    error = write(file.get(), facts->type, form, contentKey(location, file.get(), *facts, form), picture.fd.get(), abandon);
     if (!error.empty()) {
-        return UniqueFd();
+        PictureFolder::discard(picture);
+        return "";
     }
-    m_cache.keep(key, picture.get());
-    return picture;
+    folder.keep(picture);
+    return picture.path;
+}
+
+// Writes the picture that is kept under @p key, or else a new one; returns why there is none.
+std::string ThumbnailMaker::write(int file, FileType type, const ThumbnailForm& form, const std::string& key, int picture,
+                                  const Wakeup& abandon)
+{
+    if (const UniqueFd known = m_cache.find(key)) {
+        return copyFile(known.get(), picture) ? "" : describeError(errno);
+    }
+    std::string error = m_workers->makeThumbnail(file, type, form.width, form.height, picture, abandon);
+    if (error.empty()) {
+        m_cache.keep(key, picture);
+    }
+    return error;
 }
 
 } // namespace desktop

@@ -7,13 +7,10 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cerrno>
 
 namespace desktop {
 
 namespace {
-
-constexpr int kJobs = 2; // as there are workers
 
 /// An event's record with the texts that it points to.
 struct ReadyThumbnail {
@@ -90,13 +87,7 @@ bool ThumbnailRun::State::take(std::size_t& index)
 std::string ThumbnailRun::State::make(const std::string& path)
 {
     std::string error;
-    std::string file;
-    if (!path.empty()) {
-        if (const UniqueFd picture = maker->make(path, request.form, abandon, error)) {
-            file = folder->add(picture.get());
-            error = file.empty() ? describeError(errno) : "";
-        }
-    }
+    const std::string file = path.empty() ? "" : maker->make(path, request.form, *folder, abandon, error);
     if (!error.empty() && !cancelled) {
         logLine(LogLevel::Warning, "no thumbnail of " + path + ": " + error);
     }
@@ -140,7 +131,7 @@ ThumbnailRun::ThumbnailRun(ThumbnailRequest request, std::shared_ptr<ThumbnailMa
                            std::shared_ptr<PictureFolder> folder, EventQueue& events)
     : m_state(std::make_shared<State>(std::move(request), std::move(maker), std::move(folder), events))
 {
-    for (int i = 0; i < kJobs; ++i) {
+    for (std::size_t i = 0; i < kWorkerCount; ++i) {
         m_jobs.push_back(std::make_unique<BackgroundJob>([state = m_state](const CancelFlag&) { state->work(); }));
     }
 }

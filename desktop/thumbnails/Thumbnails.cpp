@@ -29,9 +29,9 @@ Thumbnails::Thumbnails(std::shared_ptr<ThumbnailMaker> maker, EventQueue& events
 {
 }
 
-bool Thumbnails::append(const ListingPointer& listing, int start, int count)
+bool Thumbnails::append(const EntryList& entries, int start, int count)
 {
-    if (listing == nullptr) {
+    if (entries == nullptr) {
         return refuse("no folder has been read");
     }
     if (start < 0 || count < 1 || count > kMostEntries) {
@@ -39,7 +39,7 @@ bool Thumbnails::append(const ListingPointer& listing, int start, int count)
     }
     const auto first = static_cast<std::size_t>(start);
     for (std::size_t i = first; i < first + static_cast<std::size_t>(count); ++i) {
-        m_list.push_back(i < listing->entries.size() ? listing->entries[i].path : "");
+        m_list.push_back(i < entries->size() ? (*entries)[i].path : "");
     }
     m_listIsRange = true;
     return true;

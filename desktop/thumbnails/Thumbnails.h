@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/browsing/Listing.h"
+#include "desktop/files/Pages.h"
 #include "desktop/thumbnails/ThumbnailRun.h"
 
 namespace desktop {
@@ -18,9 +18,9 @@ class Thumbnails {
 public:
     Thumbnails(std::shared_ptr<ThumbnailMaker> maker, EventQueue& events, const ThumbnailFolders& folders = {});
 
-    /// Appends @p count entries of @p listing from @p start. Those beyond its end have no picture. False, with a log line,
-    /// for a range that is none or @p listing null.
-    bool append(const ListingPointer& listing, int start, int count);
+    /// Appends @p count of @p entries, the current folder's, from @p start. Those beyond its end have no picture. False,
+    /// with a log line, for a range that is none or when @p entries is null.
+    bool append(const EntryList& entries, int start, int count);
     void append(const std::string& path);
     /// Makes what has been appended since the last start. An earlier request ends without further events. False, with a log
     /// line, when there is nothing to make or no size to make it in.

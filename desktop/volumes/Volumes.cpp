@@ -61,7 +61,7 @@ Volumes::Volumes(StickSources sources, PathResolver resolver, EventQueue& events
     , m_events(events)
     , m_pulled(std::move(pulled))
 {
-    m_resolver.setSticks({});
+    m_resolver.setVolumes({});
     refresh();
     m_thread = std::thread(&Volumes::watchLoop, this);
 }
@@ -86,14 +86,6 @@ Json::Value Volumes::deviceList() const
     devices["devcount"] = static_cast<Json::Int>(list.size());
     devices["devlist"] = std::move(list);
     return devices;
-}
-
-std::string Volumes::idOf(const std::string& folder) const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    const auto found = std::find_if(m_volumes.begin(), m_volumes.end(),
-                                    [&folder](const Volume& volume) { return volume.folder == folder; });
-    return found != m_volumes.end() ? found->id : "";
 }
 
 Volumes::Identity Volumes::identify(const std::string& folder)
@@ -216,7 +208,7 @@ void Volumes::remove(const Volume& volume)
         m_volumes.erase(std::find_if(m_volumes.begin(), m_volumes.end(),
                                      [&volume](const Volume& known) { return known.folder == volume.folder; }));
     }
-    tellResolver();
+    updateResolver();
     if (m_pulled) {
         m_pulled(volume.folder);
     }
@@ -233,19 +225,19 @@ void Volumes::add(Volume volume)
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_volumes.push_back(std::move(volume));
     }
-    tellResolver();
+    updateResolver();
     m_events.post(SOCMW_MM_EVENT_USB_DEVICE_PLUGIN);
     m_events.post(SOCMW_MM_EVENT_USB_DEVICE_MOUNT);
     announceList();
 }
 
-void Volumes::tellResolver() const
+void Volumes::updateResolver() const
 {
-    std::vector<std::string> folders;
+    std::vector<PresentVolume> present;
     for (const Volume& volume : m_volumes) {
-        folders.push_back(volume.folder);
+        present.push_back({volume.folder, volume.id});
     }
-    m_resolver.setSticks(std::move(folders));
+    m_resolver.setVolumes(std::move(present));
 }
 
 void Volumes::announceList()

@@ -44,9 +44,6 @@ public:
     /// The sticks that are there: {"devcount", "devlist": [{"path", "name"}]}; the name is the file system's label, or the
     /// folder's. Safe on any thread.
     Json::Value deviceList() const;
-    /// What stick @p folder is known by wherever it is mounted: its file system's UUID and the folder in it, or just
-    /// @p folder where there is no UUID. Empty when it is not there. Safe on any thread.
-    std::string idOf(const std::string& folder) const;
 
 private:
     /// Tells a folder from another that has taken its place.
@@ -62,7 +59,7 @@ private:
         std::string folder;
         Identity identity;
         std::string name;
-        std::string id;
+        std::string id; ///< its file system's UUID and the folder in it, or just the folder where there is no UUID
     };
 
     static Identity identify(const std::string& folder);
@@ -74,7 +71,7 @@ private:
     void addMounted(const std::vector<Mount>& mounts, std::vector<Volume>& found) const;
     void remove(const Volume& volume);
     void add(Volume volume);
-    void tellResolver() const;
+    void updateResolver() const;
     void announceList();
 
     const StickSources m_sources;

@@ -1,5 +1,6 @@
 #include "desktop/worker/TagText.h"
 
+#include "desktop/text/AsciiText.h"
 #include "desktop/text/LegacyText.h"
 #include "desktop/text/Utf8.h"
 
@@ -30,8 +31,7 @@ std::string onOneLine(std::string text)
 {
     std::replace_if(
         text.begin(), text.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; }, ' ');
-    const std::size_t first = text.find_first_not_of(' ');
-    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(' ') - first + 1);
+    return trimmed(text);
 }
 
 void cut(std::string& text)

@@ -3,6 +3,7 @@
 #include "platform/SocMwTypes.h"
 
 #include <atomic>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,9 @@ namespace desktop {
 /// Goes up when files come to be read otherwise, be it their facts or their pictures: what was kept before is of no use
 /// then.
 constexpr int kReadingVersion = 2;
+
+/// How many processes read media files; as many files are handed to them at a time.
+constexpr std::size_t kWorkerCount = 2;
 
 /// What a media file tells of itself. Texts are UTF-8 and empty where the file has none; numbers are 0.
 struct MediaFacts {

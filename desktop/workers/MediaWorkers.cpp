@@ -4,6 +4,7 @@
 
 #include <poll.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <stdexcept>
@@ -86,7 +87,8 @@ void MediaWorkers::stop()
     m_stopped = true;
     m_stop.raise();
     m_left.notify_all();
-    m_left.wait(lock, [this] { return !m_seats[0].taken && !m_seats[1].taken; });
+    m_left.wait(
+        lock, [this] { return std::none_of(m_seats.begin(), m_seats.end(), [](const Seat& seat) { return seat.taken; }); });
     for (Seat& seat : m_seats) {
         seat.worker.reset();
     }

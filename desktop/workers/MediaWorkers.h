@@ -70,7 +70,7 @@ private:
     unsigned int m_comers = 0; ///< who ever wanted a seat; they are served in their order
     unsigned int m_served = 0; ///< how many of them have had one
     Wakeup m_stop;
-    std::array<Seat, 2> m_seats;
+    std::array<Seat, kWorkerCount> m_seats;
 };
 
 } // namespace desktop

@@ -46,9 +46,9 @@ protected:
     }
     ~FolderListingsTest() override { events.stop(); }
 
-    FolderObserver observer()
+    ReadObserver observer()
     {
-        FolderObserver told;
+        ReadObserver told;
         told.progress = [this](const std::string&, std::size_t) {
             reading.open();
             if (holdReading) {
@@ -67,7 +67,7 @@ protected:
     std::atomic<bool> holdReading{false};
     EventQueue events;
     const PathResolver resolver{{folder.path()}};
-    FolderListings listings{resolver, events, observer()};
+    FolderListings listings{LocationOpener(resolver, std::make_shared<ReadReporter>(observer())), events};
 };
 
 TEST_F(FolderListingsTest, Change_EndsInTheEntries)
@@ -233,7 +233,7 @@ TEST_F(FolderListingsTest, StickThatHasGone_IsRefused)
     events.start();
     EXPECT_TRUE(listings.change(folder.path("a"), 9));
     results.waitFor(1);
-    resolver.setSticks({});
+    resolver.setVolumes({});
     EXPECT_FALSE(listings.change(folder.path("a"), 9));
     EXPECT_THAT(failures.sofar(), ElementsAre(folder.path("a") + ": Not on a stick"));
 }

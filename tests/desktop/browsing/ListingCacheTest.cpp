@@ -1,9 +1,6 @@
-#include "desktop/browsing/Listing.h"
 #include "desktop/browsing/ListingCache.h"
 
 #include <gtest/gtest.h>
-
-#include <limits>
 
 namespace desktop {
 namespace {
@@ -17,36 +14,6 @@ Listing listingOf(int entries)
         listing.entries.push_back(entry);
     }
     return listing;
-}
-
-std::vector<int> idsOf(const std::vector<FolderFileInfo_s>& entries)
-{
-    std::vector<int> ids;
-    for (const FolderFileInfo_s& entry : entries) {
-        ids.push_back(entry.id);
-    }
-    return ids;
-}
-
-TEST(Listing_CutPage, PagesOfThree_FollowOneAnother)
-{
-    const Listing listing = listingOf(7);
-    EXPECT_EQ(idsOf(cutPage(listing, 0, 3)), (std::vector<int>{0, 1, 2}));
-    EXPECT_EQ(idsOf(cutPage(listing, 2, 3)), (std::vector<int>{6}));
-}
-
-TEST(Listing_CutPage, BeyondTheEnd_IsEmpty)
-{
-    EXPECT_TRUE(cutPage(listingOf(7), 3, 3).empty());
-    EXPECT_TRUE(cutPage(listingOf(7), std::numeric_limits<int>::max(), std::numeric_limits<int>::max()).empty());
-    EXPECT_TRUE(cutPage(listingOf(0), 0, 3).empty());
-}
-
-TEST(Listing_CutPage, PageSizeBelowOne_PutsAllOnOnePage)
-{
-    EXPECT_EQ(cutPage(listingOf(7), 0, 0).size(), 7U);
-    EXPECT_EQ(cutPage(listingOf(7), 0, -5).size(), 7U);
-    EXPECT_TRUE(cutPage(listingOf(7), 1, 0).empty());
 }
 
 ListingPointer listingAt(const std::string& directory, std::int64_t modified, std::size_t entries = 1)

@@ -1,4 +1,4 @@
-#include "desktop/browsing/FolderRead.h"
+#include "desktop/browsing/ListingTask.h"
 
 #include "tests/desktop/support/ManyFiles.h"
 #include "tests/desktop/support/Waiting.h"
@@ -20,24 +20,27 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 
-class FolderReaderTest : public testing::Test {
+class ListingReaderTest : public testing::Test {
 protected:
-    FolderToRead open(const std::string& below = "") const
+    OpenedFolder folderAt(const std::string& below = "") const { return opener.folderAt(folder.path(below)); }
+
+    OpenedFolder open(const std::string& below = "") const
     {
-        const PathResolver resolver({folder.path()});
-        FolderToRead toRead;
-        toRead.directory = folder.path(below);
-        toRead.location = resolver.locate(toRead.directory);
-        toRead.fd = PathResolver::open(toRead.location, O_RDONLY | O_DIRECTORY);
-        return toRead;
+        OpenedFolder opened = folderAt(below);
+        EXPECT_EQ(LocationOpener::open(opened), 0);
+        return opened;
+    }
+
+    int readInto(Listing& listing, OpenedFolder opened) const
+    {
+        return readListing(
+            std::move(opened), nullptr, goOn, [](std::size_t) {}, listing);
     }
 
     Listing read(const std::string& below = "") const
     {
         Listing listing;
-        EXPECT_EQ(readFolder(
-                      open(below), goOn, [](std::size_t) {}, listing),
-                  0);
+        EXPECT_EQ(readInto(listing, open(below)), 0);
         return listing;
     }
 
@@ -55,6 +58,7 @@ protected:
     void write(const std::string& name, const std::string& bytes) const { std::ofstream(folder.path(name)) << bytes; }
 
     testsupport::TemporaryDirectory folder;
+    const LocationOpener opener{PathResolver({folder.path()}), std::make_shared<ReadReporter>()};
     const std::atomic<bool> goOn{false};
 };
 
@@ -67,7 +71,7 @@ std::vector<std::string> namesOf(const Listing& listing)
     return names;
 }
 
-TEST_F(FolderReaderTest, Entries_AreFoldersFirstThenInNaturalOrder)
+TEST_F(ListingReaderTest, Entries_AreFoldersFirstThenInNaturalOrder)
 {
     for (const char* file : {"b10.jpg", "B2.jpg", "a.jpg", ".hidden"}) {
         folder.makeFile(file);
@@ -80,7 +84,7 @@ TEST_F(FolderReaderTest, Entries_AreFoldersFirstThenInNaturalOrder)
     EXPECT_EQ(listing.entries[3].id, 3);
 }
 
-TEST_F(FolderReaderTest, File_IsDescribed)
+TEST_F(ListingReaderTest, File_IsDescribed)
 {
     write("Song one.mp3", "12345");
     const FolderFileInfo_s song = entry("Song one.mp3");
@@ -92,14 +96,14 @@ TEST_F(FolderReaderTest, File_IsDescribed)
     EXPECT_THAT(song.ctime, testing::MatchesRegex("20..-..-.. ..:..:.."));
 }
 
-TEST_F(FolderReaderTest, FileBeyond4Gigabytes_KeepsItsSize)
+TEST_F(ListingReaderTest, FileBeyond4Gigabytes_KeepsItsSize)
 {
     write("long.mkv", "");
     fs::resize_file(folder.path("long.mkv"), 5'000'000'000);
     EXPECT_EQ(entry("long.mkv").size, 5'000'000'000U);
 }
 
-TEST_F(FolderReaderTest, ExtensionThatSaysNothing_LeavesTheTypeToTheContent)
+TEST_F(ListingReaderTest, ExtensionThatSaysNothing_LeavesTheTypeToTheContent)
 {
     write("picture", "\xFF\xD8\xFF\xE0");
     write("notes", "hello");
@@ -111,7 +115,7 @@ TEST_F(FolderReaderTest, ExtensionThatSaysNothing_LeavesTheTypeToTheContent)
     EXPECT_EQ(entry("lying.mp3").type, FILE_TYPE_MUSIC);
 }
 
-TEST_F(FolderReaderTest, PipeAndDanglingLink_AreShownClosed)
+TEST_F(ListingReaderTest, PipeAndDanglingLink_AreShownClosed)
 {
     ASSERT_EQ(mkfifo(folder.path("pipe.mkv").c_str(), 0600), 0);
     fs::create_symlink("nowhere.mkv", folder.path("dangling.mkv"));
@@ -121,7 +125,7 @@ TEST_F(FolderReaderTest, PipeAndDanglingLink_AreShownClosed)
     }
 }
 
-TEST_F(FolderReaderTest, LinkThatLeavesTheStick_IsShownClosed)
+TEST_F(ListingReaderTest, LinkThatLeavesTheStick_IsShownClosed)
 {
     fs::create_symlink("/etc", folder.path("etc"));
     fs::create_symlink("../..", folder.path("up"));
@@ -132,7 +136,7 @@ TEST_F(FolderReaderTest, LinkThatLeavesTheStick_IsShownClosed)
     }
 }
 
-TEST_F(FolderReaderTest, LinkWithinTheStick_IsShownAsItsTarget)
+TEST_F(ListingReaderTest, LinkWithinTheStick_IsShownAsItsTarget)
 {
     write("song.mp3", "12345");
     folder.makeDirectory("folder");
@@ -145,7 +149,7 @@ TEST_F(FolderReaderTest, LinkWithinTheStick_IsShownAsItsTarget)
     EXPECT_EQ(entry("to folder").type, FILE_TYPE_FOLDER);
 }
 
-TEST_F(FolderReaderTest, LinksThatLeadBack_AreShownClosed)
+TEST_F(ListingReaderTest, LinksThatLeadBack_AreShownClosed)
 {
     folder.makeDirectory("a");
     folder.makeDirectory("b");
@@ -157,7 +161,7 @@ TEST_F(FolderReaderTest, LinksThatLeadBack_AreShownClosed)
     EXPECT_EQ(read("a/to b").entries[0].type, FILE_TYPE_UNKNOWN); // a lies on this path already
 }
 
-TEST_F(FolderReaderTest, NameThatIsNoUtf8_IsShownEncodedAndLeadsBackToTheFile)
+TEST_F(ListingReaderTest, NameThatIsNoUtf8_IsShownEncodedAndLeadsBackToTheFile)
 {
     write("caf\xE9.mp3", "12345");
     const FolderFileInfo_s song = entry("caf\\xE9.mp3");
@@ -166,26 +170,24 @@ TEST_F(FolderReaderTest, NameThatIsNoUtf8_IsShownEncodedAndLeadsBackToTheFile)
     EXPECT_EQ(song.size, 5U);
 }
 
-TEST_F(FolderReaderTest, FolderRemovedWhileItIsOpen_FailsWithNoSuchFolder)
+TEST_F(ListingReaderTest, FolderRemovedWhileItIsOpen_FailsWithNoSuchFolder)
 {
     folder.makeDirectory("gone");
-    const FolderToRead toRead = open("gone");
+    OpenedFolder opened = open("gone");
     fs::remove(folder.path("gone"));
     Listing listing;
-    EXPECT_EQ(readFolder(
-                  toRead, goOn, [](std::size_t) {}, listing),
-              ENOENT);
+    EXPECT_EQ(readInto(listing, std::move(opened)), ENOENT);
 }
 
-TEST_F(FolderReaderTest, FolderRemovedWhileItIsRead_FailsWithNoSuchFolder)
+TEST_F(ListingReaderTest, FolderRemovedWhileItIsRead_FailsWithNoSuchFolder)
 {
     testsupport::makeManyFiles(folder.path(), 600);
     const auto removeAll = [this](std::size_t) { fs::remove_all(folder.path()); };
     Listing listing;
-    EXPECT_EQ(readFolder(open(), goOn, removeAll, listing), ENOENT);
+    EXPECT_EQ(readListing(open(), nullptr, goOn, removeAll, listing), ENOENT);
 }
 
-TEST_F(FolderReaderTest, Cancelled_StopsAtTheNextEntry)
+TEST_F(ListingReaderTest, Cancelled_StopsAtTheNextEntry)
 {
     testsupport::makeManyFiles(folder.path(), 1100);
     std::atomic<bool> cancelled{false};
@@ -195,51 +197,84 @@ TEST_F(FolderReaderTest, Cancelled_StopsAtTheNextEntry)
         told.push_back(entries);
         cancelled = true;
     };
-    EXPECT_EQ(readFolder(open(), cancelled, cancel, listing), ECANCELED);
+    EXPECT_EQ(readListing(open(), nullptr, cancelled, cancel, listing), ECANCELED);
     EXPECT_THAT(told, ElementsAre(512U));
     EXPECT_EQ(listing.entries.size(), 512U);
 }
 
-TEST_F(FolderReaderTest, ReadTwice_GivesTheSameListing)
+TEST_F(ListingReaderTest, ReadTwice_GivesTheSameListing)
 {
     testsupport::makeManyFiles(folder.path(), 10);
-    const FolderToRead toRead = open();
-    Listing first;
-    Listing second;
-    EXPECT_EQ(readFolder(
-                  toRead, goOn, [](std::size_t) {}, first),
-              0);
-    EXPECT_EQ(readFolder(
-                  toRead, goOn, [](std::size_t) {}, second),
-              0);
+    const Listing first = read();
+    const Listing second = read();
     EXPECT_EQ(namesOf(first), namesOf(second));
     EXPECT_TRUE(first.stamp == second.stamp);
     folder.makeFile("another.jpg");
     EXPECT_FALSE(read().stamp == first.stamp);
 }
 
-TEST_F(FolderReaderTest, ThreadOfItsOwn_CancelledRead_NeverTellsThatItIsDone)
-{
-    testsupport::makeManyFiles(folder.path(), 600);
+class ListingTaskTest : public ListingReaderTest {
+protected:
+    ListingTaskTest()
+    {
+        folder.makeDirectory("big");
+        testsupport::makeManyFiles(folder.path("big"), 600);
+        uses.progress = [this](std::size_t) {
+            reading.open();
+            goOnReading.wait();
+        };
+        uses.known = [this](const FolderStamp&) { return known; };
+        uses.done = [this](const ListingTask::OutcomePointer&) { ++done; };
+    }
+
     testsupport::Door reading;
     testsupport::Door goOnReading;
-    bool done = false;
+    ListingPointer known;
+    std::atomic<int> done{0};
+    ListingTask::Uses uses;
+};
+
+TEST_F(ListingTaskTest, CancelledRead_NeverTellsThatItIsDone)
+{
     {
-        FolderRead read(
-            open(),
-            [&](std::size_t) {
-                reading.open();
-                goOnReading.wait();
-            },
-            [&](const FolderRead::OutcomePointer&) { done = true; });
+        ListingTask task(folderAt("big"), uses);
         ASSERT_TRUE(reading.wait());
-        EXPECT_FALSE(read.finished());
-        read.cancel();
+        EXPECT_FALSE(task.finished());
+        task.cancel();
         goOnReading.open();
-        EXPECT_TRUE(read.waitFor(testsupport::kDeadline));
-        EXPECT_EQ(read.listing(), nullptr);
+        EXPECT_TRUE(task.waitFor(testsupport::kDeadline));
+        EXPECT_EQ(task.listing(), nullptr);
     }
-    EXPECT_FALSE(done);
+    EXPECT_EQ(done, 0);
+}
+
+TEST_F(ListingTaskTest, FolderThatIsNotThere_IsRefusedWithItsReasonAndNotDone)
+{
+    const ListingTask task(folderAt("missing"), uses);
+    EXPECT_EQ(task.waitUntilOpened(testsupport::kDeadline), ENOENT);
+    EXPECT_TRUE(task.waitFor(testsupport::kDeadline));
+    EXPECT_EQ(done, 0);
+}
+
+TEST_F(ListingTaskTest, FolderThatIsKnown_IsNotReadAgain)
+{
+    known = std::make_shared<Listing>();
+    const ListingTask task(folderAt("big"), uses);
+    EXPECT_EQ(task.waitUntilOpened(testsupport::kDeadline), 0);
+    EXPECT_TRUE(task.waitFor(testsupport::kDeadline));
+    EXPECT_EQ(task.listing(), known);
+    EXPECT_EQ(done, 1);
+}
+
+TEST_F(ListingTaskTest, Failed_EndsAtOnceThoughItsThreadIsKept)
+{
+    ListingTask task(folderAt("big"), uses);
+    ASSERT_TRUE(reading.wait());
+    task.fail(ENODEV);
+    EXPECT_TRUE(task.finished());
+    EXPECT_FALSE(task.threadEnded());
+    EXPECT_EQ(done, 1);
+    goOnReading.open();
 }
 
 } // namespace

@@ -59,7 +59,7 @@ protected:
 
     testsupport::Gathered<Keys> told;
     testsupport::MediaStick stick;
-    Grouping grouping{stick.listings, stick.events, {}};
+    Grouping grouping{stick.opener, stick.library, stick.events};
 };
 
 TEST_F(GroupingTest, Music_HasItsTagsInNaturalOrderAndWhatIsUnknownLast)
@@ -185,9 +185,8 @@ protected:
                                            goOn.wait();
                                            return MediaFacts();
                                        }),
-                                       "", nullptr);
-    FolderListings listings{PathResolver({stick.path()}), events, FolderObserver(), library};
-    Grouping grouping{listings, events, {}};
+                                       "");
+    Grouping grouping{LocationOpener(PathResolver({stick.path()}), std::make_shared<ReadReporter>()), library, events};
 };
 
 TEST_F(StuckGroupingTest, Cancelled_RaisesNoEventAndRemembersNothing)

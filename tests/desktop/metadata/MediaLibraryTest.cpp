@@ -21,6 +21,11 @@ protected:
         return info;
     }
 
+    static LocationOpener openerFor(const std::vector<std::string>& sticks)
+    {
+        return LocationOpener(PathResolver(sticks), std::make_shared<ReadReporter>());
+    }
+
     testsupport::TemporaryDirectory cache;
     testsupport::MediaStick stick{cache.path()};
 };
@@ -95,9 +100,9 @@ TEST_F(MediaLibraryTest, StickThatWasPulledWhileItWasRead_LeavesNoFaultBehind)
         facts.title = error.empty() ? "The Title" : "";
         return facts;
     });
-    const auto library = std::make_shared<MediaLibrary>(reader, "", nullptr);
+    const auto library = std::make_shared<MediaLibrary>(reader, "");
     EventQueue events;
-    const FolderListings listings(PathResolver({parent.path("usb")}), events, FolderObserver(), library);
+    const FolderListings listings(openerFor({parent.path("usb")}), events, library);
     media_file_info_s info;
     EXPECT_TRUE(listings.describe(parent.path("usb/a.mp3"), info));
     fs::rename(parent.path("away"), parent.path("usb"));
@@ -112,9 +117,9 @@ TEST_F(MediaLibraryTest, FileThatNobodyReadToItsEnd_IsTriedAgain)
     usb.makeFile("a.mp3");
     MediaFacts answer;
     const auto reader = std::make_shared<testsupport::FakeReader>([&](const std::string&, FileType) { return answer; });
-    const auto library = std::make_shared<MediaLibrary>(reader, "", nullptr);
+    const auto library = std::make_shared<MediaLibrary>(reader, "");
     EventQueue events;
-    const FolderListings listings(PathResolver({usb.path()}), events, FolderObserver(), library);
+    const FolderListings listings(openerFor({usb.path()}), events, library);
     media_file_info_s info;
 
     answer.error = "its reader was killed";
@@ -131,11 +136,23 @@ TEST_F(MediaLibraryTest, FileThatNobodyReadToItsEnd_IsTriedAgain)
 TEST_F(MediaLibraryTest, StickUnderAnotherName_IsKnownByItsId)
 {
     testsupport::TemporaryDirectory other;
-    const auto idOf = [](const std::string&) { return "1234-ABCD"; };
-    MediaLibrary library(stick.reader, "", idOf);
-    library.remember({stick.folder.path(), "./Music"}, {{"a.mp3", {1, 2}, MediaFacts()}});
-    EXPECT_FALSE(library.known({other.path(), "./Music"}).empty());
-    EXPECT_TRUE(library.known({other.path(), "."}).empty());
+    const PathResolver resolver({});
+    resolver.setVolumes({{stick.folder.path(), "1234-ABCD"}, {other.path(), "1234-ABCD"}});
+    MediaLibrary library(stick.reader, "");
+    library.remember(resolver.locate(stick.folder.path("Music")), {{"a.mp3", {1, 2}, MediaFacts()}});
+    EXPECT_FALSE(library.known(resolver.locate(other.path("Music"))).empty());
+    EXPECT_TRUE(library.known(resolver.locate(other.path())).empty());
+}
+
+TEST_F(MediaLibraryTest, LocationOfAStickThatHasGone_IsStillKnownByItsId)
+{
+    const PathResolver resolver({});
+    resolver.setVolumes({{stick.folder.path(), "1234-ABCD"}});
+    const Location music = resolver.locate(stick.folder.path("Music"));
+    resolver.setVolumes({});
+    MediaLibrary library(stick.reader, "");
+    library.remember(music.child("a"), {{"a.mp3", {1, 2}, MediaFacts()}});
+    EXPECT_FALSE(library.known({"/elsewhere", "./Music/a", "1234-ABCD"}).empty());
 }
 
 TEST_F(MediaLibraryTest, Forgetting_MakesFilesUnread)

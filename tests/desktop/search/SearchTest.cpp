@@ -46,7 +46,7 @@ protected:
 
     testsupport::Gathered<Told> told;
     testsupport::MediaStick stick;
-    Search search{stick.listings, stick.events, {}};
+    Search search{stick.opener, stick.library, stick.events};
 };
 
 std::vector<std::string> namesIn(const std::vector<Told>& told)
@@ -137,7 +137,7 @@ TEST_F(SearchTest, Cancelled_RaisesNoEvent)
 
 TEST_F(SearchTest, PulledStick_EndsItWithItsReasonAndWhatWasFound)
 {
-    Search slow(stick.listings, stick.events, {});
+    Search slow(stick.opener, stick.library, stick.events);
     stick.write("1.mkv", "x");
     testsupport::makeManyFiles(stick.folder.path(), 3000);
     EXPECT_TRUE(slow.start(stick.folder.path(), FILE_TYPE_PHOTO, 1)); // far more pieces than may wait undelivered

@@ -14,9 +14,10 @@ namespace testsupport {
 class MediaStick {
 public:
     explicit MediaStick(const std::string& cacheFolder = "")
-        : library(std::make_shared<desktop::MediaLibrary>(reader, cacheFolder, nullptr))
+        : library(std::make_shared<desktop::MediaLibrary>(reader, cacheFolder))
         , resolver({folder.path()})
-        , listings(resolver, events, desktop::FolderObserver(), library)
+        , opener(resolver, std::make_shared<desktop::ReadReporter>())
+        , listings(opener, events, library)
     {
     }
 
@@ -53,6 +54,7 @@ public:
     std::shared_ptr<desktop::MediaLibrary> library;
     desktop::EventQueue events;
     desktop::PathResolver resolver;
+    desktop::LocationOpener opener;
     desktop::FolderListings listings;
 };
 

@@ -59,13 +59,13 @@ protected:
 
     std::string stick(const std::string& name = "") const { return folder.path(name.empty() ? "stick" : "stick/" + name); }
 
-    ListingPointer listing(const std::vector<std::string>& names) const
+    EntryList listing(const std::vector<std::string>& names) const
     {
-        auto listed = std::make_shared<Listing>();
+        auto listed = std::make_shared<std::vector<FolderFileInfo_s>>();
         for (const std::string& name : names) {
             FolderFileInfo_s entry;
             entry.path = stick(name);
-            listed->entries.push_back(entry);
+            listed->push_back(entry);
         }
         return listed;
     }
@@ -260,6 +260,14 @@ TEST_F(ThumbnailsTest, FolderForPicturesThatIsNotThere_LeavesThemOut)
     ASSERT_EQ(told.waitFor(1).size(), 1U);
     EXPECT_FALSE(told.sofar()[0].ok);
     EXPECT_FALSE(folder.has("Mass"));
+}
+
+TEST_F(ThumbnailsTest, FileThatHasNoPicture_LeavesNoFileBehind)
+{
+    ASSERT_TRUE(thumbnails->append(listing({"d broken.jpg"}), 0, 1));
+    ASSERT_TRUE(thumbnails->start(50, 50, FILE_TYPE_UNKNOWN));
+    ASSERT_EQ(told.waitFor(1).size(), 1U);
+    EXPECT_TRUE(fs::is_empty(folder.path("Mass")));
 }
 
 class ThumbnailCacheTest : public ThumbnailsTest {
