@@ -7,7 +7,7 @@ namespace desktop {
 
 namespace {
 
-// Where Linux computers mount sticks.
+// Where Linux computers mount volumes.
 constexpr const char* kMountFolders[] = {"/media", "/run/media", "/mnt"};
 
 std::string absoluteFolder(const std::string& folder)
@@ -33,9 +33,9 @@ DesktopMiddleware::DesktopMiddleware()
 
 void DesktopMiddleware::open(DesktopSettings settings)
 {
-    StickSources sources;
-    for (const std::string& stick : settings.sticks) {
-        const std::string folder = absoluteFolder(stick);
+    VolumeSources sources;
+    for (const std::string& volume : settings.sticks) {
+        const std::string folder = absoluteFolder(volume);
         if (std::find(sources.folders.begin(), sources.folders.end(), folder) == sources.folders.end()) {
             sources.folders.push_back(folder);
         }
@@ -46,7 +46,7 @@ void DesktopMiddleware::open(DesktopSettings settings)
     m_screenSwitched = std::move(settings.screenSwitched);
     makeParts(settings.cacheFolder, settings.observer);
     m_volumes = std::make_unique<Volumes>(std::move(sources), m_resolver, m_events,
-                                          [this](const std::string& stick) { stickPulled(stick); });
+                                          [this](const std::string& volume) { volumeRemoved(volume); });
 }
 
 void DesktopMiddleware::startEvents()
@@ -86,22 +86,22 @@ void DesktopMiddleware::makeParts(const std::string& cacheFolder, const ReadObse
     m_reporter = std::make_shared<ReadReporter>(observer);
     m_opener = LocationOpener(m_resolver, m_reporter);
     m_workers = std::make_shared<MediaWorkers>(); // their processes start with the first file
-    m_library = std::make_shared<MediaLibrary>(m_workers, cacheFolder);
-    m_listings = std::make_unique<FolderListings>(m_opener, m_events, m_library);
-    m_search = std::make_unique<Search>(m_opener, m_library, m_events);
-    m_grouping = std::make_unique<Grouping>(m_opener, m_library, m_events);
-    m_playlists = std::make_unique<Playlists>(m_opener, m_library);
+    m_catalog = std::make_shared<MetadataCatalog>(m_workers, cacheFolder);
+    m_listings = std::make_unique<FolderListings>(m_opener, m_events, m_catalog);
+    m_search = std::make_unique<Search>(m_opener, m_catalog, m_events);
+    m_grouping = std::make_unique<Grouping>(m_opener, m_catalog, m_events);
+    m_playlists = std::make_unique<Playlists>(m_opener, m_catalog);
     m_thumbnails =
         std::make_unique<Thumbnails>(std::make_shared<ThumbnailMaker>(m_resolver, m_workers, cacheFolder), m_events);
 }
 
-// On the thread that watches the sticks: whatever reads from the stick ends now.
-void DesktopMiddleware::stickPulled(const std::string& stick)
+// On the thread that watches the volumes: whatever reads from the volume ends now.
+void DesktopMiddleware::volumeRemoved(const std::string& volume)
 {
-    m_listings->lose(stick);
-    m_search->lose(stick);
-    m_grouping->lose(stick);
-    m_thumbnails->lose(stick);
+    m_listings->volumeRemoved(volume);
+    m_search->volumeRemoved(volume);
+    m_grouping->volumeRemoved(volume);
+    m_thumbnails->volumeRemoved(volume);
 }
 
 } // namespace desktop

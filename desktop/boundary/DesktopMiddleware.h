@@ -17,9 +17,9 @@ namespace desktop {
 
 /// What a host sets before the plugin is loaded.
 struct DesktopSettings {
-    /// The folders that stand for USB sticks. They may come and go while the desktop runs.
+    /// The folders that stand for USB volumes. They may come and go while the desktop runs.
     std::vector<std::string> sticks;
-    /// Whether the devices that this computer mounts where it mounts sticks are sticks, too.
+    /// Whether the devices that this computer mounts where it mounts volumes are volumes, too.
     bool mountedSticks = false;
     /// Folder that keeps what has been read, for the next time; empty: nothing is kept.
     std::string cacheFolder;
@@ -36,7 +36,7 @@ public:
     /// The one of the process. It is never destroyed: threads that a dead file system keeps may still look at it.
     static DesktopMiddleware& instance();
 
-    /// Puts the sticks in. Their events gather until startEvents().
+    /// Puts the volumes in. Their events gather until startEvents().
     void open(DesktopSettings settings);
     void startEvents();
     /// Stops every read, delivers the events that are due and stops all threads; no event comes after it.
@@ -49,7 +49,7 @@ public:
     Grouping& grouping() { return *m_grouping; }
     const Playlists& playlists() const { return *m_playlists; }
     Thumbnails& thumbnails() { return *m_thumbnails; }
-    PhotoReading photoReading() const { return {m_opener, m_library}; }
+    PhotoReading photoReading() const { return {m_opener, m_catalog}; }
     Json::Value deviceList() const;
     /// Safe on any thread.
     void screenSwitched(bool off) const;
@@ -57,7 +57,7 @@ public:
 private:
     DesktopMiddleware();
     void makeParts(const std::string& cacheFolder, const ReadObserver& observer);
-    void stickPulled(const std::string& stick);
+    void volumeRemoved(const std::string& volume);
 
     EventQueue m_events;
     PathResolver m_resolver;
@@ -65,7 +65,7 @@ private:
     std::shared_ptr<ReadReporter> m_reporter = std::make_shared<ReadReporter>();
     LocationOpener m_opener;
     std::shared_ptr<MediaWorkers> m_workers;
-    std::shared_ptr<MediaLibrary> m_library;
+    std::shared_ptr<MetadataCatalog> m_catalog;
     std::unique_ptr<FolderListings> m_listings;
     std::unique_ptr<Search> m_search;
     std::unique_ptr<Grouping> m_grouping;

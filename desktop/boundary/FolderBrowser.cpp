@@ -152,7 +152,7 @@ int FolderBrowser::getMediaFileInfo(const std::string& key, std::vector<FolderFi
     for (const desktop::MediaEntry& entry : *entries) {
         const FolderFileInfo_s& file = entry.file;
         files.push_back(file);
-        media.push_back(desktop::describeMedia(file.path, static_cast<FileType>(file.type), file.title, entry.facts));
+        media.push_back(desktop::describeMedia(file.path, static_cast<FileType>(file.type), file.title, entry.metadata));
     }
     return kOk;
 }

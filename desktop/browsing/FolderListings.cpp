@@ -23,32 +23,32 @@ constexpr std::chrono::seconds kDescribeTimeout(8);
 
 struct Described {
     FileType type = FILE_TYPE_UNKNOWN;
-    MediaFacts facts;
+    MediaMetadata metadata;
     int error = 0; ///< errno value
 };
 
-Described describeFile(const Location& location, const std::string& name, MediaLibrary* library)
+Described describeFile(const Location& location, const std::string& name, MetadataCatalog* catalog)
 {
     Described file;
     const UniqueFd pinned = PathResolver::open(location, O_PATH);
-    const std::optional<EntryFacts> entry = pinned ? inspectPinned(pinned.get(), name) : std::nullopt;
+    const std::optional<EntryStatus> entry = pinned ? inspectPinned(pinned.get(), name) : std::nullopt;
     if (!entry) {
         file.error = errno;
         return file;
     }
     file.type = entry->type;
-    if (library != nullptr && isMedia(entry->type)) {
-        file.facts = library->factsOf(location, *entry, pinned.get());
+    if (catalog != nullptr && isMedia(entry->type)) {
+        file.metadata = catalog->metadataOf(location, *entry, pinned.get());
     }
     return file;
 }
 
 } // namespace
 
-FolderListings::FolderListings(LocationOpener opener, EventQueue& events, std::shared_ptr<MediaLibrary> library)
+FolderListings::FolderListings(LocationOpener opener, EventQueue& events, std::shared_ptr<MetadataCatalog> catalog)
     : m_opener(std::move(opener))
     , m_events(events)
-    , m_library(std::move(library))
+    , m_catalog(std::move(catalog))
 {
 }
 
@@ -86,11 +86,11 @@ void FolderListings::cancel()
     }
 }
 
-void FolderListings::lose(const std::string& stick)
+void FolderListings::volumeRemoved(const std::string& volume)
 {
     const std::lock_guard<std::mutex> lock(m_readsMutex);
-    const auto failIfThere = [&stick](const std::unique_ptr<ListingTask>& read) {
-        if (read != nullptr && read->stick() == stick) {
+    const auto failIfThere = [&volume](const std::unique_ptr<ListingTask>& read) {
+        if (read != nullptr && read->volume() == volume) {
             read->fail(ENODEV);
         }
     };
@@ -123,8 +123,8 @@ bool FolderListings::describe(const std::string& path, media_file_info_s& info) 
     const std::string bytes = decodeName(path);
     const std::string name = bytes.substr(bytes.rfind('/') + 1); // npos + 1 is 0
     const auto described = m_opener.runWithin<Described>(
-        kDescribeTimeout, path, [location = m_opener.locate(path), name, library = m_library](const CancelFlag&) {
-            return describeFile(location, name, library.get());
+        kDescribeTimeout, path, [location = m_opener.locate(path), name, catalog = m_catalog](const CancelFlag&) {
+            return describeFile(location, name, catalog.get());
         });
     if (!described) {
         return false;
@@ -133,7 +133,7 @@ bool FolderListings::describe(const std::string& path, media_file_info_s& info) 
         m_opener.report(path, described->error);
         return false;
     }
-    info = describeMedia(path, described->type, encodeName(nameWithoutExtension(name)), described->facts);
+    info = describeMedia(path, described->type, encodeName(nameWithoutExtension(name)), described->metadata);
     return true;
 }
 
@@ -141,8 +141,8 @@ bool FolderListings::forget(const std::string& directory)
 {
     m_cache->dropBelow(decodeName(directory));
     const Location location = m_opener.locate(directory);
-    if (location && m_library != nullptr) {
-        m_library->forgetBelow(location);
+    if (location && m_catalog != nullptr) {
+        m_catalog->forgetBelow(location);
     }
     return static_cast<bool>(location);
 }
@@ -166,14 +166,14 @@ std::unique_ptr<ListingTask> FolderListings::makeTask(const std::string& directo
 {
     OpenedFolder folder = m_opener.folderAt(directory);
     const std::string key = folder.directory;
-    const std::string volume = folder.location.stick;
-    ListingTask::Uses uses;
-    uses.library = m_library;
-    uses.progress = [opener = m_opener, key](std::size_t entries) { opener.reporter().progress(key, entries); };
-    uses.known = [cache = m_cache, key](const FolderStamp& stamp) { return cache->find(key, stamp); };
-    uses.done = std::move(done);
-    auto task = std::make_unique<ListingTask>(std::move(folder), std::move(uses));
-    if (!volume.empty() && !m_opener.hasVolume(volume)) { // which lose() did not know to be in use
+    const std::string volume = folder.location.volume;
+    ListingTask::Context context;
+    context.catalog = m_catalog;
+    context.progress = [opener = m_opener, key](std::size_t entries) { opener.reporter().progress(key, entries); };
+    context.known = [cache = m_cache, key](const FolderStamp& stamp) { return cache->find(key, stamp); };
+    context.done = std::move(done);
+    auto task = std::make_unique<ListingTask>(std::move(folder), std::move(context));
+    if (!volume.empty() && !m_opener.hasVolume(volume)) { // which volumeRemoved() did not know to be in use
         task->fail(ENODEV);
     }
     return task;

@@ -10,17 +10,17 @@ namespace desktop {
 /// thread unless said otherwise.
 class FolderListings {
 public:
-    /// @p library tells what is known of the files that are listed; may be null.
-    FolderListings(LocationOpener opener, EventQueue& events, std::shared_ptr<MediaLibrary> library = nullptr);
+    /// @p catalog has the known metadata of the files that are listed; may be null.
+    FolderListings(LocationOpener opener, EventQueue& events, std::shared_ptr<MetadataCatalog> catalog = nullptr);
 
     /// Makes @p directory the current one and starts reading it; ends in SOCMW_MM_EVENT_FB_CHANGE_DIR_COMPLETED, with no
     /// entries when the reading fails. A change that is overtaken before its event is delivered raises none. False, and no
-    /// event, when there is no such folder on a stick, or the stick does not answer for 3 seconds.
+    /// event, when there is no such folder on a volume, or the volume does not answer for 3 seconds.
     bool change(const std::string& directory, int itemsPerPage);
     /// Stops what is being read; it raises no event.
     void cancel();
-    /// Stick @p stick, a path as bytes, has been pulled: what is being read from it fails at once. Safe on any thread.
-    void lose(const std::string& stick);
+    /// Volume @p volume, a path as bytes, has been removed: what is being read from it fails at once. Safe on any thread.
+    void volumeRemoved(const std::string& volume);
 
     /// The current directory's listing; null until it has been read.
     ListingPointer current() const;
@@ -29,10 +29,10 @@ public:
     /// Entries to a page, as the latest change gave it.
     int itemsPerPage() const { return m_itemsPerPage; }
 
-    /// Describes what @p path stands for in @p info; a media file by its facts, which may have to be read first. False, the
-    /// observer told, when it is not there, on no stick, or the stick does not answer for 8 seconds.
+    /// Describes what @p path stands for in @p info; a media file by its metadata, which may have to be read first. False,
+    /// which is reported, when it is not there, on no volume, or the volume does not answer for 8 seconds.
     bool describe(const std::string& path, media_file_info_s& info) const;
-    /// Forgets the listings below @p directory and what is known of the files there; false when it lies on no stick.
+    /// Forgets the listings below @p directory and what is known of the files there; false when it lies on no volume.
     bool forget(const std::string& directory);
     /// The directory of @p path, spelled as the latest change spelled it. Safe on any thread.
     std::string directoryOf(const std::string& path) const;
@@ -51,13 +51,13 @@ private:
 
     LocationOpener m_opener;
     EventQueue& m_events;
-    std::shared_ptr<MediaLibrary> m_library;
+    std::shared_ptr<MetadataCatalog> m_catalog;
     std::shared_ptr<ListingCache> m_cache = std::make_shared<ListingCache>(); ///< threads that are kept may still look at it
     mutable std::mutex m_spellingMutex;
     std::string m_spelling; ///< the latest change's directory, as it was asked for
     int m_itemsPerPage = 9;
-    std::mutex m_readsMutex;                            ///< for lose(); only the command thread changes what it guards
-    std::unique_ptr<ListingTask> m_change;              ///< the latest; null when it could not begin
+    std::mutex m_readsMutex;               ///< for volumeRemoved(); only the command thread changes what it guards
+    std::unique_ptr<ListingTask> m_change; ///< the latest; null when it could not begin
     std::vector<std::unique_ptr<ListingTask>> m_others; ///< reads for single pages, and overtaken changes that still end
 };
 

@@ -52,9 +52,9 @@ int readEntries(DIR* directory, const OpenedFolder& folder, const KnownFiles& kn
             continue;
         }
         const std::string name = found->d_name;
-        if (const auto facts = inspector.inspect(name)) {
-            const MediaFacts* media = known.find(name, stampOf(*facts));
-            entries.push_back(describeEntry(folder.directory, name, *facts, media));
+        if (const auto status = inspector.inspect(name)) {
+            const MediaMetadata* media = known.find(name, stampOf(*status));
+            entries.push_back(describeEntry(folder.directory, name, *status, media));
             if (entries.size() % kProgressStep == 0 && !cancelled) {
                 progress(entries.size());
             }
@@ -65,7 +65,7 @@ int readEntries(DIR* directory, const OpenedFolder& folder, const KnownFiles& kn
 
 } // namespace
 
-int readListing(OpenedFolder folder, const std::shared_ptr<MediaLibrary>& library, const std::atomic<bool>& cancelled,
+int readListing(OpenedFolder folder, const std::shared_ptr<MetadataCatalog>& catalog, const std::atomic<bool>& cancelled,
                 const ReadProgress& progress, Listing& listing)
 {
     const Directory directory = openDirectory(std::move(folder.fd));
@@ -74,7 +74,7 @@ int readListing(OpenedFolder folder, const std::shared_ptr<MediaLibrary>& librar
     }
     listing.directory = folder.directory;
     listing.stamp = folder.stamp;
-    const KnownFiles known = knownFiles(library, folder.location);
+    const KnownFiles known = knownFiles(catalog, folder.location);
     const int error = readEntries(directory.get(), folder, known, cancelled, progress, listing.entries);
     if (error != 0) {
         return error;

@@ -2,7 +2,7 @@
 
 #include "desktop/browsing/Listing.h"
 #include "desktop/files/LocationOpener.h"
-#include "desktop/metadata/MediaLibrary.h"
+#include "desktop/metadata/MetadataCatalog.h"
 
 #include <atomic>
 #include <functional>
@@ -13,9 +13,9 @@ namespace desktop {
 using ReadProgress = std::function<void(std::size_t entries)>;
 
 /// Reads @p folder, which is open, into @p listing, in time and memory proportional to its entries but for their sorting.
-/// @p library, which may be null, has what is known of its files. Returns 0, or why it failed as an errno value: ECANCELED
+/// @p catalog, which may be null, has what is known of its files. Returns 0, or why it failed as an errno value: ECANCELED
 /// once @p cancelled is set, ENOENT when the folder was removed meanwhile.
-int readListing(OpenedFolder folder, const std::shared_ptr<MediaLibrary>& library, const std::atomic<bool>& cancelled,
+int readListing(OpenedFolder folder, const std::shared_ptr<MetadataCatalog>& catalog, const std::atomic<bool>& cancelled,
                 const ReadProgress& progress, Listing& listing);
 
 } // namespace desktop

@@ -10,7 +10,8 @@ namespace {
 constexpr std::chrono::seconds kEndTimeout(2);
 
 // With the outcome's mutex held. The first end counts.
-void finish(const ListingTask::OutcomePointer& outcome, int error, ListingPointer listing, const ListingTask::Uses& uses)
+void finish(const ListingTask::OutcomePointer& outcome, int error, ListingPointer listing,
+            const ListingTask::Context& context)
 {
     if (outcome->finished) {
         return;
@@ -19,7 +20,7 @@ void finish(const ListingTask::OutcomePointer& outcome, int error, ListingPointe
     if (!outcome->cancelled) {
         outcome->listing = error == 0 ? std::move(listing) : nullptr;
         if (outcome->opened) {
-            uses.done(outcome);
+            context.done(outcome);
         }
     }
     outcome->finished = true;
@@ -34,41 +35,42 @@ int openFolder(OpenedFolder& folder, ListingTask::Outcome& outcome)
     return error;
 }
 
-int readOrFail(OpenedFolder folder, const ListingTask::Uses& uses, ListingTask::Outcome& outcome, ListingPointer& listing)
+int readOrFail(OpenedFolder folder, const ListingTask::Context& context, ListingTask::Outcome& outcome,
+               ListingPointer& listing)
 try {
     const int error = openFolder(folder, outcome);
     if (error != 0) {
         return error;
     }
-    listing = uses.known(folder.stamp);
+    listing = context.known(folder.stamp);
     if (listing != nullptr) {
         return 0;
     }
     listing = std::make_shared<Listing>();
-    return readListing(std::move(folder), uses.library, outcome.stopping, uses.progress, *listing);
+    return readListing(std::move(folder), context.catalog, outcome.stopping, context.progress, *listing);
 } catch (const std::bad_alloc&) {
     return ENOMEM;
 }
 
-void readOnThread(OpenedFolder folder, const ListingTask::Uses& uses, const ListingTask::OutcomePointer& outcome)
+void readOnThread(OpenedFolder folder, const ListingTask::Context& context, const ListingTask::OutcomePointer& outcome)
 {
     ListingPointer listing;
-    const int error = readOrFail(std::move(folder), uses, *outcome, listing);
+    const int error = readOrFail(std::move(folder), context, *outcome, listing);
     const std::lock_guard<std::mutex> lock(outcome->mutex);
-    finish(outcome, error, std::move(listing), uses);
+    finish(outcome, error, std::move(listing), context);
     outcome->threadEnded = true;
     outcome->changed.notify_all();
 }
 
 } // namespace
 
-ListingTask::ListingTask(OpenedFolder folder, Uses uses)
+ListingTask::ListingTask(OpenedFolder folder, Context context)
     : m_directory(folder.directory)
-    , m_stick(folder.location.stick)
-    , m_uses(std::make_shared<const Uses>(std::move(uses)))
+    , m_volume(folder.location.volume)
+    , m_context(std::make_shared<const Context>(std::move(context)))
     , m_outcome(std::make_shared<Outcome>())
-    , m_thread([folder = std::move(folder), uses = m_uses, outcome = m_outcome]() mutable {
-        readOnThread(std::move(folder), *uses, outcome);
+    , m_thread([folder = std::move(folder), context = m_context, outcome = m_outcome]() mutable {
+        readOnThread(std::move(folder), *context, outcome);
     })
 {
 }
@@ -92,7 +94,7 @@ void ListingTask::cancel()
 {
     m_outcome->cancelled = true;
     m_outcome->stopping = true;
-    const std::lock_guard<std::mutex> lock(m_outcome->mutex); // Uses::done may be running
+    const std::lock_guard<std::mutex> lock(m_outcome->mutex); // Context::done may be running
     m_outcome->listing.reset();
 }
 
@@ -100,7 +102,7 @@ void ListingTask::fail(int error)
 {
     m_outcome->stopping = true;
     const std::lock_guard<std::mutex> lock(m_outcome->mutex);
-    finish(m_outcome, error, nullptr, *m_uses);
+    finish(m_outcome, error, nullptr, *m_context);
     m_outcome->changed.notify_all();
 }
 

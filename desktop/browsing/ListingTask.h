@@ -16,7 +16,7 @@ public:
     /// What came of it. Owned by the reading thread too, which may outlive the ListingTask.
     struct Outcome {
         std::atomic<bool> stopping{false};  ///< the reading thread is to end
-        std::atomic<bool> cancelled{false}; ///< nobody wants the result any more
+        std::atomic<bool> cancelled{false}; ///< the result is no longer wanted
         std::mutex mutex;
         std::condition_variable changed;
         bool opened = false;      ///< there is such a folder
@@ -27,9 +27,9 @@ public:
     };
     using OutcomePointer = std::shared_ptr<Outcome>;
 
-    /// What a task uses; the reading thread may use it for longer than the task is there, but for done.
-    struct Uses {
-        std::shared_ptr<MediaLibrary> library; ///< may be null
+    /// What a task context; the reading thread may use it for longer than the task is there, but for done.
+    struct Context {
+        std::shared_ptr<MetadataCatalog> catalog; ///< may be null
         ReadProgress progress;
         /// The listing of the folder if it has been read already in the state @p stamp.
         std::function<ListingPointer(const FolderStamp& stamp)> known;
@@ -38,15 +38,15 @@ public:
         std::function<void(const OutcomePointer& outcome)> done;
     };
 
-    ListingTask(OpenedFolder folder, Uses uses);
+    ListingTask(OpenedFolder folder, Context context);
     /// Cancels; waits for the thread, but not for long when the file system keeps it.
     ~ListingTask();
     ListingTask(const ListingTask&) = delete;
     ListingTask& operator=(const ListingTask&) = delete;
 
     const std::string& directory() const { return m_directory; }
-    const std::string& stick() const { return m_stick; }
-    /// Returns at once; when it has returned, Uses::done is not called any more.
+    const std::string& volume() const { return m_volume; }
+    /// Returns at once; when it has returned, Context::done is not called any more.
     void cancel();
     /// Ends the read at once with errno value @p error, whatever keeps its thread; nothing when it has ended. Safe on any
     /// thread.
@@ -63,8 +63,8 @@ public:
 
 private:
     std::string m_directory;
-    std::string m_stick;
-    std::shared_ptr<const Uses> m_uses;
+    std::string m_volume;
+    std::shared_ptr<const Context> m_context;
     OutcomePointer m_outcome;
     std::thread m_thread;
 };

@@ -2,7 +2,7 @@
 
 #include "desktop/base/Log.h"
 #include "desktop/files/MediaTypes.h"
-#include "desktop/metadata/FactsReaders.h"
+#include "desktop/metadata/MetadataReadPool.h"
 #include "desktop/text/AsciiText.h"
 #include "desktop/text/NameEncoding.h"
 
@@ -23,7 +23,7 @@ struct TimesResult {
 };
 
 // When the photos @p names of @p folder, which is still to be opened, were taken.
-TimesResult timesTaken(OpenedFolder& folder, const std::shared_ptr<MediaLibrary>& library, const Names& names,
+TimesResult timesTaken(OpenedFolder& folder, const std::shared_ptr<MetadataCatalog>& catalog, const Names& names,
                        const CancelFlag& cancelled)
 {
     TimesResult result;
@@ -31,21 +31,21 @@ TimesResult timesTaken(OpenedFolder& folder, const std::shared_ptr<MediaLibrary>
     if (result.error != 0) {
         return result;
     }
-    std::vector<MediaFacts> facts(names.size());
+    std::vector<MediaMetadata> metadata(names.size());
     {
-        FactsReaders readers(library, cancelled);
-        const KnownFiles known = library->known(folder.location);
+        MetadataReadPool readers(catalog, cancelled);
+        const KnownFiles known = catalog->known(folder.location);
         for (std::size_t i = 0; i < names.size() && !*cancelled; ++i) {
             const auto entry = inspectFile(folder.fd.get(), names[i]);
-            const MediaFacts* photo = entry ? known.find(names[i], stampOf(*entry)) : nullptr;
+            const MediaMetadata* photo = entry ? known.find(names[i], stampOf(*entry)) : nullptr;
             if (photo != nullptr) {
-                facts[i] = *photo;
+                metadata[i] = *photo;
             } else if (entry) {
-                readers.add(folder.location, folder.fd.get(), names[i], *entry, facts[i]);
+                readers.add(folder.location, folder.fd.get(), names[i], *entry, metadata[i]);
             }
         }
     }
-    for (const MediaFacts& photo : facts) {
+    for (const MediaMetadata& photo : metadata) {
         result.times.push_back(photo.taken);
     }
     return result;
@@ -63,8 +63,8 @@ std::optional<Times> timesOf(const std::vector<FolderFileInfo_s>& photos, const 
         names.push_back(decodeName(photo.name));
     }
     auto result = reading.opener.runWithin<TimesResult>(
-        kReadTimeout, directory, [folder, names, library = reading.library](const CancelFlag& cancelled) {
-            return timesTaken(*folder, library, names, cancelled);
+        kReadTimeout, directory, [folder, names, catalog = reading.catalog](const CancelFlag& cancelled) {
+            return timesTaken(*folder, catalog, names, cancelled);
         });
     if (!result) {
         return std::nullopt;

@@ -37,7 +37,7 @@ Location LocationOpener::locate(const std::string& path) const
 
 bool LocationOpener::hasVolume(const std::string& volume) const
 {
-    return m_resolver.locate(volume).stick == volume;
+    return m_resolver.locate(volume).volume == volume;
 }
 
 OpenedFolder LocationOpener::folderAt(const std::string& directory) const

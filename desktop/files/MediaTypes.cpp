@@ -12,7 +12,7 @@ namespace {
 
 using Extensions = std::unordered_map<std::string, FileType>;
 
-// Left out on purpose: ts and dat are video or something else entirely, which only the content tells.
+// Left out on purpose: ts and dat are video or something else entirely, which only the content shows.
 const Extensions& knownExtensions()
 {
     // Never destroyed: at the program's end, a thread that a dead file system keeps may still look at it.

@@ -107,7 +107,7 @@ Location PathResolver::locate(const std::string& path) const
     std::size_t depth = 0;
     for (const PresentVolume& volume : volumes()) {
         const std::vector<std::string> folder = splitPath(volume.folder);
-        // Of sticks within sticks the innermost has it.
+        // Of volumes within volumes the innermost has it.
         if (startsWith(names, folder) && (!found || folder.size() > depth)) {
             found = {volume.folder, join(names, folder.size()), volume.id};
             depth = folder.size();
@@ -122,7 +122,7 @@ UniqueFd PathResolver::open(const Location& location, int flags)
         errno = EXDEV;
         return UniqueFd();
     }
-    const UniqueFd folder(::open(location.stick.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    const UniqueFd folder(::open(location.volume.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     return folder ? openBeneath(folder.get(), location.relative, flags) : UniqueFd();
 }
 

@@ -9,42 +9,42 @@
 
 namespace desktop {
 
-/// A place on a stick: the stick's folder and a path beneath it ("." for the stick itself), as bytes.
+/// A place on a volume: the volume's folder and a path beneath it ("." for the volume itself), as bytes.
 struct Location {
-    std::string stick;
+    std::string volume;
     std::string relative;
-    std::string volumeId{}; ///< what the stick is known by wherever it is mounted; empty: by its folder
+    std::string volumeId{}; ///< what the volume is known by wherever it is mounted; empty: by its folder
 
-    explicit operator bool() const { return !stick.empty(); }
+    explicit operator bool() const { return !volume.empty(); }
     /// The place @p name beneath this one.
-    Location child(const std::string& name) const { return {stick, relative + "/" + name, volumeId}; }
-    /// The stick's folder.
-    Location root() const { return {stick, ".", volumeId}; }
+    Location child(const std::string& name) const { return {volume, relative + "/" + name, volumeId}; }
+    /// The volume's folder.
+    Location root() const { return {volume, ".", volumeId}; }
     /// The absolute path.
-    std::string path() const { return stick + relative.substr(1); }
+    std::string path() const { return volume + relative.substr(1); }
 };
 
-/// A stick that is there.
+/// A volume that is there.
 struct PresentVolume {
     std::string folder;
     std::string id; ///< as Location::volumeId
 };
 
-/// Opens files beneath the sticks and nowhere else: the kernel refuses "..", links and races that would lead out. Copies
-/// share one set of sticks. Safe on any thread.
+/// Opens files beneath the volumes and nowhere else: the kernel refuses "..", links and races that would lead out. Copies
+/// share one set of volumes. Safe on any thread.
 class PathResolver {
 public:
-    /// @p folders: absolute paths of sticks, as bytes.
+    /// @p folders: absolute paths of volumes, as bytes.
     explicit PathResolver(const std::vector<std::string>& folders);
 
-    /// Replaces the sticks, of this resolver and all its copies.
+    /// Replaces the volumes, of this resolver and all its copies.
     void setVolumes(std::vector<PresentVolume> volumes) const;
 
-    /// Which stick the absolute path @p path lies on; an empty location when on none. Looks at no file.
+    /// Which volume the absolute path @p path lies on; an empty location when on none. Looks at no file.
     Location locate(const std::string& path) const;
 
     /// Opens @p location with open(2) flags @p flags. Without a descriptor, errno says why: EXDEV when the way leads off
-    /// the stick, ENOSYS when the kernel cannot keep a path beneath a folder.
+    /// the volume, ENOSYS when the kernel cannot keep a path beneath a folder.
     static UniqueFd open(const Location& location, int flags);
 
 private:
@@ -58,7 +58,7 @@ private:
     std::shared_ptr<Shared> m_shared;
 };
 
-/// What errno value @p error means to the user of a stick.
+/// What errno value @p error means to the user of a volume.
 std::string describeError(int error);
 
 /// Logs that what lies at @p location cannot be read, and why.

@@ -16,7 +16,7 @@ namespace {
 constexpr std::chrono::milliseconds kStickInterval(200);
 constexpr int kFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
-// The kind of an entry; file systems that do not tell it while listing are asked.
+// The kind of an entry; of file systems that do not list it, asked for.
 unsigned char kindOf(int folder, const dirent& entry)
 {
     struct stat status = {};
@@ -38,8 +38,8 @@ TreeWalk::TreeWalk(Location root, CancelFlag cancelled, Wants wants, Visit visit
     , m_cancelled(std::move(cancelled))
     , m_wants(std::move(wants))
     , m_visit(std::move(visit))
-    , m_stick(m_location.stick)
-    , m_stickPace(kStickInterval)
+    , m_volume(m_location.volume)
+    , m_presenceTimer(kStickInterval)
 {
 }
 
@@ -51,7 +51,7 @@ int TreeWalk::run()
     }
     walkInto(std::move(root));
     while (!m_steps.empty() && !*m_cancelled) {
-        if (m_stickPace.due() && m_stick.gone()) {
+        if (m_presenceTimer.due() && m_volume.gone()) {
             return ENODEV;
         }
         if (m_steps.back().pending.empty()) {
@@ -63,7 +63,7 @@ int TreeWalk::run()
     if (*m_cancelled) {
         return ECANCELED;
     }
-    return m_stick.gone() ? ENODEV : 0; // what has gone reads as empty folders
+    return m_volume.gone() ? ENODEV : 0; // what has gone reads as empty folders
 }
 
 void TreeWalk::nextFolder()
@@ -145,7 +145,7 @@ int TreeWalk::readEntries(DIR* folder, std::vector<std::string>& files, std::vec
     return 0;
 }
 
-// Upwards from the folder that has been left, as long as that is still where it was; else from the stick's folder down.
+// Upwards from the folder that has been left, as long as that is still where it was; else from the volume's folder down.
 Directory TreeWalk::reopen(const Step& step) const
 {
     const auto isTheOne = [&step](const Directory& folder) {

@@ -1,11 +1,11 @@
 #include "desktop/grouping/Grouping.h"
 
+#include "desktop/base/IntervalTimer.h"
 #include "desktop/base/Log.h"
-#include "desktop/base/Pace.h"
 #include "desktop/files/MediaTypes.h"
 #include "desktop/files/TreeWalk.h"
 #include "desktop/metadata/EntryDescription.h"
-#include "desktop/metadata/FactsReaders.h"
+#include "desktop/metadata/MetadataReadPool.h"
 
 #include "platform/SocMwEvents.h"
 
@@ -24,7 +24,7 @@ struct GroupRequest {
     OpenedFolder folder;
     GroupFileType type;
     LocationOpener opener;
-    std::shared_ptr<MediaLibrary> library;
+    std::shared_ptr<MetadataCatalog> catalog;
 };
 
 /// One grouping at work, on its own thread.
@@ -33,10 +33,10 @@ public:
     GroupRun(const GroupRequest& request, CancelFlag cancelled)
         : m_folder(request.folder)
         , m_type(request.type)
-        , m_library(*request.library)
+        , m_catalog(*request.catalog)
         , m_reporter(request.opener.reporter())
         , m_cancelled(std::move(cancelled))
-        , m_readers(request.library, m_cancelled)
+        , m_readers(request.catalog, m_cancelled)
     {
     }
 
@@ -44,8 +44,8 @@ public:
     int run()
     {
         TreeWalk walk(
-            m_folder.location, m_cancelled, [this](std::string_view name) { return mayFit(name); },
-            [this](const WalkedFolder& folder, const WalkTotals&) { lookAt(folder); });
+            m_folder.location, m_cancelled, [this](std::string_view name) { return mayMatch(name); },
+            [this](const WalkedFolder& folder, const WalkTotals&) { inspectFiles(folder); });
         const int error = walk.run();
         m_readers.finish();
         return *m_cancelled ? ECANCELED : error;
@@ -54,48 +54,48 @@ public:
     MediaEntries takeEntries() { return std::move(m_entries); }
 
 private:
-    bool mayFit(std::string_view name) const
+    bool mayMatch(std::string_view name) const
     {
         const FileType byName = typeByExtension(name);
         return byName == FILE_TYPE_UNKNOWN || isGrouped(byName, m_type);
     }
 
-    void lookAt(const WalkedFolder& folder)
+    void inspectFiles(const WalkedFolder& folder)
     {
         if (folder.files.empty()) {
             return;
         }
         const std::string directory = m_folder.directoryOf(folder.location);
-        const KnownFiles known = m_library.known(folder.location);
+        const KnownFiles known = m_catalog.known(folder.location);
         for (const std::string& name : folder.files) {
             const auto entry = *m_cancelled ? std::nullopt : inspectFile(folder.fd, name);
             if (entry && isGrouped(entry->type, m_type)) {
-                const MediaFacts* facts = known.find(name, stampOf(*entry));
+                const MediaMetadata* metadata = known.find(name, stampOf(*entry));
                 m_entries.push_back(
-                    {describeEntry(directory, name, *entry, facts), facts != nullptr ? *facts : MediaFacts()});
-                if (facts == nullptr) {
-                    m_readers.add(folder.location, folder.fd, name, *entry, m_entries.back().facts);
+                    {describeEntry(directory, name, *entry, metadata), metadata != nullptr ? *metadata : MediaMetadata()});
+                if (metadata == nullptr) {
+                    m_readers.add(folder.location, folder.fd, name, *entry, m_entries.back().metadata);
                 }
-                tellProgress();
+                reportProgress();
             }
         }
     }
 
-    void tellProgress()
+    void reportProgress()
     {
-        if (m_pace.due() && !*m_cancelled) {
+        if (m_reportTimer.due() && !*m_cancelled) {
             m_reporter.progress(m_folder.directory, m_entries.size());
         }
     }
 
     const OpenedFolder& m_folder;
     const GroupFileType m_type;
-    MediaLibrary& m_library;
+    MetadataCatalog& m_catalog;
     ReadReporter& m_reporter;
     CancelFlag m_cancelled;
-    MediaEntries m_entries; ///< of which the readers fill in the facts
-    FactsReaders m_readers;
-    Pace m_pace{kInterval};
+    MediaEntries m_entries; ///< of which the readers fill in the metadata
+    MetadataReadPool m_readers;
+    IntervalTimer m_reportTimer{kInterval};
 };
 
 void postKeys(RequestAnswers& answers, Keys keys)
@@ -112,22 +112,22 @@ void postFailure(RequestAnswers& answers, const GroupRequest& request, int error
     postKeys(answers, {});
 }
 
-// What a reading has told since the entry was made.
-void nameByFacts(MediaEntries& entries)
+// Fills in what has been read since the entries were made.
+void applyMetadata(MediaEntries& entries)
 {
     for (MediaEntry& entry : entries) {
-        entry.file.isPhoto360 = entry.facts.panorama ? 1 : 0;
-        if (!entry.facts.title.empty()) {
-            entry.file.title = entry.facts.title;
+        entry.file.isPhoto360 = entry.metadata.panorama ? 1 : 0;
+        if (!entry.metadata.title.empty()) {
+            entry.file.title = entry.metadata.title;
         }
     }
 }
 
 } // namespace
 
-Grouping::Grouping(LocationOpener opener, std::shared_ptr<MediaLibrary> library, EventQueue& events)
+Grouping::Grouping(LocationOpener opener, std::shared_ptr<MetadataCatalog> catalog, EventQueue& events)
     : m_opener(std::move(opener))
-    , m_library(std::move(library))
+    , m_catalog(std::move(catalog))
     , m_job(events)
 {
 }
@@ -144,9 +144,9 @@ bool Grouping::start(const std::string& directory, GroupFileType type)
     if (!folder) {
         return false;
     }
-    const auto request = std::make_shared<GroupRequest>(GroupRequest{std::move(*folder), type, m_opener, m_library});
+    const auto request = std::make_shared<GroupRequest>(GroupRequest{std::move(*folder), type, m_opener, m_catalog});
     m_job.start(
-        request->folder.location.stick,
+        request->folder.location.volume,
         [request, result = m_result](const CancelFlag& cancelled, RequestAnswers& answers) {
             GroupRun run(*request, cancelled);
             const int error = run.run();
@@ -158,7 +158,7 @@ bool Grouping::start(const std::string& directory, GroupFileType type)
                 return;
             }
             MediaEntries entries = run.takeEntries();
-            nameByFacts(entries);
+            applyMetadata(entries);
             const auto groups = std::make_shared<const Groups>(std::move(entries), request->type);
             {
                 const std::lock_guard<std::mutex> lock(result->mutex);

@@ -10,7 +10,7 @@ namespace desktop {
 
 namespace {
 
-constexpr std::chrono::seconds kPatience(2);
+constexpr std::chrono::seconds kTimeout(2);
 
 } // namespace
 
@@ -42,10 +42,10 @@ BackgroundJob::BackgroundJob(Work work)
 BackgroundJob::~BackgroundJob()
 {
     cancel();
-    if (m_thread.joinable() && waitFor(kPatience)) {
+    if (m_thread.joinable() && waitFor(kTimeout)) {
         m_thread.join();
     } else {
-        leave();
+        detach();
     }
 }
 
@@ -54,7 +54,7 @@ void BackgroundJob::cancel()
     m_state->cancelled = true;
 }
 
-void BackgroundJob::leave()
+void BackgroundJob::detach()
 {
     cancel();
     if (m_thread.joinable()) {

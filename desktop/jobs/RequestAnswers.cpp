@@ -5,7 +5,7 @@ namespace desktop {
 namespace {
 
 // So much may wait for a listener that is slower than the work.
-constexpr int kMostPieces = 64;
+constexpr int kMaxPieces = 64;
 
 /// Counts what is to be delivered. Its mutex is taken last of all: the queue lets go of data with its own one held.
 class Backlog {
@@ -13,7 +13,7 @@ public:
     void waitForRoom()
     {
         std::unique_lock<std::mutex> lock(m_mutex);
-        m_changed.wait(lock, [this] { return m_count < kMostPieces || m_open; });
+        m_changed.wait(lock, [this] { return m_count < kMaxPieces || m_open; });
         ++m_count;
     }
     void leave()

@@ -5,16 +5,16 @@
 
 namespace desktop {
 
-FolderFileInfo_s describeEntry(const std::string& directory, const std::string& name, const EntryFacts& facts,
-                               const MediaFacts* known)
+FolderFileInfo_s describeEntry(const std::string& directory, const std::string& name, const EntryStatus& status,
+                               const MediaMetadata* known)
 {
     FolderFileInfo_s entry;
-    entry.type = facts.type;
-    entry.size = facts.size;
-    entry.ctime = formatTime(facts.created);
+    entry.type = status.type;
+    entry.size = status.size;
+    entry.ctime = formatTime(status.created);
     entry.name = encodeName(name);
     entry.path = directory + "/" + entry.name;
-    entry.title = facts.type == FILE_TYPE_FOLDER ? entry.name : encodeName(nameWithoutExtension(name));
+    entry.title = status.type == FILE_TYPE_FOLDER ? entry.name : encodeName(nameWithoutExtension(name));
     if (known != nullptr) {
         entry.title = known->title.empty() ? entry.title : known->title;
         entry.isPhoto360 = known->panorama ? 1 : 0;
@@ -32,17 +32,18 @@ std::string formatTime(std::time_t time)
     return text;
 }
 
-media_file_info_s describeMedia(const std::string& path, FileType type, const std::string& title, const MediaFacts& facts)
+media_file_info_s describeMedia(const std::string& path, FileType type, const std::string& title,
+                                const MediaMetadata& metadata)
 {
     media_file_info_s info;
     info.path = path;
-    info.type = type == FILE_TYPE_PHOTO && facts.panorama ? FILE_TYPE_PANORAMA : type;
-    info.title = facts.title.empty() ? title : facts.title;
-    info.year = facts.year;
-    info.duration = facts.duration;
-    info.width = facts.width;
-    info.height = facts.height;
-    info.music = {facts.artist, facts.album, facts.genre};
+    info.type = type == FILE_TYPE_PHOTO && metadata.panorama ? FILE_TYPE_PANORAMA : type;
+    info.title = metadata.title.empty() ? title : metadata.title;
+    info.year = metadata.year;
+    info.duration = metadata.duration;
+    info.width = metadata.width;
+    info.height = metadata.height;
+    info.music = {metadata.artist, metadata.album, metadata.genre};
     return info;
 }
 

@@ -17,7 +17,7 @@ namespace desktop {
 namespace {
 
 constexpr std::chrono::seconds kTimeout(5);
-constexpr std::size_t kMostBytes = 4 << 20; // of a playlist file
+constexpr std::size_t kMaxBytes = 4 << 20; // of a playlist file
 
 using Paths = std::vector<std::string>;
 
@@ -49,7 +49,7 @@ std::optional<std::string> readWhole(const Location& file)
     ssize_t got = fd ? 1 : -1;
     while (got > 0 && (got = read(fd.get(), bytes, sizeof bytes)) > 0) {
         content.append(bytes, static_cast<std::size_t>(got));
-        if (content.size() > kMostBytes) {
+        if (content.size() > kMaxBytes) {
             errno = EFBIG;
             return std::nullopt;
         }
@@ -77,7 +77,7 @@ Paths readings(const PlaylistEntry& entry)
     return readings;
 }
 
-// The place @p path, beneath the stick @p root and without "."s; an empty one when it leads out.
+// The place @p path, beneath the volume @p root and without "."s; an empty one when it leads out.
 Location beneath(const Location& root, const std::string& path)
 {
     std::vector<std::string> names;
@@ -100,10 +100,10 @@ Location beneath(const Location& root, const std::string& path)
 /// One playlist file being looked through.
 class PlaylistReading {
 public:
-    PlaylistReading(Location file, std::string path, std::shared_ptr<MediaLibrary> library)
+    PlaylistReading(Location file, std::string path, std::shared_ptr<MetadataCatalog> catalog)
         : m_file(std::move(file))
         , m_path(std::move(path))
-        , m_library(std::move(library))
+        , m_catalog(std::move(catalog))
     {
     }
 
@@ -139,8 +139,8 @@ private:
         for (const std::string& target : readings(entry)) {
             const bool absolute = target.front() == '/';
             Paths places = {absolute ? target : folder + "/" + target};
-            if (absolute && liesIn(target, m_file.stick)) {
-                places.insert(places.begin(), target.substr(std::min(target.size(), m_file.stick.size())));
+            if (absolute && liesIn(target, m_file.volume)) {
+                places.insert(places.begin(), target.substr(std::min(target.size(), m_file.volume.size())));
             }
             for (const std::string& place : places) {
                 if (auto file = describeAt(beneath(m_file.root(), place), entry.title)) {
@@ -158,17 +158,18 @@ private:
             return std::nullopt;
         }
         const std::string name = location.relative.substr(slash + 1);
-        const Location folder = {location.stick, location.relative.substr(0, slash), location.volumeId};
+        const Location folder = {location.volume, location.relative.substr(0, slash), location.volumeId};
         const UniqueFd pinned = PathResolver::open(location, O_PATH);
-        const auto facts = pinned ? inspectPinned(pinned.get(), name) : std::nullopt;
-        if (!facts || facts->type == FILE_TYPE_FOLDER) {
+        const auto status = pinned ? inspectPinned(pinned.get(), name) : std::nullopt;
+        if (!status || status->type == FILE_TYPE_FOLDER) {
             return std::nullopt;
         }
         if (folder.relative != m_knownFolder) { // most entries lie where the one before them does
-            m_known = knownFiles(m_library, folder);
+            m_known = knownFiles(m_catalog, folder);
             m_knownFolder = folder.relative;
         }
-        FolderFileInfo_s file = describeEntry(encodeName(folder.path()), name, *facts, m_known.find(name, stampOf(*facts)));
+        FolderFileInfo_s file =
+            describeEntry(encodeName(folder.path()), name, *status, m_known.find(name, stampOf(*status)));
         if (!title.empty()) {
             file.title = title;
         }
@@ -177,16 +178,16 @@ private:
 
     Location m_file;
     std::string m_path;
-    std::shared_ptr<MediaLibrary> m_library;
+    std::shared_ptr<MetadataCatalog> m_catalog;
     std::string m_knownFolder;
     KnownFiles m_known; ///< of that folder
 };
 
 } // namespace
 
-Playlists::Playlists(LocationOpener opener, std::shared_ptr<MediaLibrary> library)
+Playlists::Playlists(LocationOpener opener, std::shared_ptr<MetadataCatalog> catalog)
     : m_opener(std::move(opener))
-    , m_library(std::move(library))
+    , m_catalog(std::move(catalog))
 {
 }
 
@@ -212,8 +213,8 @@ EntryList Playlists::entriesOf(const std::string& path) const
         return nullptr;
     }
     const auto entries =
-        m_opener.runWithin<EntryList>(kTimeout, path, [file, path, library = m_library](const CancelFlag& cancelled) {
-            return PlaylistReading(file, path, library).run(cancelled);
+        m_opener.runWithin<EntryList>(kTimeout, path, [file, path, catalog = m_catalog](const CancelFlag& cancelled) {
+            return PlaylistReading(file, path, catalog).run(cancelled);
         });
     return entries.value_or(nullptr);
 }

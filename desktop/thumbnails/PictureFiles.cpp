@@ -17,8 +17,8 @@ namespace {
 namespace fs = std::filesystem;
 
 // Of 10 to 20 KB each. Those handed over lie in memory.
-constexpr std::size_t kMostHandedOver = 2000;
-constexpr std::size_t kMostKept = 20'000;
+constexpr std::size_t kMaxHandedOver = 2000;
+constexpr std::size_t kMaxKept = 20'000;
 constexpr unsigned int kTrimEvery = 1000; // pictures
 
 } // namespace
@@ -66,7 +66,7 @@ void PictureFolder::discard(const NewPicture& picture)
 void PictureFolder::trim()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    while (m_files.size() > kMostHandedOver) {
+    while (m_files.size() > kMaxHandedOver) {
         unlink(m_files.front().c_str());
         m_files.pop_front();
     }
@@ -112,11 +112,11 @@ void PictureCache::trim() const
     for (fs::directory_iterator entry(m_folder, ignored), end; entry != end; entry.increment(ignored)) {
         files.emplace_back(entry->last_write_time(ignored), entry->path());
     }
-    if (files.size() <= kMostKept) {
+    if (files.size() <= kMaxKept) {
         return;
     }
     std::sort(files.begin(), files.end());
-    files.resize(files.size() - kMostKept);
+    files.resize(files.size() - kMaxKept);
     for (const auto& [time, file] : files) {
         fs::remove(file, ignored);
     }

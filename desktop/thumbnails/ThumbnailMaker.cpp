@@ -1,6 +1,6 @@
 #include "desktop/thumbnails/ThumbnailMaker.h"
 
-#include "desktop/files/EntryFacts.h"
+#include "desktop/files/EntryStatus.h"
 #include "desktop/files/MediaTypes.h"
 #include "desktop/text/NameEncoding.h"
 
@@ -47,17 +47,17 @@ private:
     std::uint64_t m_value = 0xCBF29CE484222325U;
 };
 
-/// What the picture of a file depends on. The place is the one on the stick, so that a stick that comes back under another
-/// name finds its pictures again; the head tells apart files that happen to agree in everything else.
-std::string contentKey(const Location& location, int fd, const EntryFacts& facts, const ThumbnailForm& form)
+/// What the picture of a file depends on. The place is the one on the volume, so that a volume that comes back under another
+/// name finds its pictures again; the head distinguishes files that agree in everything else.
+std::string contentKey(const Location& location, int fd, const EntryStatus& status, const ThumbnailForm& form)
 {
     char head[kHead];
     const ssize_t got = pread(fd, head, sizeof head, 0);
     Hash hash;
     hash.addNumber(kReadingVersion);
     hash.add(location.relative);
-    hash.addNumber(facts.size);
-    hash.addNumber(facts.modified);
+    hash.addNumber(status.size);
+    hash.addNumber(status.modified);
     hash.addNumber(form.width);
     hash.addNumber(form.height);
     hash.add({head, got > 0 ? static_cast<std::size_t>(got) : 0});
@@ -79,16 +79,16 @@ ThumbnailMaker::ThumbnailMaker(PathResolver resolver, std::shared_ptr<MediaWorke
 }
 
 std::string ThumbnailMaker::make(const std::string& path, const ThumbnailForm& form, PictureFolder& folder,
-                                 const Wakeup& abandon, std::string& error)
+                                 const Wakeup& cancel, std::string& error)
 {
     const Location location = m_resolver.locate(decodeName(path));
     const UniqueFd pinned = PathResolver::open(location, O_PATH);
-    const auto facts = pinned ? inspectPinned(pinned.get(), location.relative) : std::nullopt;
-    if (!facts) {
+    const auto status = pinned ? inspectPinned(pinned.get(), location.relative) : std::nullopt;
+    if (!status) {
         error = describeError(errno);
         return "";
     }
-    if (!form.wants(facts->type)) {
+    if (!form.wants(status->type)) {
         return "";
     }
     const UniqueFd file = openRegularFile(pinned.get());
@@ -97,7 +97,7 @@ std::string ThumbnailMaker::make(const std::string& path, const ThumbnailForm& f
         error = describeError(errno);
         return "";
     }
-    error = write(file.get(), facts->type, form, contentKey(location, file.get(), *facts, form), picture.fd.get(), abandon);
+    error = write(file.get(), status->type, form, contentKey(location, file.get(), *status, form), picture.fd.get(), cancel);
     if (!error.empty()) {
         PictureFolder::discard(picture);
         return "";
@@ -108,12 +108,12 @@ std::string ThumbnailMaker::make(const std::string& path, const ThumbnailForm& f
 
 // Writes the picture that is kept under @p key, or else a new one; returns why there is none.
 std::string ThumbnailMaker::write(int file, FileType type, const ThumbnailForm& form, const std::string& key, int picture,
-                                  const Wakeup& abandon)
+                                  const Wakeup& cancel)
 {
     if (const UniqueFd known = m_cache.find(key)) {
         return copyFile(known.get(), picture) ? "" : describeError(errno);
     }
-    std::string error = m_workers->makeThumbnail(file, type, form.width, form.height, picture, abandon);
+    std::string error = m_workers->makeThumbnail(file, type, form.width, form.height, picture, cancel);
     if (error.empty()) {
         m_cache.keep(key, picture);
     }

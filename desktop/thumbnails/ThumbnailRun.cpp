@@ -51,7 +51,7 @@ struct ThumbnailRun::State : std::enable_shared_from_this<State> {
     const std::shared_ptr<ThumbnailMaker> maker;
     const std::shared_ptr<PictureFolder> folder;
     EventQueue& events;
-    Wakeup abandon;
+    Wakeup cancel;
     std::atomic<bool> cancelled{false};
     std::mutex mutex;
     std::vector<Entry> entries;
@@ -63,7 +63,7 @@ struct ThumbnailRun::State : std::enable_shared_from_this<State> {
     std::string make(const std::string& path);
     void finish(std::size_t index, std::string picture);
     void postFinished();
-    void lose(const std::string& stick);
+    void volumeRemoved(const std::string& volume);
 };
 
 void ThumbnailRun::State::work()
@@ -87,7 +87,7 @@ bool ThumbnailRun::State::take(std::size_t& index)
 std::string ThumbnailRun::State::make(const std::string& path)
 {
     std::string error;
-    const std::string file = path.empty() ? "" : maker->make(path, request.form, *folder, abandon, error);
+    const std::string file = path.empty() ? "" : maker->make(path, request.form, *folder, cancel, error);
     if (!error.empty() && !cancelled) {
         logLine(LogLevel::Warning, "no thumbnail of " + path + ": " + error);
     }
@@ -97,13 +97,13 @@ std::string ThumbnailRun::State::make(const std::string& path)
 void ThumbnailRun::State::finish(std::size_t index, std::string picture)
 {
     const std::lock_guard<std::mutex> lock(mutex);
-    if (!entries[index].finished) { // its stick may have been pulled meanwhile
+    if (!entries[index].finished) { // its volume may have been removed meanwhile
         entries[index] = {true, std::move(picture)};
         postFinished();
     }
 }
 
-// In the order of the request: whoever asked takes the last one for the end.
+// In the order of the request: the last one is taken for the end.
 void ThumbnailRun::State::postFinished()
 {
     for (; !cancelled && posted < entries.size() && entries[posted].finished; ++posted) {
@@ -113,17 +113,17 @@ void ThumbnailRun::State::postFinished()
     }
 }
 
-void ThumbnailRun::State::lose(const std::string& stick)
+void ThumbnailRun::State::volumeRemoved(const std::string& volume)
 {
     const std::lock_guard<std::mutex> lock(mutex);
     for (std::size_t i = posted; i < entries.size(); ++i) {
-        if (request.paths[i].empty() || liesIn(decodeName(request.paths[i]), stick)) {
+        if (request.paths[i].empty() || liesIn(decodeName(request.paths[i]), volume)) {
             entries[i].finished = true;
         }
     }
     postFinished();
     if (posted == entries.size()) {
-        abandon.raise();
+        cancel.raise();
     }
 }
 
@@ -144,12 +144,12 @@ ThumbnailRun::~ThumbnailRun()
 void ThumbnailRun::cancel()
 {
     m_state->cancelled = true;
-    m_state->abandon.raise();
+    m_state->cancel.raise();
 }
 
-void ThumbnailRun::lose(const std::string& stick)
+void ThumbnailRun::volumeRemoved(const std::string& volume)
 {
-    m_state->lose(stick);
+    m_state->volumeRemoved(volume);
 }
 
 bool ThumbnailRun::ended() const

@@ -10,7 +10,7 @@ namespace desktop {
 
 namespace {
 
-constexpr int kMostEntries = 100'000;       // each ends in an event
+constexpr int kMaxEntries = 100'000;        // each ends in an event
 constexpr unsigned int kLargestSide = 8192; // pixels
 
 bool refuse(const std::string& reason)
@@ -34,7 +34,7 @@ bool Thumbnails::append(const EntryList& entries, int start, int count)
     if (entries == nullptr) {
         return refuse("no folder has been read");
     }
-    if (start < 0 || count < 1 || count > kMostEntries) {
+    if (start < 0 || count < 1 || count > kMaxEntries) {
         return refuse("not from " + std::to_string(start) + " on, " + std::to_string(count) + " entries");
     }
     const auto first = static_cast<std::size_t>(start);
@@ -83,11 +83,11 @@ void Thumbnails::close()
     m_ended.clear();
 }
 
-void Thumbnails::lose(const std::string& stick)
+void Thumbnails::volumeRemoved(const std::string& volume)
 {
     const std::lock_guard<std::mutex> lock(m_runMutex);
     if (m_run != nullptr) {
-        m_run->lose(stick);
+        m_run->volumeRemoved(volume);
     }
 }
 

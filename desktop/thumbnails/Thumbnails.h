@@ -29,8 +29,8 @@ public:
     void stop();
     /// Stops, and waits for all threads that can end.
     void close();
-    /// Stick @p stick, a path as bytes, has been pulled. Safe on any thread.
-    void lose(const std::string& stick);
+    /// Volume @p volume, a path as bytes, has been removed. Safe on any thread.
+    void volumeRemoved(const std::string& volume);
 
 private:
     void endRun();
@@ -41,8 +41,8 @@ private:
     const std::shared_ptr<PictureFolder> m_singleFolder;
     std::vector<std::string> m_list;
     bool m_listIsRange = false;
-    std::mutex m_runMutex;                              ///< for lose(); only the command thread changes what it guards
-    std::unique_ptr<ThumbnailRun> m_run;                ///< the latest
+    std::mutex m_runMutex;               ///< for volumeRemoved(); only the command thread changes what it guards
+    std::unique_ptr<ThumbnailRun> m_run; ///< the latest
     std::vector<std::unique_ptr<ThumbnailRun>> m_ended; ///< cancelled ones whose threads still end
 };
 

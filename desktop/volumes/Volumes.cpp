@@ -1,6 +1,6 @@
 #include "desktop/volumes/Volumes.h"
 
-#include "desktop/files/EntryFacts.h"
+#include "desktop/files/EntryStatus.h"
 #include "desktop/text/NameEncoding.h"
 #include "desktop/volumes/DeviceProbe.h"
 
@@ -55,11 +55,11 @@ bool Volumes::Identity::operator==(const Identity& other) const
     return std::tie(mount, device, inode, birth) == std::tie(other.mount, other.device, other.inode, other.birth);
 }
 
-Volumes::Volumes(StickSources sources, PathResolver resolver, EventQueue& events, Pulled pulled)
+Volumes::Volumes(VolumeSources sources, PathResolver resolver, EventQueue& events, Removed removed)
     : m_sources(std::move(sources))
     , m_resolver(std::move(resolver))
     , m_events(events)
-    , m_pulled(std::move(pulled))
+    , m_removed(std::move(removed))
 {
     m_resolver.setVolumes({});
     refresh();
@@ -111,7 +111,7 @@ void Volumes::watchLoop()
         if (waits[2].revents != 0) {
             return;
         }
-        // What happened does not matter: what is there is looked at, and many changes may be told in one go.
+        // Many changes may raise one event, so what is there now is read anew.
         m_folderWatch.clear();
         m_mountMonitor.clear();
         refresh();
@@ -140,7 +140,7 @@ void Volumes::refresh()
     }
 }
 
-// The sticks that are there, in the order of their sources.
+// The volumes that are there, in the order of their sources.
 std::vector<Volumes::Volume> Volumes::find(const std::vector<Mount>& mounts)
 {
     std::vector<Volume> found;
@@ -157,7 +157,7 @@ void Volumes::addGiven(std::vector<Volume>& found)
         if (identity.isMountPoint) {
             m_mountPoints.insert(folder);
         }
-        // The empty folder that a stick was mounted on is not the stick.
+        // The empty folder that a volume was mounted on is not the volume.
         const bool unmounted = !identity.isMountPoint && m_mountPoints.count(folder) > 0;
         if (identity.inode != 0 && !unmounted) {
             found.push_back({folder, identity, "", ""});
@@ -192,7 +192,7 @@ void Volumes::describe(Volume& volume, const std::vector<Mount>& mounts)
     if (mount == mounts.end() || !isDevice(mount->source)) {
         return;
     }
-    const DeviceFacts device = probeDevice(mount->source);
+    const DeviceDescription device = probeDevice(mount->source);
     if (volume.identity.isMountPoint && !device.label.empty()) {
         volume.name = device.label;
     }
@@ -209,8 +209,8 @@ void Volumes::remove(const Volume& volume)
                                      [&volume](const Volume& known) { return known.folder == volume.folder; }));
     }
     updateResolver();
-    if (m_pulled) {
-        m_pulled(volume.folder);
+    if (m_removed) {
+        m_removed(volume.folder);
     }
     Json::Value removed;
     removed["devType"] = kDeviceTypeUsb;

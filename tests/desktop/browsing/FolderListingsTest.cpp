@@ -48,15 +48,15 @@ protected:
 
     ReadObserver observer()
     {
-        ReadObserver told;
-        told.progress = [this](const std::string&, std::size_t) {
+        ReadObserver received;
+        received.progress = [this](const std::string&, std::size_t) {
             reading.open();
             if (holdReading) {
                 goOnReading.wait();
             }
         };
-        told.failed = [this](const std::string& path, const std::string& reason) { failures.add(path + ": " + reason); };
-        return told;
+        received.failed = [this](const std::string& path, const std::string& reason) { failures.add(path + ": " + reason); };
+        return received;
     }
 
     testsupport::TemporaryDirectory folder;
@@ -219,9 +219,9 @@ TEST_F(FolderListingsTest, StickPulledWhileAFolderIsRead_EndsTheReadAtOnceThough
     holdReading = true;
     EXPECT_TRUE(listings.change(folder.path("big"), 9));
     ASSERT_TRUE(reading.wait());
-    listings.lose("/another stick");
+    listings.volumeRemoved("/another stick");
     EXPECT_TRUE(results.sofar().empty());
-    listings.lose(folder.path());
+    listings.volumeRemoved(folder.path());
     EXPECT_THAT(results.waitFor(1), ElementsAre(Names{}));
     EXPECT_THAT(failures.sofar(), ElementsAre(folder.path("big") + ": The stick has been pulled"));
     EXPECT_EQ(listings.current(), nullptr);

@@ -191,14 +191,14 @@ TEST_F(ListingReaderTest, Cancelled_StopsAtTheNextEntry)
 {
     testsupport::makeManyFiles(folder.path(), 1100);
     std::atomic<bool> cancelled{false};
-    std::vector<std::size_t> told;
+    std::vector<std::size_t> received;
     Listing listing;
     const auto cancel = [&](std::size_t entries) {
-        told.push_back(entries);
+        received.push_back(entries);
         cancelled = true;
     };
     EXPECT_EQ(readListing(open(), nullptr, cancelled, cancel, listing), ECANCELED);
-    EXPECT_THAT(told, ElementsAre(512U));
+    EXPECT_THAT(received, ElementsAre(512U));
     EXPECT_EQ(listing.entries.size(), 512U);
 }
 
@@ -219,25 +219,25 @@ protected:
     {
         folder.makeDirectory("big");
         testsupport::makeManyFiles(folder.path("big"), 600);
-        uses.progress = [this](std::size_t) {
+        context.progress = [this](std::size_t) {
             reading.open();
             goOnReading.wait();
         };
-        uses.known = [this](const FolderStamp&) { return known; };
-        uses.done = [this](const ListingTask::OutcomePointer&) { ++done; };
+        context.known = [this](const FolderStamp&) { return known; };
+        context.done = [this](const ListingTask::OutcomePointer&) { ++done; };
     }
 
     testsupport::Door reading;
     testsupport::Door goOnReading;
     ListingPointer known;
     std::atomic<int> done{0};
-    ListingTask::Uses uses;
+    ListingTask::Context context;
 };
 
 TEST_F(ListingTaskTest, CancelledRead_NeverTellsThatItIsDone)
 {
     {
-        ListingTask task(folderAt("big"), uses);
+        ListingTask task(folderAt("big"), context);
         ASSERT_TRUE(reading.wait());
         EXPECT_FALSE(task.finished());
         task.cancel();
@@ -250,7 +250,7 @@ TEST_F(ListingTaskTest, CancelledRead_NeverTellsThatItIsDone)
 
 TEST_F(ListingTaskTest, FolderThatIsNotThere_IsRefusedWithItsReasonAndNotDone)
 {
-    const ListingTask task(folderAt("missing"), uses);
+    const ListingTask task(folderAt("missing"), context);
     EXPECT_EQ(task.waitUntilOpened(testsupport::kDeadline), ENOENT);
     EXPECT_TRUE(task.waitFor(testsupport::kDeadline));
     EXPECT_EQ(done, 0);
@@ -259,7 +259,7 @@ TEST_F(ListingTaskTest, FolderThatIsNotThere_IsRefusedWithItsReasonAndNotDone)
 TEST_F(ListingTaskTest, FolderThatIsKnown_IsNotReadAgain)
 {
     known = std::make_shared<Listing>();
-    const ListingTask task(folderAt("big"), uses);
+    const ListingTask task(folderAt("big"), context);
     EXPECT_EQ(task.waitUntilOpened(testsupport::kDeadline), 0);
     EXPECT_TRUE(task.waitFor(testsupport::kDeadline));
     EXPECT_EQ(task.listing(), known);
@@ -268,7 +268,7 @@ TEST_F(ListingTaskTest, FolderThatIsKnown_IsNotReadAgain)
 
 TEST_F(ListingTaskTest, Failed_EndsAtOnceThoughItsThreadIsKept)
 {
-    ListingTask task(folderAt("big"), uses);
+    ListingTask task(folderAt("big"), context);
     ASSERT_TRUE(reading.wait());
     task.fail(ENODEV);
     EXPECT_TRUE(task.finished());

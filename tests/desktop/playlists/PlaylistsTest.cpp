@@ -29,7 +29,7 @@ protected:
     }
 
     testsupport::MediaStick stick;
-    Playlists playlists{stick.opener, stick.library};
+    Playlists playlists{stick.opener, stick.catalog};
 };
 
 TEST_F(PlaylistsTest, FilesBelow_AreFoundInTheOrderOfAWalk)

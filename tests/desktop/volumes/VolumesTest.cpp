@@ -181,7 +181,7 @@ protected:
         return mounts.refusal().empty() && mounts.mountImage(folder.path("image"), folder.path(below));
     }
 
-    StickSources mountedOnes() const { return {{}, {folder.path("mnt")}}; }
+    VolumeSources mountedOnes() const { return {{}, {folder.path("mnt")}}; }
 
     testsupport::OwnMounts mounts;
 };

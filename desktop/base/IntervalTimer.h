@@ -5,9 +5,9 @@
 namespace desktop {
 
 /// Tells when something that is done every so often is due again.
-class Pace {
+class IntervalTimer {
 public:
-    explicit Pace(std::chrono::milliseconds interval)
+    explicit IntervalTimer(std::chrono::milliseconds interval)
         : m_interval(interval)
     {
     }

@@ -1,4 +1,4 @@
-#include "desktop/metadata/MediaIndex.h"
+#include "desktop/metadata/MetadataDatabase.h"
 
 #include "desktop/base/Sqlite.h"
 
@@ -19,17 +19,17 @@ using testing::HasSubstr;
 
 const FileStamp kStamp = {5'000'000'000, 1'700'000'000'123'456'789};
 
-IndexedFile song(const std::string& name, const std::string& title = "A title")
+StoredFile song(const std::string& name, const std::string& title = "A title")
 {
-    IndexedFile file;
+    StoredFile file;
     file.name = name;
     file.stamp = kStamp;
-    file.facts = {title, "An artist", "An album", "A genre", "2001", "2024-05-17 12:30:00",
-                  185,   640,         480,        90,        true,   "A fault"};
+    file.metadata = {title, "An artist", "An album", "A genre", "2001", "2024-05-17 12:30:00",
+                     185,   640,         480,        90,        true,   "A fault"};
     return file;
 }
 
-class MediaIndexTest : public testing::Test {
+class MetadataDatabaseTest : public testing::Test {
 protected:
     std::string databaseFile() const
     {
@@ -41,33 +41,33 @@ protected:
         return "";
     }
 
-    const IndexedFolder folder = {"stick", "Music/Jazz"};
+    const StoredFolder folder = {"stick", "Music/Jazz"};
     testsupport::TemporaryDirectory cache;
 };
 
-TEST_F(MediaIndexTest, WhatWasStored_IsFoundWholeByTheNextProgram)
+TEST_F(MetadataDatabaseTest, WhatWasStored_IsFoundWholeByTheNextProgram)
 {
-    MediaIndex(cache.path()).store(folder, {song("caf\xE9.mp3")});
-    const KnownFiles known = MediaIndex(cache.path()).filesOf(folder);
-    const MediaFacts* facts = known.find("caf\xE9.mp3", kStamp);
-    ASSERT_NE(facts, nullptr);
-    EXPECT_EQ(facts->title, "A title");
-    EXPECT_EQ(facts->artist, "An artist");
-    EXPECT_EQ(facts->album, "An album");
-    EXPECT_EQ(facts->genre, "A genre");
-    EXPECT_EQ(facts->year, "2001");
-    EXPECT_EQ(facts->taken, "2024-05-17 12:30:00");
-    EXPECT_EQ(facts->duration, 185);
-    EXPECT_EQ(facts->width, 640);
-    EXPECT_EQ(facts->height, 480);
-    EXPECT_EQ(facts->rotation, 90);
-    EXPECT_TRUE(facts->panorama);
-    EXPECT_EQ(facts->error, "A fault");
+    MetadataDatabase(cache.path()).store(folder, {song("caf\xE9.mp3")});
+    const KnownFiles known = MetadataDatabase(cache.path()).filesOf(folder);
+    const MediaMetadata* metadata = known.find("caf\xE9.mp3", kStamp);
+    ASSERT_NE(metadata, nullptr);
+    EXPECT_EQ(metadata->title, "A title");
+    EXPECT_EQ(metadata->artist, "An artist");
+    EXPECT_EQ(metadata->album, "An album");
+    EXPECT_EQ(metadata->genre, "A genre");
+    EXPECT_EQ(metadata->year, "2001");
+    EXPECT_EQ(metadata->taken, "2024-05-17 12:30:00");
+    EXPECT_EQ(metadata->duration, 185);
+    EXPECT_EQ(metadata->width, 640);
+    EXPECT_EQ(metadata->height, 480);
+    EXPECT_EQ(metadata->rotation, 90);
+    EXPECT_TRUE(metadata->panorama);
+    EXPECT_EQ(metadata->error, "A fault");
 }
 
-TEST_F(MediaIndexTest, FileInAnotherState_IsNotKnown)
+TEST_F(MetadataDatabaseTest, FileInAnotherState_IsNotKnown)
 {
-    MediaIndex index("");
+    MetadataDatabase index("");
     index.store(folder, {song("a.mp3")});
     const KnownFiles known = index.filesOf(folder);
     EXPECT_EQ(known.find("a.mp3", {kStamp.size + 1, kStamp.modified}), nullptr);
@@ -75,9 +75,9 @@ TEST_F(MediaIndexTest, FileInAnotherState_IsNotKnown)
     EXPECT_EQ(known.find("b.mp3", kStamp), nullptr);
 }
 
-TEST_F(MediaIndexTest, FileStoredAgain_HasItsNewFacts)
+TEST_F(MetadataDatabaseTest, FileStoredAgain_HasItsNewFacts)
 {
-    MediaIndex index("");
+    MetadataDatabase index("");
     index.store(folder, {song("a.mp3", "Old"), song("b.mp3", "Other")});
     index.store(folder, {song("a.mp3", "New")});
     const KnownFiles known = index.filesOf(folder);
@@ -85,9 +85,9 @@ TEST_F(MediaIndexTest, FileStoredAgain_HasItsNewFacts)
     EXPECT_EQ(known.find("b.mp3", kStamp)->title, "Other");
 }
 
-TEST_F(MediaIndexTest, FilesOfManyFolders_AreStoredTogether)
+TEST_F(MetadataDatabaseTest, FilesOfManyFolders_AreStoredTogether)
 {
-    MediaIndex index("");
+    MetadataDatabase index("");
     index.store(
         {{{"stick", "a"}, {song("1.mp3", "One")}}, {{"stick", "b"}, {song("1.mp3", "Two"), song("2.mp3", "Three")}}});
     EXPECT_EQ(index.filesOf({"stick", "a"}).find("1.mp3", kStamp)->title, "One");
@@ -95,18 +95,18 @@ TEST_F(MediaIndexTest, FilesOfManyFolders_AreStoredTogether)
     EXPECT_EQ(index.filesOf({"stick", "b"}).find("2.mp3", kStamp)->title, "Three");
 }
 
-TEST_F(MediaIndexTest, Folders_AreToldApartByStickAndPath)
+TEST_F(MetadataDatabaseTest, Folders_AreToldApartByStickAndPath)
 {
-    MediaIndex index("");
+    MetadataDatabase index("");
     index.store(folder, {song("a.mp3")});
     EXPECT_TRUE(index.filesOf({"other stick", folder.path}).empty());
     EXPECT_TRUE(index.filesOf({folder.volume, "Music"}).empty());
     EXPECT_FALSE(index.filesOf(folder).empty());
 }
 
-TEST_F(MediaIndexTest, Forgetting_TakesTheFolderAndAllBelowAndNothingElse)
+TEST_F(MetadataDatabaseTest, Forgetting_TakesTheFolderAndAllBelowAndNothingElse)
 {
-    MediaIndex index("");
+    MetadataDatabase index("");
     const std::vector<std::string> paths = {"", "a", "a/b", "a/b/c", "a b", "a0", "b"};
     for (const std::string& path : paths) {
         index.store({"stick", path}, {song("x.mp3")});
@@ -126,28 +126,28 @@ TEST_F(MediaIndexTest, Forgetting_TakesTheFolderAndAllBelowAndNothingElse)
     EXPECT_EQ(known("other"), paths);
 }
 
-TEST_F(MediaIndexTest, DamagedDatabase_IsSetAsideAndBegunAnew)
+TEST_F(MetadataDatabaseTest, DamagedDatabase_IsSetAsideAndBegunAnew)
 {
-    MediaIndex(cache.path()).store(folder, {song("a.mp3")});
+    MetadataDatabase(cache.path()).store(folder, {song("a.mp3")});
     const std::string file = databaseFile();
     std::ofstream(file, std::ios::trunc) << std::string(8192, 'x');
     testing::internal::CaptureStdout();
-    MediaIndex index(cache.path());
+    MetadataDatabase index(cache.path());
     EXPECT_THAT(testing::internal::GetCapturedStdout(), HasSubstr("set aside as " + file + ".damaged"));
     EXPECT_TRUE(index.filesOf(folder).empty());
     index.store(folder, {song("a.mp3")});
-    EXPECT_FALSE(MediaIndex(cache.path()).filesOf(folder).empty());
+    EXPECT_FALSE(MetadataDatabase(cache.path()).filesOf(folder).empty());
     EXPECT_TRUE(fs::exists(file + ".damaged"));
 }
 
-TEST_F(MediaIndexTest, DatabaseDamagedWhileItIsOpen_IsReplacedAndTakesWhatComes)
+TEST_F(MetadataDatabaseTest, DatabaseDamagedWhileItIsOpen_IsReplacedAndTakesWhatComes)
 {
-    std::vector<IndexedFile> many;
+    std::vector<StoredFile> many;
     for (int i = 0; i < 2000; ++i) {
         many.push_back(song(std::to_string(i) + ".mp3"));
     }
-    MediaIndex(cache.path()).store(folder, many);
-    MediaIndex index(cache.path());
+    MetadataDatabase(cache.path()).store(folder, many);
+    MetadataDatabase index(cache.path());
     // All but the first page, which has the tables' names.
     std::fstream file(databaseFile(), std::ios::in | std::ios::out | std::ios::binary);
     file.seekp(4096);
@@ -159,19 +159,19 @@ TEST_F(MediaIndexTest, DatabaseDamagedWhileItIsOpen_IsReplacedAndTakesWhatComes)
     EXPECT_NE(index.filesOf(folder).find("new.mp3", kStamp), nullptr);
 }
 
-TEST_F(MediaIndexTest, FolderThatCannotBeUsed_LeavesTheIndexInMemory)
+TEST_F(MetadataDatabaseTest, FolderThatCannotBeUsed_LeavesTheIndexInMemory)
 {
     cache.makeFile("file");
     testing::internal::CaptureStdout();
-    MediaIndex index(cache.path("file/below"));
+    MetadataDatabase index(cache.path("file/below"));
     EXPECT_THAT(testing::internal::GetCapturedStdout(), HasSubstr("the media index is kept in memory"));
     index.store(folder, {song("a.mp3")});
     EXPECT_FALSE(index.filesOf(folder).empty());
 }
 
-TEST_F(MediaIndexTest, ManyThreads_LoseNothing)
+TEST_F(MetadataDatabaseTest, ManyThreads_LoseNothing)
 {
-    MediaIndex index(cache.path());
+    MetadataDatabase index(cache.path());
     std::vector<std::thread> threads;
     for (int thread = 0; thread < 4; ++thread) {
         threads.emplace_back([&index, thread] {
@@ -192,13 +192,13 @@ TEST_F(MediaIndexTest, ManyThreads_LoseNothing)
     }
 }
 
-TEST_F(MediaIndexTest, WhatAnOlderReadingTold_IsForgotten)
+TEST_F(MetadataDatabaseTest, WhatAnOlderReadingTold_IsForgotten)
 {
-    MediaIndex(cache.path()).store(folder, {song("a.mp3")});
+    MetadataDatabase(cache.path()).store(folder, {song("a.mp3")});
     SqliteDatabase(databaseFile()).execute("PRAGMA user_version = 1");
-    EXPECT_EQ(MediaIndex(cache.path()).filesOf(folder).find("a.mp3", kStamp), nullptr);
-    MediaIndex(cache.path()).store(folder, {song("a.mp3")});
-    EXPECT_NE(MediaIndex(cache.path()).filesOf(folder).find("a.mp3", kStamp), nullptr);
+    EXPECT_EQ(MetadataDatabase(cache.path()).filesOf(folder).find("a.mp3", kStamp), nullptr);
+    MetadataDatabase(cache.path()).store(folder, {song("a.mp3")});
+    EXPECT_NE(MetadataDatabase(cache.path()).filesOf(folder).find("a.mp3", kStamp), nullptr);
 }
 
 } // namespace

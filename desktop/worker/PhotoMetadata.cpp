@@ -1,4 +1,4 @@
-#include "desktop/worker/PhotoFacts.h"
+#include "desktop/worker/PhotoMetadata.h"
 
 #include "desktop/worker/MediaError.h"
 
@@ -90,20 +90,20 @@ Turn turnOf(const Exiv2::Image& image)
 
 } // namespace
 
-MediaFacts readPhotoFacts(const MappedFile& file)
+MediaMetadata readPhotoMetadata(const MappedFile& file)
 try {
     const ImagePointer image = openImage(file);
     const Turn turn = turnOf(*image);
-    MediaFacts facts;
-    facts.taken = dateTaken(*image);
-    facts.width = image->pixelWidth();
-    facts.height = image->pixelHeight();
+    MediaMetadata metadata;
+    metadata.taken = dateTaken(*image);
+    metadata.width = image->pixelWidth();
+    metadata.height = image->pixelHeight();
     if (turn.swapsSides()) {
-        std::swap(facts.width, facts.height);
+        std::swap(metadata.width, metadata.height);
     }
-    facts.rotation = turn.degrees();
-    facts.panorama = isPanorama(*image);
-    return facts;
+    metadata.rotation = turn.degrees();
+    metadata.panorama = isPanorama(*image);
+    return metadata;
 } catch (const Exiv2::AnyError& error) {
     throw MediaError(error.what());
 }

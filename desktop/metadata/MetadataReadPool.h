@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/metadata/MediaLibrary.h"
+#include "desktop/metadata/MetadataCatalog.h"
 
 #include <condition_variable>
 #include <deque>
@@ -8,17 +8,17 @@
 
 namespace desktop {
 
-/// Reads the facts of many media files, two at a time, and has the library remember them.
-class FactsReaders {
+/// Reads the metadata of many media files, two at a time, and has the catalog remember them.
+class MetadataReadPool {
 public:
-    FactsReaders(std::shared_ptr<MediaLibrary> library, CancelFlag cancelled);
-    ~FactsReaders() { finish(); }
-    FactsReaders(const FactsReaders&) = delete;
-    FactsReaders& operator=(const FactsReaders&) = delete;
+    MetadataReadPool(std::shared_ptr<MetadataCatalog> catalog, CancelFlag cancelled);
+    ~MetadataReadPool() { finish(); }
+    MetadataReadPool(const MetadataReadPool&) = delete;
+    MetadataReadPool& operator=(const MetadataReadPool&) = delete;
 
-    /// Has regular file @p name, which has the facts @p entry, of the open folder @p fd at @p folder read into @p facts,
-    /// which must stay until finish(). Waits while many others are still to be read.
-    void add(const Location& folder, int fd, const std::string& name, const EntryFacts& entry, MediaFacts& facts);
+    /// Has regular file @p name, which has the metadata @p entry, of the open folder @p fd at @p folder read into @p
+    /// metadata, which must stay until finish(). Waits while many others are still to be read.
+    void add(const Location& folder, int fd, const std::string& name, const EntryStatus& entry, MediaMetadata& metadata);
     /// Waits until all have been read; what is still to be read when cancelled is left out.
     void finish();
 
@@ -27,9 +27,9 @@ private:
     struct File {
         Location folder;
         std::string name; ///< bytes
-        EntryFacts entry;
+        EntryStatus entry;
         UniqueFd fd;
-        MediaFacts* facts = nullptr;
+        MediaMetadata* metadata = nullptr;
     };
 
     using Files = std::vector<File>;
@@ -44,7 +44,7 @@ private:
     void read(Files& files);
     void keep(const Files& files, Read& known) const;
 
-    std::shared_ptr<MediaLibrary> m_library;
+    std::shared_ptr<MetadataCatalog> m_catalog;
     CancelFlag m_cancelled;
     std::mutex m_mutex;
     std::condition_variable m_changed;

@@ -6,11 +6,11 @@
 
 namespace desktop {
 
-/// Tells whether a stick is still the one it was: descriptors outlive a stick that has been pulled.
-class StickPresence {
+/// Tells whether a volume is still the one it was: descriptors outlive a volume that has been removed.
+class VolumePresence {
 public:
-    explicit StickPresence(std::string stick)
-        : m_stick(std::move(stick))
+    explicit VolumePresence(std::string volume)
+        : m_volume(std::move(volume))
         , m_there(look(m_status))
     {
     }
@@ -22,9 +22,9 @@ public:
     }
 
 private:
-    bool look(struct stat& status) const { return stat(m_stick.c_str(), &status) == 0; }
+    bool look(struct stat& status) const { return stat(m_volume.c_str(), &status) == 0; }
 
-    std::string m_stick;
+    std::string m_volume;
     struct stat m_status = {};
     bool m_there;
 };

@@ -1,4 +1,4 @@
-#include "desktop/worker/StreamFacts.h"
+#include "desktop/worker/StreamMetadata.h"
 
 #include "desktop/worker/TagText.h"
 
@@ -26,31 +26,31 @@ int wholeSeconds(std::int64_t duration)
 
 } // namespace
 
-MediaFacts readStreamFacts(AvInput& input)
+MediaMetadata readStreamMetadata(AvInput& input)
 {
     AVStream* video = input.video();
     if (input->duration <= 0 || video == nullptr || !isDescribed(*video)) {
         input.describeStreams();
         video = input.video();
     }
-    MediaFacts facts;
-    facts.duration = wholeSeconds(input->duration);
-    facts.title = tag(input, "title");
-    facts.artist = tag(input, "artist");
-    facts.album = tag(input, "album");
-    facts.genre = tag(input, "genre");
-    facts.year = yearOf(tag(input, "date"));
-    tidyTexts(facts);
+    MediaMetadata metadata;
+    metadata.duration = wholeSeconds(input->duration);
+    metadata.title = tag(input, "title");
+    metadata.artist = tag(input, "artist");
+    metadata.album = tag(input, "album");
+    metadata.genre = tag(input, "genre");
+    metadata.year = yearOf(tag(input, "date"));
+    tidyTexts(metadata);
     if (video != nullptr) {
         const Turn turn = turnOf(*video);
-        facts.width = video->codecpar->width;
-        facts.height = video->codecpar->height;
-        facts.rotation = turn.degrees();
+        metadata.width = video->codecpar->width;
+        metadata.height = video->codecpar->height;
+        metadata.rotation = turn.degrees();
         if (turn.swapsSides()) {
-            std::swap(facts.width, facts.height);
+            std::swap(metadata.width, metadata.height);
         }
     }
-    return facts;
+    return metadata;
 }
 
 bool isDescribed(const AVStream& stream)

@@ -1,4 +1,4 @@
-#include "desktop/files/EntryFacts.h"
+#include "desktop/files/EntryStatus.h"
 
 #include "desktop/base/FileTime.h"
 #include "desktop/files/MediaTypes.h"
@@ -26,44 +26,44 @@ bool look(int folder, const std::string& name, struct statx& status)
     return statx(folder, name.c_str(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, kFields, &status) == 0;
 }
 
-EntryFacts regularFileFacts(const std::string& name, const struct statx& status, int pinned)
+EntryStatus regularFileStatus(const std::string& name, const struct statx& status, int pinned)
 {
     const FileType type = regularFileType(name, status.stx_size, pinned);
     return {type, status.stx_size, nanoseconds(status.stx_mtime), creationTime(status)};
 }
 
-EntryFacts plainFileFacts(int folder, const std::string& name, const struct statx& status)
+EntryStatus plainFileStatus(int folder, const std::string& name, const struct statx& status)
 {
     // Most files need no descriptor: their extension says it all.
     const bool needed = status.stx_size > 0 && typeByExtension(name) == FILE_TYPE_UNKNOWN;
     const UniqueFd pinned(needed ? openat(folder, name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC) : -1);
-    return regularFileFacts(name, status, pinned.get());
+    return regularFileStatus(name, status, pinned.get());
 }
 
 } // namespace
 
-std::optional<EntryFacts> inspectFile(int folder, const std::string& name)
+std::optional<EntryStatus> inspectFile(int folder, const std::string& name)
 {
     struct statx status = {};
     if (!look(folder, name, status) || !S_ISREG(status.stx_mode)) {
         return std::nullopt;
     }
-    return plainFileFacts(folder, name, status);
+    return plainFileStatus(folder, name, status);
 }
 
-std::optional<EntryFacts> inspectPinned(int pinned, const std::string& name)
+std::optional<EntryStatus> inspectPinned(int pinned, const std::string& name)
 {
     struct statx status = {};
     if (statx(pinned, "", AT_EMPTY_PATH, kFields, &status) != 0) {
         return std::nullopt;
     }
     if (S_ISDIR(status.stx_mode)) {
-        return EntryFacts{FILE_TYPE_FOLDER, 0, 0, creationTime(status)};
+        return EntryStatus{FILE_TYPE_FOLDER, 0, 0, creationTime(status)};
     }
     if (!S_ISREG(status.stx_mode)) {
-        return EntryFacts();
+        return EntryStatus();
     }
-    return regularFileFacts(name, status, pinned);
+    return regularFileStatus(name, status, pinned);
 }
 
 std::optional<struct statx> statusWithoutWaiting(const std::string& path, unsigned int fields)
@@ -122,24 +122,24 @@ EntryInspector::EntryInspector(int folder, Location location)
     }
 }
 
-std::optional<EntryFacts> EntryInspector::inspect(const std::string& name) const
+std::optional<EntryStatus> EntryInspector::inspect(const std::string& name) const
 {
     struct statx status = {};
     if (!look(m_folder, name, status)) {
         // One damaged entry must not hide the others: it is shown as unreadable.
-        return errno == ENOENT ? std::nullopt : std::optional<EntryFacts>(EntryFacts());
+        return errno == ENOENT ? std::nullopt : std::optional<EntryStatus>(EntryStatus());
     }
     const std::time_t created = creationTime(status);
     if (S_ISDIR(status.stx_mode)) {
-        return EntryFacts{FILE_TYPE_FOLDER, 0, 0, created};
+        return EntryStatus{FILE_TYPE_FOLDER, 0, 0, created};
     }
     if (S_ISREG(status.stx_mode)) {
-        return plainFileFacts(m_folder, name, status);
+        return plainFileStatus(m_folder, name, status);
     }
-    return S_ISLNK(status.stx_mode) ? followLink(name, created) : EntryFacts{FILE_TYPE_UNKNOWN, 0, 0, created};
+    return S_ISLNK(status.stx_mode) ? followLink(name, created) : EntryStatus{FILE_TYPE_UNKNOWN, 0, 0, created};
 }
 
-EntryFacts EntryInspector::followLink(const std::string& name, std::time_t created) const
+EntryStatus EntryInspector::followLink(const std::string& name, std::time_t created) const
 {
     const UniqueFd target = PathResolver::open(m_location.child(name), O_PATH);
     struct stat status = {};

@@ -12,7 +12,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 
-class MediaLibraryTest : public testing::Test {
+class MetadataCatalogTest : public testing::Test {
 protected:
     media_file_info_s describe(const std::string& name) const
     {
@@ -30,7 +30,7 @@ protected:
     testsupport::MediaStick stick{cache.path()};
 };
 
-TEST_F(MediaLibraryTest, MediaFile_IsDescribedByItsFacts)
+TEST_F(MetadataCatalogTest, MediaFile_IsDescribedByItsFacts)
 {
     stick.write("a.mp3", "artist=The Artist\nalbum=The Album\ngenre=Jazz\ntitle=The Title\nlength=185\n");
     const media_file_info_s info = describe("a.mp3");
@@ -43,7 +43,7 @@ TEST_F(MediaLibraryTest, MediaFile_IsDescribedByItsFacts)
     EXPECT_EQ(info.music.genre, "Jazz");
 }
 
-TEST_F(MediaLibraryTest, PhotoOfAllAround_IsAPanorama)
+TEST_F(MetadataCatalogTest, PhotoOfAllAround_IsAPanorama)
 {
     stick.write("a.jpg", "around");
     stick.write("b.jpg", "title=A title");
@@ -51,7 +51,7 @@ TEST_F(MediaLibraryTest, PhotoOfAllAround_IsAPanorama)
     EXPECT_EQ(describe("b.jpg").type, FILE_TYPE_PHOTO);
 }
 
-TEST_F(MediaLibraryTest, FileThatCannotBeRead_IsDescribedByItsNameAndLogged)
+TEST_F(MetadataCatalogTest, FileThatCannotBeRead_IsDescribedByItsNameAndLogged)
 {
     stick.write("bad one.mp4", "error=it is broken\n");
     testing::internal::CaptureStdout();
@@ -62,7 +62,7 @@ TEST_F(MediaLibraryTest, FileThatCannotBeRead_IsDescribedByItsNameAndLogged)
     EXPECT_EQ(info.title, "bad one");
 }
 
-TEST_F(MediaLibraryTest, SecondVisit_ReadsNothingAgain)
+TEST_F(MetadataCatalogTest, SecondVisit_ReadsNothingAgain)
 {
     stick.write("a.mp3", "title=The Title");
     stick.write("broken.mp3", "error=it is broken");
@@ -73,7 +73,7 @@ TEST_F(MediaLibraryTest, SecondVisit_ReadsNothingAgain)
     }
 }
 
-TEST_F(MediaLibraryTest, FileThatHasChanged_IsReadAgain)
+TEST_F(MetadataCatalogTest, FileThatHasChanged_IsReadAgain)
 {
     stick.write("a.mp3", "title=Old");
     EXPECT_EQ(describe("a.mp3").title, "Old");
@@ -85,7 +85,7 @@ TEST_F(MediaLibraryTest, FileThatHasChanged_IsReadAgain)
     EXPECT_EQ(stick.reader->reads(), 3);
 }
 
-TEST_F(MediaLibraryTest, StickThatWasPulledWhileItWasRead_LeavesNoFaultBehind)
+TEST_F(MetadataCatalogTest, StickThatWasPulledWhileItWasRead_LeavesNoFaultBehind)
 {
     testsupport::TemporaryDirectory parent;
     parent.makeDirectory("usb");
@@ -95,14 +95,14 @@ TEST_F(MediaLibraryTest, StickThatWasPulledWhileItWasRead_LeavesNoFaultBehind)
         if (!error.empty()) {
             fs::rename(parent.path("usb"), parent.path("away"));
         }
-        MediaFacts facts;
-        facts.error = error;
-        facts.title = error.empty() ? "The Title" : "";
-        return facts;
+        MediaMetadata metadata;
+        metadata.error = error;
+        metadata.title = error.empty() ? "The Title" : "";
+        return metadata;
     });
-    const auto library = std::make_shared<MediaLibrary>(reader, "");
+    const auto catalog = std::make_shared<MetadataCatalog>(reader, "");
     EventQueue events;
-    const FolderListings listings(openerFor({parent.path("usb")}), events, library);
+    const FolderListings listings(openerFor({parent.path("usb")}), events, catalog);
     media_file_info_s info;
     EXPECT_TRUE(listings.describe(parent.path("usb/a.mp3"), info));
     fs::rename(parent.path("away"), parent.path("usb"));
@@ -111,15 +111,15 @@ TEST_F(MediaLibraryTest, StickThatWasPulledWhileItWasRead_LeavesNoFaultBehind)
     EXPECT_EQ(info.title, "The Title");
 }
 
-TEST_F(MediaLibraryTest, FileThatNobodyReadToItsEnd_IsTriedAgain)
+TEST_F(MetadataCatalogTest, FileThatNobodyReadToItsEnd_IsTriedAgain)
 {
     testsupport::TemporaryDirectory usb;
     usb.makeFile("a.mp3");
-    MediaFacts answer;
+    MediaMetadata answer;
     const auto reader = std::make_shared<testsupport::FakeReader>([&](const std::string&, FileType) { return answer; });
-    const auto library = std::make_shared<MediaLibrary>(reader, "");
+    const auto catalog = std::make_shared<MetadataCatalog>(reader, "");
     EventQueue events;
-    const FolderListings listings(openerFor({usb.path()}), events, library);
+    const FolderListings listings(openerFor({usb.path()}), events, catalog);
     media_file_info_s info;
 
     answer.error = "its reader was killed";
@@ -133,29 +133,29 @@ TEST_F(MediaLibraryTest, FileThatNobodyReadToItsEnd_IsTriedAgain)
     EXPECT_EQ(reader->reads(), 2) << "the file's own fault is remembered";
 }
 
-TEST_F(MediaLibraryTest, StickUnderAnotherName_IsKnownByItsId)
+TEST_F(MetadataCatalogTest, StickUnderAnotherName_IsKnownByItsId)
 {
     testsupport::TemporaryDirectory other;
     const PathResolver resolver({});
     resolver.setVolumes({{stick.folder.path(), "1234-ABCD"}, {other.path(), "1234-ABCD"}});
-    MediaLibrary library(stick.reader, "");
-    library.remember(resolver.locate(stick.folder.path("Music")), {{"a.mp3", {1, 2}, MediaFacts()}});
-    EXPECT_FALSE(library.known(resolver.locate(other.path("Music"))).empty());
-    EXPECT_TRUE(library.known(resolver.locate(other.path())).empty());
+    MetadataCatalog catalog(stick.reader, "");
+    catalog.remember(resolver.locate(stick.folder.path("Music")), {{"a.mp3", {1, 2}, MediaMetadata()}});
+    EXPECT_FALSE(catalog.known(resolver.locate(other.path("Music"))).empty());
+    EXPECT_TRUE(catalog.known(resolver.locate(other.path())).empty());
 }
 
-TEST_F(MediaLibraryTest, LocationOfAStickThatHasGone_IsStillKnownByItsId)
+TEST_F(MetadataCatalogTest, LocationOfAStickThatHasGone_IsStillKnownByItsId)
 {
     const PathResolver resolver({});
     resolver.setVolumes({{stick.folder.path(), "1234-ABCD"}});
     const Location music = resolver.locate(stick.folder.path("Music"));
     resolver.setVolumes({});
-    MediaLibrary library(stick.reader, "");
-    library.remember(music.child("a"), {{"a.mp3", {1, 2}, MediaFacts()}});
-    EXPECT_FALSE(library.known({"/elsewhere", "./Music/a", "1234-ABCD"}).empty());
+    MetadataCatalog catalog(stick.reader, "");
+    catalog.remember(music.child("a"), {{"a.mp3", {1, 2}, MediaMetadata()}});
+    EXPECT_FALSE(catalog.known({"/elsewhere", "./Music/a", "1234-ABCD"}).empty());
 }
 
-TEST_F(MediaLibraryTest, Forgetting_MakesFilesUnread)
+TEST_F(MetadataCatalogTest, Forgetting_MakesFilesUnread)
 {
     stick.write("music/a.mp3", "title=The Title");
     describe("music/a.mp3");
@@ -164,7 +164,7 @@ TEST_F(MediaLibraryTest, Forgetting_MakesFilesUnread)
     EXPECT_EQ(stick.reader->reads(), 2);
 }
 
-TEST_F(MediaLibraryTest, Listing_ShowsWhatIsKnownAndReadsNothing)
+TEST_F(MetadataCatalogTest, Listing_ShowsWhatIsKnownAndReadsNothing)
 {
     stick.write("a.mp3", "title=The Title");
     stick.write("b.jpg", "around");

@@ -9,15 +9,14 @@
 
 namespace desktop {
 
-/// Goes up when files come to be read otherwise, be it their facts or their pictures: what was kept before is of no use
-/// then.
+/// The version of what is read of files, metadata and pictures alike; what was kept under an older one is not used.
 constexpr int kReadingVersion = 2;
 
 /// How many processes read media files; as many files are handed to them at a time.
 constexpr std::size_t kWorkerCount = 2;
 
-/// What a media file tells of itself. Texts are UTF-8 and empty where the file has none; numbers are 0.
-struct MediaFacts {
+/// What a media file says of itself. Texts are UTF-8 and empty where the file has none; numbers are 0.
+struct MediaMetadata {
     std::string title;
     std::string artist;
     std::string album;
@@ -29,8 +28,8 @@ struct MediaFacts {
     int height = 0;        ///< pixels, as shown
     int rotation = 0;      ///< degrees clockwise that the stored picture is turned by to be shown: 0, 90, 180, 270
     bool panorama = false; ///< a 360-degree photo
-    std::string error;     ///< why the file could not be read; its other facts are empty then
-    bool unread = false;   ///< the error is not the file's: nobody got to its end, and another try may succeed
+    std::string error;     ///< why the file could not be read; its other members are empty then
+    bool unread = false;   ///< the error is not the file's: it was not read to its end, and another try may succeed
 };
 
 /// An open media file, and what kind it is of.
@@ -44,13 +43,13 @@ class MediaReader {
 public:
     virtual ~MediaReader() = default;
 
-    /// The facts of the open regular file @p fd of kind @p type; its offset may change. Takes a few seconds at most: a
+    /// The metadata of the open regular file @p fd of kind @p type; its offset may change. Takes a few seconds at most: a
     /// file that hangs, kills or exhausts its reader has only an error.
-    virtual MediaFacts read(int fd, FileType type) = 0;
+    virtual MediaMetadata read(int fd, FileType type) = 0;
 
-    /// The facts of @p files, in their order, as read() tells them; once @p cancelled is set, the rest may have errors.
+    /// The metadata of @p files, in their order, as read() returns them; once @p cancelled is set, the rest may have errors.
     /// Takes less time than one by one.
-    virtual std::vector<MediaFacts> readAll(const std::vector<OpenMedia>& files, const std::atomic<bool>& cancelled) = 0;
+    virtual std::vector<MediaMetadata> readAll(const std::vector<OpenMedia>& files, const std::atomic<bool>& cancelled) = 0;
 };
 
 } // namespace desktop

@@ -10,27 +10,27 @@
 
 namespace desktop {
 
-/// Works on items in their order, on a thread of its own, while whoever brings them fetches the next ones. Operations are
+/// Works on items in their order, on a thread of its own, while the calling thread fetches the next ones. Operations are
 /// called on one thread.
 template <typename Item>
-class Conveyor {
+class BoundedWorkQueue {
 public:
-    /// @p work is done on each item; so many as @p most may wait, besides those that have been taken together.
-    Conveyor(std::size_t most, std::function<void(Item& item)> work)
-        : m_most(most)
+    /// @p work is done on each item; so many as @p limit may wait, besides those that have been taken together.
+    BoundedWorkQueue(std::size_t limit, std::function<void(Item& item)> work)
+        : m_limit(limit)
         , m_work(std::move(work))
         , m_thread([this] { run(); })
     {
     }
-    ~Conveyor() { join(); }
-    Conveyor(const Conveyor&) = delete;
-    Conveyor& operator=(const Conveyor&) = delete;
+    ~BoundedWorkQueue() { join(); }
+    BoundedWorkQueue(const BoundedWorkQueue&) = delete;
+    BoundedWorkQueue& operator=(const BoundedWorkQueue&) = delete;
 
     /// Waits while too many others wait.
     void put(Item item)
     {
         std::unique_lock<std::mutex> lock(m_mutex);
-        m_changed.wait(lock, [this] { return m_items.size() < m_most; });
+        m_changed.wait(lock, [this] { return m_items.size() < m_limit; });
         m_items.push_back(std::move(item));
         if (m_items.size() == 1) {
             m_changed.notify_all();
@@ -84,7 +84,7 @@ private:
         m_failure = std::current_exception();
     }
 
-    const std::size_t m_most;
+    const std::size_t m_limit;
     const std::function<void(Item&)> m_work;
     std::exception_ptr m_failure; ///< of the thread's, until it has ended
     std::mutex m_mutex;

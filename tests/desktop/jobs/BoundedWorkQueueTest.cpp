@@ -1,4 +1,4 @@
-#include "desktop/jobs/Conveyor.h"
+#include "desktop/jobs/BoundedWorkQueue.h"
 
 #include <gtest/gtest.h>
 
@@ -9,10 +9,10 @@
 namespace desktop {
 namespace {
 
-TEST(Conveyor, Items_AreAllWorkedOnInTheirOrder)
+TEST(BoundedWorkQueue, Items_AreAllWorkedOnInTheirOrder)
 {
     std::vector<int> done;
-    Conveyor<int> conveyor(2, [&done](int& item) { done.push_back(item); });
+    BoundedWorkQueue<int> conveyor(2, [&done](int& item) { done.push_back(item); });
     std::vector<int> items(1000);
     std::iota(items.begin(), items.end(), 0);
     for (const int item : items) {
@@ -22,20 +22,20 @@ TEST(Conveyor, Items_AreAllWorkedOnInTheirOrder)
     EXPECT_EQ(done, items);
 }
 
-TEST(Conveyor, Work_IsDoneOnAnotherThread)
+TEST(BoundedWorkQueue, Work_IsDoneOnAnotherThread)
 {
     std::thread::id worker;
-    Conveyor<int> conveyor(1, [&worker](int&) { worker = std::this_thread::get_id(); });
+    BoundedWorkQueue<int> conveyor(1, [&worker](int&) { worker = std::this_thread::get_id(); });
     conveyor.put(1);
     conveyor.finish();
     EXPECT_NE(worker, std::thread::id());
     EXPECT_NE(worker, std::this_thread::get_id());
 }
 
-TEST(Conveyor, WorkThatFails_EndsAndTellsAtTheEnd)
+TEST(BoundedWorkQueue, WorkThatFails_EndsAndTellsAtTheEnd)
 {
     std::vector<int> done;
-    Conveyor<int> conveyor(1, [&done](int& item) {
+    BoundedWorkQueue<int> conveyor(1, [&done](int& item) {
         if (item == 2) {
             throw std::runtime_error("no more");
         }
@@ -48,9 +48,9 @@ TEST(Conveyor, WorkThatFails_EndsAndTellsAtTheEnd)
     EXPECT_EQ(done, std::vector<int>{1});
 }
 
-TEST(Conveyor, WithoutItems_Ends)
+TEST(BoundedWorkQueue, WithoutItems_Ends)
 {
-    Conveyor<int> conveyor(1, [](int&) { FAIL(); });
+    BoundedWorkQueue<int> conveyor(1, [](int&) { FAIL(); });
     conveyor.finish();
 }
 

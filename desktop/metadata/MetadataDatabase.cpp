@@ -1,4 +1,4 @@
-#include "desktop/metadata/MediaIndex.h"
+#include "desktop/metadata/MetadataDatabase.h"
 
 #include "desktop/base/Log.h"
 #include "desktop/base/Sqlite.h"
@@ -31,36 +31,38 @@ constexpr const char* kTables =
 constexpr const char* kBelow = " FROM folders WHERE volume = ?1 AND (?2 = x'' OR path = ?2 OR"
                                " (path > CAST(?2 || '/' AS BLOB) AND path < CAST(?2 || '0' AS BLOB)))";
 
-IndexedFile fileOf(const SqliteStatement::Run& row)
+StoredFile fileOf(const SqliteStatement::Run& row)
 {
-    IndexedFile file;
+    StoredFile file;
     int column = 0;
     file.name = row.bytes(column++);
     file.stamp.size = static_cast<std::uint64_t>(row.integer(column++));
     file.stamp.modified = row.integer(column++);
-    for (std::string* text : {&file.facts.title, &file.facts.artist, &file.facts.album, &file.facts.genre, &file.facts.year,
-                              &file.facts.taken}) {
+    for (std::string* text : {&file.metadata.title, &file.metadata.artist, &file.metadata.album, &file.metadata.genre,
+                              &file.metadata.year, &file.metadata.taken}) {
         *text = row.bytes(column++);
     }
-    for (int* number : {&file.facts.duration, &file.facts.width, &file.facts.height, &file.facts.rotation}) {
+    for (int* number : {&file.metadata.duration, &file.metadata.width, &file.metadata.height, &file.metadata.rotation}) {
         *number = static_cast<int>(row.integer(column++));
     }
-    file.facts.panorama = row.integer(column++) != 0;
-    file.facts.error = row.bytes(column++);
+    file.metadata.panorama = row.integer(column++) != 0;
+    file.metadata.error = row.bytes(column++);
     return file;
 }
 
-void bindFile(SqliteStatement::Run& run, const IndexedFile& file)
+void bindFile(SqliteStatement::Run& run, const StoredFile& file)
 {
-    const MediaFacts& facts = file.facts;
+    const MediaMetadata& metadata = file.metadata;
     run.bindBytes(file.name).bind(static_cast<std::int64_t>(file.stamp.size)).bind(file.stamp.modified);
-    for (const std::string* text : {&facts.title, &facts.artist, &facts.album, &facts.genre, &facts.year, &facts.taken}) {
+    for (const std::string* text :
+         {&metadata.title, &metadata.artist, &metadata.album, &metadata.genre, &metadata.year, &metadata.taken}) {
         run.bindText(*text);
     }
-    for (const int number : {facts.duration, facts.width, facts.height, facts.rotation, facts.panorama ? 1 : 0}) {
+    for (const int number :
+         {metadata.duration, metadata.width, metadata.height, metadata.rotation, metadata.panorama ? 1 : 0}) {
         run.bind(number);
     }
-    run.bindText(facts.error);
+    run.bindText(metadata.error);
 }
 
 /// Undone unless it is committed.
@@ -116,7 +118,7 @@ SqliteDatabase openDatabase(const std::string& file)
 
 } // namespace
 
-struct MediaIndex::Connection {
+struct MetadataDatabase::Connection {
     SqliteDatabase database;
     SqliteStatement select{database,
                            "SELECT name, size, modified, title, artist, album, genre, year, taken, duration, width,"
@@ -136,17 +138,17 @@ struct MediaIndex::Connection {
     }
 
     /// Runs @p statement on @p folder; the number in its first row, or 0.
-    static std::int64_t run(SqliteStatement& statement, const IndexedFolder& folder)
+    static std::int64_t run(SqliteStatement& statement, const StoredFolder& folder)
     {
         SqliteStatement::Run run(statement);
         return run.bindText(folder.volume).bindBytes(folder.path).step() ? run.integer(0) : 0;
     }
 
-    void add(const IndexedFolderFiles& known)
+    void add(const StoredFolderFiles& known)
     {
         run(addFolder, known.folder);
         const std::int64_t id = run(findFolder, known.folder);
-        for (const IndexedFile& file : known.files) {
+        for (const StoredFile& file : known.files) {
             SqliteStatement::Run row(addFile);
             row.bind(id);
             bindFile(row, file);
@@ -155,31 +157,31 @@ struct MediaIndex::Connection {
     }
 };
 
-void KnownFiles::add(IndexedFile file)
+void KnownFiles::add(StoredFile file)
 {
     std::string name = file.name;
     m_files.insert_or_assign(std::move(name), std::move(file));
 }
 
-const MediaFacts* KnownFiles::find(const std::string& name, const FileStamp& stamp) const
+const MediaMetadata* KnownFiles::find(const std::string& name, const FileStamp& stamp) const
 {
     const auto found = m_files.find(name);
-    return found != m_files.end() && found->second.stamp == stamp ? &found->second.facts : nullptr;
+    return found != m_files.end() && found->second.stamp == stamp ? &found->second.metadata : nullptr;
 }
 
-MediaIndex::MediaIndex(const std::string& cacheFolder)
+MetadataDatabase::MetadataDatabase(const std::string& cacheFolder)
 {
     std::error_code failed;
     if (!cacheFolder.empty()) {
-        fs::create_directories(cacheFolder, failed); // opening the file tells when that has failed
+        fs::create_directories(cacheFolder, failed); // when that fails, opening the file fails too
         m_file = cacheFolder + "/" + kFileName;
     }
     guarded([] {});
 }
 
-MediaIndex::~MediaIndex() = default;
+MetadataDatabase::~MetadataDatabase() = default;
 
-KnownFiles MediaIndex::filesOf(const IndexedFolder& folder)
+KnownFiles MetadataDatabase::filesOf(const StoredFolder& folder)
 {
     KnownFiles known;
     guarded([&] {
@@ -192,18 +194,18 @@ KnownFiles MediaIndex::filesOf(const IndexedFolder& folder)
     return known;
 }
 
-void MediaIndex::store(const std::vector<IndexedFolderFiles>& folders)
+void MetadataDatabase::store(const std::vector<StoredFolderFiles>& folders)
 {
     guarded([&] {
         Transaction transaction(m_connection->database);
-        for (const IndexedFolderFiles& folder : folders) {
+        for (const StoredFolderFiles& folder : folders) {
             m_connection->add(folder);
         }
         transaction.commit();
     });
 }
 
-void MediaIndex::forgetBelow(const IndexedFolder& folder)
+void MetadataDatabase::forgetBelow(const StoredFolder& folder)
 {
     guarded([&] {
         Transaction transaction(m_connection->database);
@@ -215,7 +217,7 @@ void MediaIndex::forgetBelow(const IndexedFolder& folder)
 
 // Runs @p action on an open database; once more when the first one turns out to be damaged.
 template <typename Action>
-void MediaIndex::guarded(const Action& action)
+void MetadataDatabase::guarded(const Action& action)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     for (int attempt = 0; attempt < 2; ++attempt) {
@@ -233,7 +235,7 @@ void MediaIndex::guarded(const Action& action)
     }
 }
 
-void MediaIndex::open()
+void MetadataDatabase::open()
 {
     if (m_connection != nullptr) {
         return;
@@ -253,7 +255,7 @@ void MediaIndex::open()
     m_connection = std::make_unique<Connection>(kInMemory);
 }
 
-void MediaIndex::setAside(const std::string& reason)
+void MetadataDatabase::setAside(const std::string& reason)
 {
     m_connection.reset();
     const std::string aside = m_file + ".damaged";

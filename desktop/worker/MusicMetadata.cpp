@@ -1,4 +1,4 @@
-#include "desktop/worker/MusicFacts.h"
+#include "desktop/worker/MusicMetadata.h"
 
 #include "desktop/worker/TagText.h"
 
@@ -31,7 +31,7 @@ public:
         m_length = fstat(fd, &status) == 0 ? status.st_size : 0;
     }
 
-    TagLib::FileName name() const override { return ""; } // the content tells the format
+    TagLib::FileName name() const override { return ""; } // the format is found by the content
     TagLib::ByteVector readBlock(unsigned long length) override
     {
         // A size that a damaged file claims must not be allocated before it is there.
@@ -140,7 +140,7 @@ std::string fourDigits(unsigned int year)
 
 } // namespace
 
-std::optional<MediaFacts> readMusicFacts(int fd)
+std::optional<MediaMetadata> readMusicMetadata(int fd)
 {
     keepBytesOfTags();
     TagStream stream(fd);
@@ -148,17 +148,17 @@ std::optional<MediaFacts> readMusicFacts(int fd)
     if (file.isNull() || file.audioProperties() == nullptr) {
         return std::nullopt;
     }
-    MediaFacts facts;
-    facts.duration = std::max(file.audioProperties()->lengthInMilliseconds() + 500, 0) / 1000;
+    MediaMetadata metadata;
+    metadata.duration = std::max(file.audioProperties()->lengthInMilliseconds() + 500, 0) / 1000;
     if (const TagLib::Tag* const tag = file.tag()) {
-        facts.title = stored(tag->title());
-        facts.artist = stored(tag->artist());
-        facts.album = stored(tag->album());
-        facts.genre = stored(tag->genre());
-        facts.year = fourDigits(tag->year());
-        tidyTexts(facts);
+        metadata.title = stored(tag->title());
+        metadata.artist = stored(tag->artist());
+        metadata.album = stored(tag->album());
+        metadata.genre = stored(tag->genre());
+        metadata.year = fourDigits(tag->year());
+        tidyTexts(metadata);
     }
-    return facts;
+    return metadata;
 }
 
 } // namespace desktop

@@ -1,4 +1,4 @@
-#include "desktop/metadata/FactsReaders.h"
+#include "desktop/metadata/MetadataReadPool.h"
 
 #include <fcntl.h>
 
@@ -11,23 +11,24 @@ namespace desktop {
 
 namespace {
 
-constexpr std::size_t kMostWaiting = 128; // each holds a descriptor
-constexpr off_t kHead = 32 * 1024;        // bytes of a file that most of its facts lie in
-constexpr std::size_t kBatch = 32;        // files read at a time
-constexpr std::size_t kRemembered = 512;  // files remembered at a time: the index writes much for each time
+constexpr std::size_t kMaxWaiting = 128; // each holds a descriptor
+constexpr off_t kHead = 32 * 1024;       // bytes of a file that most of its metadata lie in
+constexpr std::size_t kBatch = 32;       // files read at a time
+constexpr std::size_t kRemembered = 512; // files remembered at a time: the index writes much for each time
 
 } // namespace
 
-FactsReaders::FactsReaders(std::shared_ptr<MediaLibrary> library, CancelFlag cancelled)
-    : m_library(std::move(library))
+MetadataReadPool::MetadataReadPool(std::shared_ptr<MetadataCatalog> catalog, CancelFlag cancelled)
+    : m_catalog(std::move(catalog))
     , m_cancelled(std::move(cancelled))
 {
     for (std::size_t i = 0; i < kWorkerCount; ++i) {
-        m_threads.emplace_back(&FactsReaders::readLoop, this);
+        m_threads.emplace_back(&MetadataReadPool::readLoop, this);
     }
 }
 
-void FactsReaders::add(const Location& folder, int fd, const std::string& name, const EntryFacts& entry, MediaFacts& facts)
+void MetadataReadPool::add(const Location& folder, int fd, const std::string& name, const EntryStatus& entry,
+                           MediaMetadata& metadata)
 {
     const UniqueFd pinned(openat(fd, name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
     UniqueFd opened = openRegularFile(pinned.get());
@@ -35,17 +36,17 @@ void FactsReaders::add(const Location& folder, int fd, const std::string& name, 
         logUnreadable(folder.child(name), describeError(errno));
         return;
     }
-    // The stick fetches it while others are being read.
+    // The volume fetches it while others are being read.
     posix_fadvise(opened.get(), 0, kHead, POSIX_FADV_WILLNEED);
     std::unique_lock<std::mutex> lock(m_mutex);
-    m_changed.wait(lock, [this] { return m_files.size() < kMostWaiting; });
-    m_files.push_back({folder, name, entry, std::move(opened), &facts});
+    m_changed.wait(lock, [this] { return m_files.size() < kMaxWaiting; });
+    m_files.push_back({folder, name, entry, std::move(opened), &metadata});
     if (m_files.size() == 1) { // readers that are at work look for more by themselves
         m_changed.notify_all();
     }
 }
 
-void FactsReaders::finish()
+void MetadataReadPool::finish()
 {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -58,7 +59,7 @@ void FactsReaders::finish()
     m_threads.clear();
 }
 
-void FactsReaders::readLoop()
+void MetadataReadPool::readLoop()
 {
     Read known;
     for (Files files = takeSome(); !files.empty(); files = takeSome()) {
@@ -69,16 +70,16 @@ void FactsReaders::readLoop()
             keep(files, known);
         }
         if (known.count >= kRemembered) {
-            m_library->remember(std::exchange(known, {}).files);
+            m_catalog->remember(std::exchange(known, {}).files);
         }
     }
     if (known.count > 0) {
-        m_library->remember(known.files);
+        m_catalog->remember(known.files);
     }
 }
 
 // A batch; empty once there are no more.
-FactsReaders::Files FactsReaders::takeSome()
+MetadataReadPool::Files MetadataReadPool::takeSome()
 {
     std::unique_lock<std::mutex> lock(m_mutex);
     m_changed.wait(lock, [this] { return m_finishing || !m_files.empty(); });
@@ -89,31 +90,31 @@ FactsReaders::Files FactsReaders::takeSome()
     return files;
 }
 
-void FactsReaders::read(Files& files)
+void MetadataReadPool::read(Files& files)
 {
     std::vector<OpenMedia> media;
     for (const File& file : files) {
         media.push_back({file.fd.get(), file.entry.type});
     }
-    std::vector<MediaFacts> facts = m_library->read(media, *m_cancelled);
+    std::vector<MediaMetadata> metadata = m_catalog->read(media, *m_cancelled);
     for (std::size_t i = 0; i < files.size(); ++i) {
-        *files[i].facts = std::move(facts[i]);
+        *files[i].metadata = std::move(metadata[i]);
     }
 }
 
-void FactsReaders::keep(const Files& files, Read& known) const
+void MetadataReadPool::keep(const Files& files, Read& known) const
 {
     for (const File& file : files) {
-        if (!file.facts->error.empty()) {
-            logUnreadable(file.folder.child(file.name), file.facts->error);
+        if (!file.metadata->error.empty()) {
+            logUnreadable(file.folder.child(file.name), file.metadata->error);
         }
-        if (!m_library->lasts(*file.facts, file.fd.get(), file.entry, file.folder.stick)) {
+        if (!m_catalog->lasts(*file.metadata, file.fd.get(), file.entry, file.folder.volume)) {
             continue;
         }
         if (known.files.empty() || known.files.back().folder.relative != file.folder.relative) {
             known.files.push_back({file.folder, {}});
         }
-        known.files.back().files.push_back({file.name, stampOf(file.entry), *file.facts});
+        known.files.back().files.push_back({file.name, stampOf(file.entry), *file.metadata});
         ++known.count;
     }
 }
