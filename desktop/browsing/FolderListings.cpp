@@ -123,7 +123,7 @@ bool FolderListings::describe(const std::string& path, media_file_info_s& info) 
     const std::string bytes = decodeName(path);
     const std::string name = bytes.substr(bytes.rfind('/') + 1); // npos + 1 is 0
     const auto described = m_opener.runWithin<Described>(
-        kDescribeTimeout, path, [location = m_opener.locate(path), name, catalog = m_catalog](const CancelFlag&) {
+        kDescribeTimeout, path, [location = m_opener.locate(path), name, catalog = m_catalog](const std::stop_token&) {
             return describeFile(location, name, catalog.get());
         });
     if (!described) {
@@ -229,7 +229,7 @@ void FolderListings::answer(const ListingTask::OutcomePointer& outcome)
 {
     const ListingPointer listing = outcome->listing != nullptr ? outcome->listing : std::make_shared<Listing>();
     m_events.post(SOCMW_MM_EVENT_FB_CHANGE_DIR_COMPLETED, std::shared_ptr<void>(listing, &listing->entries),
-                  [outcome] { return !outcome->cancelled; });
+                  [outcome] { return !outcome->cancelled.stop_requested(); });
 }
 
 void FolderListings::dropFinishedReads()

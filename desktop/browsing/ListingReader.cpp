@@ -38,11 +38,11 @@ void sortEntries(std::vector<FolderFileInfo_s>& entries)
     }
 }
 
-int readEntries(DIR* directory, const OpenedFolder& folder, const KnownFiles& known, const std::atomic<bool>& cancelled,
+int readEntries(DIR* directory, const OpenedFolder& folder, const KnownFiles& known, const std::stop_token& cancelled,
                 const ReadProgress& progress, std::vector<FolderFileInfo_s>& entries)
 {
     const EntryInspector inspector(dirfd(directory), folder.location);
-    while (!cancelled) {
+    while (!cancelled.stop_requested()) {
         errno = 0;
         const dirent* found = readdir(directory);
         if (found == nullptr) {
@@ -55,7 +55,7 @@ int readEntries(DIR* directory, const OpenedFolder& folder, const KnownFiles& kn
         if (const auto status = inspector.inspect(name)) {
             const MediaMetadata* media = known.find(name, stampOf(*status));
             entries.push_back(describeEntry(folder.directory, name, *status, media));
-            if (entries.size() % kProgressStep == 0 && !cancelled) {
+            if (entries.size() % kProgressStep == 0 && !cancelled.stop_requested()) {
                 progress(entries.size());
             }
         }
@@ -65,7 +65,7 @@ int readEntries(DIR* directory, const OpenedFolder& folder, const KnownFiles& kn
 
 } // namespace
 
-int readListing(OpenedFolder folder, const std::shared_ptr<MetadataCatalog>& catalog, const std::atomic<bool>& cancelled,
+int readListing(OpenedFolder folder, const std::shared_ptr<MetadataCatalog>& catalog, const std::stop_token& cancelled,
                 const ReadProgress& progress, Listing& listing)
 {
     const Directory directory = openDirectory(std::move(folder.fd));

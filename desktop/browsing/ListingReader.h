@@ -4,8 +4,8 @@
 #include "desktop/files/LocationOpener.h"
 #include "desktop/metadata/MetadataCatalog.h"
 
-#include <atomic>
 #include <functional>
+#include <stop_token>
 
 namespace desktop {
 
@@ -14,8 +14,8 @@ using ReadProgress = std::function<void(std::size_t entries)>;
 
 /// Reads @p folder, which is open, into @p listing, in time and memory proportional to its entries but for their sorting.
 /// @p catalog, which may be null, has what is known of its files. Returns 0, or why it failed as an errno value: ECANCELED
-/// once @p cancelled is set, ENOENT when the folder was removed meanwhile.
-int readListing(OpenedFolder folder, const std::shared_ptr<MetadataCatalog>& catalog, const std::atomic<bool>& cancelled,
+/// once @p cancelled has a stop requested, ENOENT when the folder was removed meanwhile.
+int readListing(OpenedFolder folder, const std::shared_ptr<MetadataCatalog>& catalog, const std::stop_token& cancelled,
                 const ReadProgress& progress, Listing& listing);
 
 } // namespace desktop

@@ -17,7 +17,7 @@ void finish(const ListingTask::OutcomePointer& outcome, int error, ListingPointe
         return;
     }
     outcome->error = error;
-    if (!outcome->cancelled) {
+    if (!outcome->cancelled.stop_requested()) {
         outcome->listing = error == 0 ? std::move(listing) : nullptr;
         if (outcome->opened) {
             context.done(outcome);
@@ -47,7 +47,7 @@ try {
         return 0;
     }
     listing = std::make_shared<Listing>();
-    return readListing(std::move(folder), context.catalog, outcome.stopping, context.progress, *listing);
+    return readListing(std::move(folder), context.catalog, outcome.stopping.get_token(), context.progress, *listing);
 } catch (const std::bad_alloc&) {
     return ENOMEM;
 }
@@ -92,15 +92,15 @@ ListingTask::~ListingTask()
 
 void ListingTask::cancel()
 {
-    m_outcome->cancelled = true;
-    m_outcome->stopping = true;
+    m_outcome->cancelled.request_stop();
+    m_outcome->stopping.request_stop();
     const std::lock_guard<std::mutex> lock(m_outcome->mutex); // Context::done may be running
     m_outcome->listing.reset();
 }
 
 void ListingTask::fail(int error)
 {
-    m_outcome->stopping = true;
+    m_outcome->stopping.request_stop();
     const std::lock_guard<std::mutex> lock(m_outcome->mutex);
     finish(m_outcome, error, nullptr, *m_context);
     m_outcome->changed.notify_all();

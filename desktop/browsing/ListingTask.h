@@ -15,8 +15,8 @@ class ListingTask {
 public:
     /// What came of it. Owned by the reading thread too, which may outlive the ListingTask.
     struct Outcome {
-        std::atomic<bool> stopping{false};  ///< the reading thread is to end
-        std::atomic<bool> cancelled{false}; ///< the result is no longer wanted
+        std::stop_source stopping;  ///< the reading thread is to end
+        std::stop_source cancelled; ///< the result is no longer wanted
         std::mutex mutex;
         std::condition_variable changed;
         bool opened = false;      ///< there is such a folder
@@ -27,7 +27,7 @@ public:
     };
     using OutcomePointer = std::shared_ptr<Outcome>;
 
-    /// What a task context; the reading thread may use it for longer than the task is there, but for done.
+    /// What a task works with. The reading thread may outlive the task, but never calls done then.
     struct Context {
         std::shared_ptr<MetadataCatalog> catalog; ///< may be null
         ReadProgress progress;

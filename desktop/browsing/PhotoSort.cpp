@@ -24,7 +24,7 @@ struct TimesResult {
 
 // When the photos @p names of @p folder, which is still to be opened, were taken.
 TimesResult timesTaken(OpenedFolder& folder, const std::shared_ptr<MetadataCatalog>& catalog, const Names& names,
-                       const CancelFlag& cancelled)
+                       const std::stop_token& cancelled)
 {
     TimesResult result;
     result.error = LocationOpener::open(folder);
@@ -35,7 +35,7 @@ TimesResult timesTaken(OpenedFolder& folder, const std::shared_ptr<MetadataCatal
     {
         MetadataReadPool readers(catalog, cancelled);
         const KnownFiles known = catalog->known(folder.location);
-        for (std::size_t i = 0; i < names.size() && !*cancelled; ++i) {
+        for (std::size_t i = 0; i < names.size() && !cancelled.stop_requested(); ++i) {
             const auto entry = inspectFile(folder.fd.get(), names[i]);
             const MediaMetadata* photo = entry ? known.find(names[i], stampOf(*entry)) : nullptr;
             if (photo != nullptr) {
@@ -63,7 +63,7 @@ std::optional<Times> timesOf(const std::vector<FolderFileInfo_s>& photos, const 
         names.push_back(decodeName(photo.name));
     }
     auto result = reading.opener.runWithin<TimesResult>(
-        kReadTimeout, directory, [folder, names, catalog = reading.catalog](const CancelFlag& cancelled) {
+        kReadTimeout, directory, [folder, names, catalog = reading.catalog](const std::stop_token& cancelled) {
             return timesTaken(*folder, catalog, names, cancelled);
         });
     if (!result) {

@@ -21,7 +21,7 @@ constexpr std::chrono::seconds kPatience(2);
 bool answers(const std::string& folder)
 {
     return runWithin<bool>(kPatience,
-                           [folder](const CancelFlag&) {
+                           [folder](const std::stop_token&) {
                                struct statfs status = {};
                                statfs(folder.c_str(), &status);
                                return true;

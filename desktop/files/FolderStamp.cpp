@@ -4,8 +4,6 @@
 
 #include <sys/stat.h>
 
-#include <tuple>
-
 namespace desktop {
 
 FolderStamp::FolderStamp(const struct stat& status)
@@ -14,11 +12,6 @@ FolderStamp::FolderStamp(const struct stat& status)
     , modified(nanoseconds(status.st_mtim))
     , changed(nanoseconds(status.st_ctim))
 {
-}
-
-bool FolderStamp::operator==(const FolderStamp& other) const
-{
-    return std::tie(device, inode, modified, changed) == std::tie(other.device, other.inode, other.modified, other.changed);
 }
 
 } // namespace desktop

@@ -15,7 +15,7 @@ struct FolderStamp {
 
     FolderStamp() = default;
     explicit FolderStamp(const struct stat& status);
-    bool operator==(const FolderStamp& other) const;
+    bool operator==(const FolderStamp& other) const = default;
 };
 
 } // namespace desktop

@@ -62,7 +62,7 @@ int LocationOpener::open(OpenedFolder& folder)
 std::optional<OpenedFolder> LocationOpener::openFolder(const std::string& directory) const
 {
     const auto location = folderAt(directory).location;
-    auto opened = runWithin<OpenResult>(kOpenTimeout, directory, [location](const CancelFlag&) {
+    auto opened = runWithin<OpenResult>(kOpenTimeout, directory, [location](const std::stop_token&) {
         OpenResult result;
         result.folder.location = location;
         result.error = open(result.folder);

@@ -42,7 +42,7 @@ public:
     /// What @p work, which reads @p path, gives; nothing, which is reported, when it takes longer than @p timeout.
     template <typename Result>
     std::optional<Result> runWithin(std::chrono::milliseconds timeout, const std::string& path,
-                                    std::function<Result(const CancelFlag& cancelled)> work) const
+                                    std::function<Result(const std::stop_token& cancelled)> work) const
     {
         auto result = desktop::runWithin<Result>(timeout, std::move(work));
         if (!result) {

@@ -33,7 +33,7 @@ bool hasGone(int error)
 
 } // namespace
 
-TreeWalk::TreeWalk(Location root, CancelFlag cancelled, Wants wants, Visit visit)
+TreeWalk::TreeWalk(Location root, std::stop_token cancelled, Wants wants, Visit visit)
     : m_location(std::move(root))
     , m_cancelled(std::move(cancelled))
     , m_wants(std::move(wants))
@@ -50,7 +50,7 @@ int TreeWalk::run()
         return errno;
     }
     walkInto(std::move(root));
-    while (!m_steps.empty() && !*m_cancelled) {
+    while (!m_steps.empty() && !m_cancelled.stop_requested()) {
         if (m_presenceTimer.due() && m_volume.gone()) {
             return ENODEV;
         }
@@ -60,7 +60,7 @@ int TreeWalk::run()
             nextFolder();
         }
     }
-    if (*m_cancelled) {
+    if (m_cancelled.stop_requested()) {
         return ECANCELED;
     }
     return m_volume.gone() ? ENODEV : 0; // what has gone reads as empty folders
@@ -110,7 +110,7 @@ void TreeWalk::walkInto(Directory folder)
     if (error != 0) {
         note(error);
     }
-    if (*m_cancelled) {
+    if (m_cancelled.stop_requested()) {
         return;
     }
     sortNaturally(files, encodeName);
@@ -125,7 +125,7 @@ void TreeWalk::walkInto(Directory folder)
 
 int TreeWalk::readEntries(DIR* folder, std::vector<std::string>& files, std::vector<std::string>& folders)
 {
-    while (!*m_cancelled) {
+    while (!m_cancelled.stop_requested()) {
         errno = 0;
         const dirent* entry = readdir(folder);
         if (entry == nullptr) {

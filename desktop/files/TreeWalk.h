@@ -32,7 +32,7 @@ public:
     using Wants = std::function<bool(std::string_view name)>;
     using Visit = std::function<void(const WalkedFolder& folder, const WalkTotals& totals)>;
 
-    TreeWalk(Location root, CancelFlag cancelled, Wants wants, Visit visit);
+    TreeWalk(Location root, std::stop_token cancelled, Wants wants, Visit visit);
 
     /// Walks the tree. Returns 0, or why it ended early as an errno value: ECANCELED, ENODEV when the volume has gone, or
     /// what is wrong with the first folder. Any other folder that cannot be read is logged, counted and passed by.
@@ -57,7 +57,7 @@ private:
     void note(int error);
 
     Location m_location; ///< of the folder that is being read
-    CancelFlag m_cancelled;
+    std::stop_token m_cancelled;
     Wants m_wants;
     Visit m_visit;
     VolumePresence m_volume;

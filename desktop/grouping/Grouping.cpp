@@ -30,7 +30,7 @@ struct GroupRequest {
 /// One grouping at work, on its own thread.
 class GroupRun {
 public:
-    GroupRun(const GroupRequest& request, CancelFlag cancelled)
+    GroupRun(const GroupRequest& request, std::stop_token cancelled)
         : m_folder(request.folder)
         , m_type(request.type)
         , m_catalog(*request.catalog)
@@ -48,7 +48,7 @@ public:
             [this](const WalkedFolder& folder, const WalkTotals&) { inspectFiles(folder); });
         const int error = walk.run();
         m_readers.finish();
-        return *m_cancelled ? ECANCELED : error;
+        return m_cancelled.stop_requested() ? ECANCELED : error;
     }
 
     MediaEntries takeEntries() { return std::move(m_entries); }
@@ -68,7 +68,7 @@ private:
         const std::string directory = m_folder.directoryOf(folder.location);
         const KnownFiles known = m_catalog.known(folder.location);
         for (const std::string& name : folder.files) {
-            const auto entry = *m_cancelled ? std::nullopt : inspectFile(folder.fd, name);
+            const auto entry = m_cancelled.stop_requested() ? std::nullopt : inspectFile(folder.fd, name);
             if (entry && isGrouped(entry->type, m_type)) {
                 const MediaMetadata* metadata = known.find(name, stampOf(*entry));
                 m_entries.push_back(
@@ -83,7 +83,7 @@ private:
 
     void reportProgress()
     {
-        if (m_reportTimer.due() && !*m_cancelled) {
+        if (m_reportTimer.due() && !m_cancelled.stop_requested()) {
             m_reporter.progress(m_folder.directory, m_entries.size());
         }
     }
@@ -92,7 +92,7 @@ private:
     const GroupFileType m_type;
     MetadataCatalog& m_catalog;
     ReadReporter& m_reporter;
-    CancelFlag m_cancelled;
+    std::stop_token m_cancelled;
     MediaEntries m_entries; ///< of which the readers fill in the metadata
     MetadataReadPool m_readers;
     IntervalTimer m_reportTimer{kInterval};
@@ -147,7 +147,7 @@ bool Grouping::start(const std::string& directory, GroupFileType type)
     const auto request = std::make_shared<GroupRequest>(GroupRequest{std::move(*folder), type, m_opener, m_catalog});
     m_job.start(
         request->folder.location.volume,
-        [request, result = m_result](const CancelFlag& cancelled, RequestAnswers& answers) {
+        [request, result = m_result](const std::stop_token& cancelled, RequestAnswers& answers) {
             GroupRun run(*request, cancelled);
             const int error = run.run();
             if (error == ECANCELED) {

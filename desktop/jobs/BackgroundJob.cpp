@@ -15,15 +15,15 @@ constexpr std::chrono::seconds kTimeout(2);
 } // namespace
 
 struct BackgroundJob::State {
-    std::atomic<bool> cancelled{false};
+    std::stop_source cancelled;
     std::mutex mutex;
     std::condition_variable changed;
     bool finished = false;
 
-    void run(const Work& work, const CancelFlag& flag)
+    void run(const Work& work)
     {
         try {
-            work(flag);
+            work(cancelled.get_token());
         } catch (const std::exception& error) {
             logLine(LogLevel::Error, std::string("work in the background has failed: ") + error.what());
         }
@@ -35,7 +35,7 @@ struct BackgroundJob::State {
 
 BackgroundJob::BackgroundJob(Work work)
     : m_state(std::make_shared<State>())
-    , m_thread([state = m_state, work = std::move(work)] { state->run(work, CancelFlag(state, &state->cancelled)); })
+    , m_thread([state = m_state, work = std::move(work)] { state->run(work); })
 {
 }
 
@@ -51,7 +51,7 @@ BackgroundJob::~BackgroundJob()
 
 void BackgroundJob::cancel()
 {
-    m_state->cancelled = true;
+    m_state->cancelled.request_stop();
 }
 
 void BackgroundJob::detach()

@@ -1,22 +1,20 @@
 #pragma once
 
-#include <atomic>
 #include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <thread>
 
 namespace desktop {
-
-/// Set once a job's result is no longer wanted.
-using CancelFlag = std::shared_ptr<const std::atomic<bool>>;
 
 /// Work on a thread of its own, so that a file system that does not answer holds up nothing but itself. Such a thread is
 /// left behind: the work must own, or not outlive, whatever it touches. Operations are called on one thread.
 class BackgroundJob {
 public:
-    using Work = std::function<void(const CancelFlag& cancelled)>;
+    /// @p cancelled: a stop is requested once the result is no longer wanted.
+    using Work = std::function<void(const std::stop_token& cancelled)>;
 
     explicit BackgroundJob(Work work);
     /// Cancels; waits for the thread, but not for long when the file system keeps it.
@@ -40,10 +38,11 @@ private:
 
 /// What @p work gives, done in the background; nothing when it takes longer than @p timeout, or fails.
 template <typename Result>
-std::optional<Result> runWithin(std::chrono::milliseconds timeout, std::function<Result(const CancelFlag& cancelled)> work)
+std::optional<Result> runWithin(std::chrono::milliseconds timeout,
+                                std::function<Result(const std::stop_token& cancelled)> work)
 {
     const auto result = std::make_shared<std::optional<Result>>();
-    BackgroundJob job([result, work = std::move(work)](const CancelFlag& cancelled) { *result = work(cancelled); });
+    BackgroundJob job([result, work = std::move(work)](const std::stop_token& cancelled) { *result = work(cancelled); });
     if (!job.waitFor(timeout)) {
         job.detach();
         return std::nullopt;

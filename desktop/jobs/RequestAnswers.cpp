@@ -1,5 +1,7 @@
 #include "desktop/jobs/RequestAnswers.h"
 
+#include <stop_token>
+
 namespace desktop {
 
 namespace {
@@ -46,7 +48,7 @@ struct RequestAnswers::State {
     }
 
     EventQueue& events;
-    std::atomic<bool> dropped{false};
+    std::stop_source dropped;
     Backlog backlog;
     std::mutex mutex;
     bool ended = false;
@@ -64,8 +66,8 @@ void RequestAnswers::piece(int event, std::shared_ptr<void> data)
     void* const piece = data.get();
     const std::shared_ptr<void> counted(piece, [state, data = std::move(data)](void*) { state->backlog.leave(); });
     const std::lock_guard<std::mutex> lock(state->mutex);
-    if (!state->ended && !state->dropped) {
-        state->events.post(event, counted, [state] { return !state->dropped; });
+    if (!state->ended && !state->dropped.stop_requested()) {
+        state->events.post(event, counted, [state] { return !state->dropped.stop_requested(); });
     }
 }
 
@@ -74,15 +76,15 @@ void RequestAnswers::end(int event, std::shared_ptr<void> data)
     const std::shared_ptr<State> state = m_state;
     state->backlog.open();
     const std::lock_guard<std::mutex> lock(state->mutex);
-    if (!state->ended && !state->dropped) {
+    if (!state->ended && !state->dropped.stop_requested()) {
         state->ended = true;
-        state->events.post(event, std::move(data), [state] { return !state->dropped; });
+        state->events.post(event, std::move(data), [state] { return !state->dropped.stop_requested(); });
     }
 }
 
 void RequestAnswers::drop()
 {
-    m_state->dropped = true;
+    m_state->dropped.request_stop();
     m_state->backlog.open();
 }
 

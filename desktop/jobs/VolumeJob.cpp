@@ -19,7 +19,7 @@ void VolumeJob::start(const std::string& volume, Work work, OnRemoved onRemoved)
     m_onRemoved = std::move(onRemoved);
     m_answers = std::make_shared<RequestAnswers>(m_events);
     m_jobs.push_back(std::make_unique<BackgroundJob>(
-        [work = std::move(work), answers = m_answers](const CancelFlag& cancelled) { work(cancelled, *answers); }));
+        [work = std::move(work), answers = m_answers](const std::stop_token& cancelled) { work(cancelled, *answers); }));
 }
 
 void VolumeJob::cancel()

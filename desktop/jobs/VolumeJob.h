@@ -12,7 +12,7 @@ namespace desktop {
 /// command thread unless said otherwise.
 class VolumeJob {
 public:
-    using Work = std::function<void(const CancelFlag& cancelled, RequestAnswers& answers)>;
+    using Work = std::function<void(const std::stop_token& cancelled, RequestAnswers& answers)>;
     using OnRemoved = std::function<void(RequestAnswers& answers)>;
 
     explicit VolumeJob(EventQueue& events);

@@ -37,7 +37,7 @@ KnownFiles MetadataCatalog::known(const Location& folder)
     return m_index.filesOf(storedAs(folder));
 }
 
-std::vector<MediaMetadata> MetadataCatalog::read(const std::vector<OpenMedia>& files, const std::atomic<bool>& cancelled)
+std::vector<MediaMetadata> MetadataCatalog::read(const std::vector<OpenMedia>& files, const std::stop_token& cancelled)
 {
     if (m_reader != nullptr) {
         return m_reader->readAll(files, cancelled);
@@ -88,7 +88,7 @@ MediaMetadata MetadataCatalog::metadataOf(const Location& file, const EntryStatu
         none.error = describeError(errno);
         return none;
     }
-    const MediaMetadata metadata = read({{fd.get(), entry.type}}, false).front();
+    const MediaMetadata metadata = read({{fd.get(), entry.type}}, {}).front();
     if (!metadata.error.empty()) {
         logUnreadable(file, metadata.error);
     }

@@ -22,7 +22,7 @@ public:
     /// What is known of the files of folder @p folder; reads none.
     KnownFiles known(const Location& folder);
     /// Reads @p files, as MediaReader::readAll does. Nothing is remembered yet.
-    std::vector<MediaMetadata> read(const std::vector<OpenMedia>& files, const std::atomic<bool>& cancelled);
+    std::vector<MediaMetadata> read(const std::vector<OpenMedia>& files, const std::stop_token& cancelled);
     /// Whether the result of read() for @p fd holds for later visits: not when the file was changed meanwhile, nor when the
     /// fault may lie elsewhere, as with a volume that has been removed.
     bool lasts(const MediaMetadata& metadata, int fd, const EntryStatus& entry, const std::string& volume) const;

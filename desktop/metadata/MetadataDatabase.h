@@ -17,7 +17,7 @@ struct FileStamp {
     std::uint64_t size = 0;    ///< bytes
     std::int64_t modified = 0; ///< nanoseconds
 
-    bool operator==(const FileStamp& other) const { return size == other.size && modified == other.modified; }
+    bool operator==(const FileStamp& other) const = default;
 };
 
 /// A folder as the index knows it, wherever its volume is mounted.

@@ -18,7 +18,7 @@ constexpr std::size_t kRemembered = 512; // files remembered at a time: the inde
 
 } // namespace
 
-MetadataReadPool::MetadataReadPool(std::shared_ptr<MetadataCatalog> catalog, CancelFlag cancelled)
+MetadataReadPool::MetadataReadPool(std::shared_ptr<MetadataCatalog> catalog, std::stop_token cancelled)
     : m_catalog(std::move(catalog))
     , m_cancelled(std::move(cancelled))
 {
@@ -63,10 +63,10 @@ void MetadataReadPool::readLoop()
 {
     Read known;
     for (Files files = takeSome(); !files.empty(); files = takeSome()) {
-        if (!*m_cancelled) {
+        if (!m_cancelled.stop_requested()) {
             read(files);
         }
-        if (!*m_cancelled) { // else it may have been broken off
+        if (!m_cancelled.stop_requested()) { // else it may have been broken off
             keep(files, known);
         }
         if (known.count >= kRemembered) {
@@ -96,7 +96,7 @@ void MetadataReadPool::read(Files& files)
     for (const File& file : files) {
         media.push_back({file.fd.get(), file.entry.type});
     }
-    std::vector<MediaMetadata> metadata = m_catalog->read(media, *m_cancelled);
+    std::vector<MediaMetadata> metadata = m_catalog->read(media, m_cancelled);
     for (std::size_t i = 0; i < files.size(); ++i) {
         *files[i].metadata = std::move(metadata[i]);
     }

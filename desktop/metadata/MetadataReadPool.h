@@ -11,7 +11,7 @@ namespace desktop {
 /// Reads the metadata of many media files, two at a time, and has the catalog remember them.
 class MetadataReadPool {
 public:
-    MetadataReadPool(std::shared_ptr<MetadataCatalog> catalog, CancelFlag cancelled);
+    MetadataReadPool(std::shared_ptr<MetadataCatalog> catalog, std::stop_token cancelled);
     ~MetadataReadPool() { finish(); }
     MetadataReadPool(const MetadataReadPool&) = delete;
     MetadataReadPool& operator=(const MetadataReadPool&) = delete;
@@ -45,7 +45,7 @@ private:
     void keep(const Files& files, Read& known) const;
 
     std::shared_ptr<MetadataCatalog> m_catalog;
-    CancelFlag m_cancelled;
+    std::stop_token m_cancelled;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<File> m_files;

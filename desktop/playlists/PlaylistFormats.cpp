@@ -18,18 +18,13 @@ namespace {
 
 using Entries = std::vector<PlaylistEntry>;
 
-bool startsWith(std::string_view text, std::string_view start)
-{
-    return text.substr(0, start.size()) == start;
-}
-
 // Without the mark that some programs write first; UTF-16 becomes UTF-8.
 std::string withoutMark(std::string content)
 {
-    if (startsWith(content, "\xEF\xBB\xBF")) {
+    if (content.starts_with("\xEF\xBB\xBF")) {
         return content.substr(3);
     }
-    const bool wide = startsWith(content, "\xFF\xFE") || startsWith(content, "\xFE\xFF");
+    const bool wide = content.starts_with("\xFF\xFE") || content.starts_with("\xFE\xFF");
     return wide ? toUtf8(content, "UTF-16") : content;
 }
 
@@ -56,7 +51,7 @@ bool hasScheme(std::string_view target)
 void add(Entries& entries, std::string target, const std::string& title)
 {
     constexpr std::string_view kFile = "file://";
-    if (startsWith(lowerCase(target.substr(0, kFile.size())), kFile)) {
+    if (lowerCase(target.substr(0, kFile.size())).starts_with(kFile)) {
         const std::size_t slash = target.find('/', kFile.size()); // the host before it does not matter
         target = slash != std::string::npos ? withoutEscapes(target.substr(slash)) : "";
     }
@@ -73,7 +68,7 @@ Entries parseM3u(const std::string& content)
     std::string title;
     for (std::string line; std::getline(lines, line);) {
         line = trimmed(line);
-        if (startsWith(line, kInfo)) {
+        if (line.starts_with(kInfo)) {
             const std::size_t comma = line.find(',');
             title = comma != std::string::npos ? trimmed(std::string_view(line).substr(comma + 1)) : "";
         } else if (!line.empty() && line.front() != '#') {
@@ -95,9 +90,9 @@ Entries parsePls(const std::string& content)
         }
         const std::string key = lowerCase(trimmed(line.substr(0, equals)));
         const std::string value = trimmed(std::string_view(line).substr(equals + 1));
-        if (startsWith(key, "file")) {
+        if (key.starts_with("file")) {
             numbered[std::atoi(key.c_str() + 4)].target = value;
-        } else if (startsWith(key, "title")) {
+        } else if (key.starts_with("title")) {
             numbered[std::atoi(key.c_str() + 5)].title = value;
         }
     }
@@ -119,7 +114,7 @@ Entries parseCue(const std::string& content)
             continue;
         }
         const std::string rest = trimmed(line.substr(5));
-        const bool quoted = startsWith(rest, "\"");
+        const bool quoted = rest.starts_with("\"");
         const std::size_t end = quoted ? rest.find('"', 1) : rest.rfind(' '); // the kind of file comes last
         add(entries, quoted ? rest.substr(1, end - 1) : rest.substr(0, end), "");
     }

@@ -26,7 +26,7 @@ struct FoundFiles {
     int error = 0; ///< errno value
 };
 
-FoundFiles findFiles(const OpenedFolder& folder, const CancelFlag& cancelled)
+FoundFiles findFiles(const OpenedFolder& folder, const std::stop_token& cancelled)
 {
     FoundFiles files;
     TreeWalk walk(folder.location, cancelled, isPlaylistName, [&](const WalkedFolder& found, const WalkTotals&) {
@@ -108,7 +108,7 @@ public:
     }
 
     /// Null when it cannot be read.
-    EntryList run(const CancelFlag& cancelled)
+    EntryList run(const std::stop_token& cancelled)
     {
         const auto content = readWhole(m_file);
         if (!content) {
@@ -118,7 +118,7 @@ public:
         auto entries = std::make_shared<std::vector<FolderFileInfo_s>>();
         std::size_t missing = 0;
         for (const PlaylistEntry& entry : parsePlaylist(m_file.relative, *content)) {
-            auto file = *cancelled ? std::nullopt : find(entry);
+            auto file = cancelled.stop_requested() ? std::nullopt : find(entry);
             if (file) {
                 file->id = static_cast<std::int32_t>(entries->size());
                 entries->push_back(std::move(*file));
@@ -195,7 +195,7 @@ std::optional<std::vector<std::string>> Playlists::filesBelow(const std::string&
 {
     const auto folder = std::make_shared<OpenedFolder>(m_opener.folderAt(directory));
     auto files = m_opener.runWithin<FoundFiles>(
-        kTimeout, directory, [folder](const CancelFlag& cancelled) { return findFiles(*folder, cancelled); });
+        kTimeout, directory, [folder](const std::stop_token& cancelled) { return findFiles(*folder, cancelled); });
     if (!files) {
         return std::nullopt;
     }
@@ -213,7 +213,7 @@ EntryList Playlists::entriesOf(const std::string& path) const
         return nullptr;
     }
     const auto entries =
-        m_opener.runWithin<EntryList>(kTimeout, path, [file, path, catalog = m_catalog](const CancelFlag& cancelled) {
+        m_opener.runWithin<EntryList>(kTimeout, path, [file, path, catalog = m_catalog](const std::stop_token& cancelled) {
             return PlaylistReading(file, path, catalog).run(cancelled);
         });
     return entries.value_or(nullptr);

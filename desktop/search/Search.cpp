@@ -86,7 +86,7 @@ FolderToSearch forSearching(const WalkedFolder& folder, const WalkTotals& totals
 /// One search at work, on two threads: one walks, the other inspects the files and sends the results.
 class SearchRun {
 public:
-    SearchRun(const SearchRequest& request, RequestAnswers& answers, CancelFlag cancelled, SearchCounts& counts)
+    SearchRun(const SearchRequest& request, RequestAnswers& answers, std::stop_token cancelled, SearchCounts& counts)
         : m_request(request)
         , m_answers(answers)
         , m_cancelled(std::move(cancelled))
@@ -128,7 +128,7 @@ private:
         const std::string directory = m_request.folder.directoryOf(folder.location);
         const KnownFiles known = knownFiles(m_request.catalog, folder.location);
         for (const std::string& name : folder.files) {
-            const auto status = *m_cancelled ? std::nullopt : inspectFile(folder.fd.get(), name);
+            const auto status = m_cancelled.stop_requested() ? std::nullopt : inspectFile(folder.fd.get(), name);
             if (status && status->type == m_request.type) {
                 add(describeEntry(directory, name, *status, known.find(name, stampOf(*status))));
             }
@@ -148,7 +148,7 @@ private:
     {
         m_counts.folders = totals.folders;
         m_counts.unreadable = totals.unreadable;
-        if (m_reportTimer.due() && !*m_cancelled) {
+        if (m_reportTimer.due() && !m_cancelled.stop_requested()) {
             sendFound();
             m_request.opener.reporter().progress(m_request.folder.directory, totals.entries);
         }
@@ -169,7 +169,7 @@ private:
 
     const SearchRequest& m_request;
     RequestAnswers& m_answers;
-    CancelFlag m_cancelled;
+    std::stop_token m_cancelled;
     SearchCounts& m_counts;
     const int m_pageSize;
     Json::Value m_files{Json::arrayValue}; ///< found but not yet sent
@@ -197,7 +197,7 @@ bool Search::start(const std::string& directory, FileType type, int itemsPerPage
     const auto counts = std::make_shared<SearchCounts>();
     m_job.start(
         request->folder.location.volume,
-        [request, counts](const CancelFlag& cancelled, RequestAnswers& answers) {
+        [request, counts](const std::stop_token& cancelled, RequestAnswers& answers) {
             SearchRun(*request, answers, cancelled, *counts).run();
         },
         [request, counts](RequestAnswers& answers) { postEnd(answers, request->folder.directory, *counts, ENODEV); });

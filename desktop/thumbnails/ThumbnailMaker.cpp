@@ -79,7 +79,7 @@ ThumbnailMaker::ThumbnailMaker(PathResolver resolver, std::shared_ptr<MediaWorke
 }
 
 std::string ThumbnailMaker::make(const std::string& path, const ThumbnailForm& form, PictureFolder& folder,
-                                 const Wakeup& cancel, std::string& error)
+                                 const std::stop_token& cancelled, std::string& error)
 {
     const Location location = m_resolver.locate(decodeName(path));
     const UniqueFd pinned = PathResolver::open(location, O_PATH);
@@ -97,7 +97,8 @@ std::string ThumbnailMaker::make(const std::string& path, const ThumbnailForm& f
         error = describeError(errno);
         return "";
     }
-    error = write(file.get(), status->type, form, contentKey(location, file.get(), *status, form), picture.fd.get(), cancel);
+    error =
+        write(file.get(), status->type, form, contentKey(location, file.get(), *status, form), picture.fd.get(), cancelled);
     if (!error.empty()) {
         PictureFolder::discard(picture);
         return "";
@@ -108,12 +109,12 @@ std::string ThumbnailMaker::make(const std::string& path, const ThumbnailForm& f
 
 // Writes the picture that is kept under @p key, or else a new one; returns why there is none.
 std::string ThumbnailMaker::write(int file, FileType type, const ThumbnailForm& form, const std::string& key, int picture,
-                                  const Wakeup& cancel)
+                                  const std::stop_token& cancelled)
 {
     if (const UniqueFd known = m_cache.find(key)) {
         return copyFile(known.get(), picture) ? "" : describeError(errno);
     }
-    std::string error = m_workers->makeThumbnail(file, type, form.width, form.height, picture, cancel);
+    std::string error = m_workers->makeThumbnail(file, type, form.width, form.height, picture, cancelled);
     if (error.empty()) {
         m_cache.keep(key, picture);
     }

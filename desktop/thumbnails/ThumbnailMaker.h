@@ -24,13 +24,14 @@ public:
     ThumbnailMaker(PathResolver resolver, std::shared_ptr<MediaWorkers> workers, const std::string& cacheFolder);
 
     /// Makes the picture of file @p path, a text as encodeName writes it: a JPEG file in @p folder, whose path it returns.
-    /// Without one, @p error says why, or is empty when @p form wants none. Returns soon once @p cancel is raised.
-    std::string make(const std::string& path, const ThumbnailForm& form, PictureFolder& folder, const Wakeup& cancel,
-                     std::string& error);
+    /// Without one, @p error says why, or is empty when @p form wants none. Returns soon once @p cancelled has a stop
+    /// requested.
+    std::string make(const std::string& path, const ThumbnailForm& form, PictureFolder& folder,
+                     const std::stop_token& cancelled, std::string& error);
 
 private:
     std::string write(int file, FileType type, const ThumbnailForm& form, const std::string& key, int picture,
-                      const Wakeup& cancel);
+                      const std::stop_token& cancelled);
 
     const PathResolver m_resolver;
     const std::shared_ptr<MediaWorkers> m_workers;

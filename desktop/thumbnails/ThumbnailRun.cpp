@@ -6,7 +6,7 @@
 #include "platform/SocMwEvents.h"
 
 #include <algorithm>
-#include <atomic>
+#include <stop_token>
 
 namespace desktop {
 
@@ -51,8 +51,8 @@ struct ThumbnailRun::State : std::enable_shared_from_this<State> {
     const std::shared_ptr<ThumbnailMaker> maker;
     const std::shared_ptr<PictureFolder> folder;
     EventQueue& events;
-    Wakeup cancel;
-    std::atomic<bool> cancelled{false};
+    std::stop_source making;    ///< stopped when no more pictures are needed
+    std::stop_source cancelled; ///< stopped when no more events are wanted
     std::mutex mutex;
     std::vector<Entry> entries;
     std::size_t begun = 0;  ///< entries that a thread has taken
@@ -81,14 +81,14 @@ bool ThumbnailRun::State::take(std::size_t& index)
         ++begun;
     }
     index = begun++;
-    return !cancelled && index < entries.size();
+    return !cancelled.stop_requested() && index < entries.size();
 }
 
 std::string ThumbnailRun::State::make(const std::string& path)
 {
     std::string error;
-    const std::string file = path.empty() ? "" : maker->make(path, request.form, *folder, cancel, error);
-    if (!error.empty() && !cancelled) {
+    const std::string file = path.empty() ? "" : maker->make(path, request.form, *folder, making.get_token(), error);
+    if (!error.empty() && !cancelled.stop_requested()) {
         logLine(LogLevel::Warning, "no thumbnail of " + path + ": " + error);
     }
     return file;
@@ -106,10 +106,10 @@ void ThumbnailRun::State::finish(std::size_t index, std::string picture)
 // In the order of the request: the last one is taken for the end.
 void ThumbnailRun::State::postFinished()
 {
-    for (; !cancelled && posted < entries.size() && entries[posted].finished; ++posted) {
+    for (; !cancelled.stop_requested() && posted < entries.size() && entries[posted].finished; ++posted) {
         const auto ready = std::make_shared<ReadyThumbnail>(posted, request.paths[posted], entries[posted].picture);
         events.post(request.event, std::shared_ptr<void>(ready, &ready->event),
-                    [state = shared_from_this()] { return !state->cancelled; });
+                    [state = shared_from_this()] { return !state->cancelled.stop_requested(); });
     }
 }
 
@@ -123,7 +123,7 @@ void ThumbnailRun::State::volumeRemoved(const std::string& volume)
     }
     postFinished();
     if (posted == entries.size()) {
-        cancel.raise();
+        making.request_stop();
     }
 }
 
@@ -132,7 +132,7 @@ ThumbnailRun::ThumbnailRun(ThumbnailRequest request, std::shared_ptr<ThumbnailMa
     : m_state(std::make_shared<State>(std::move(request), std::move(maker), std::move(folder), events))
 {
     for (std::size_t i = 0; i < kWorkerCount; ++i) {
-        m_jobs.push_back(std::make_unique<BackgroundJob>([state = m_state](const CancelFlag&) { state->work(); }));
+        m_jobs.push_back(std::make_unique<BackgroundJob>([state = m_state](const std::stop_token&) { state->work(); }));
     }
 }
 
@@ -143,8 +143,8 @@ ThumbnailRun::~ThumbnailRun()
 
 void ThumbnailRun::cancel()
 {
-    m_state->cancelled = true;
-    m_state->cancel.raise();
+    m_state->cancelled.request_stop();
+    m_state->making.request_stop();
 }
 
 void ThumbnailRun::volumeRemoved(const std::string& volume)

@@ -28,7 +28,7 @@ std::string folderName(const std::string& folder)
 
 bool isDevice(const std::string& source)
 {
-    return source.rfind(kDevices, 0) == 0;
+    return source.starts_with(kDevices);
 }
 
 bool liesBelowOneOf(const std::string& folder, const std::vector<std::string>& parents)

@@ -2,8 +2,8 @@
 
 #include "platform/SocMwTypes.h"
 
-#include <atomic>
 #include <cstddef>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -47,9 +47,9 @@ public:
     /// file that hangs, kills or exhausts its reader has only an error.
     virtual MediaMetadata read(int fd, FileType type) = 0;
 
-    /// The metadata of @p files, in their order, as read() returns them; once @p cancelled is set, the rest may have errors.
-    /// Takes less time than one by one.
-    virtual std::vector<MediaMetadata> readAll(const std::vector<OpenMedia>& files, const std::atomic<bool>& cancelled) = 0;
+    /// The metadata of @p files, in their order, as read() returns them; once @p cancelled has a stop requested, the rest
+    /// may have errors. Takes less time than one by one.
+    virtual std::vector<MediaMetadata> readAll(const std::vector<OpenMedia>& files, const std::stop_token& cancelled) = 0;
 };
 
 } // namespace desktop

@@ -54,15 +54,15 @@ MediaWorkers::MediaWorkers(MediaWorkerSettings settings)
 
 MediaMetadata MediaWorkers::read(int fd, FileType type)
 {
-    return readAll({{fd, type}}, false).front();
+    return readAll({{fd, type}}, {}).front();
 }
 
-std::vector<MediaMetadata> MediaWorkers::readAll(const std::vector<OpenMedia>& files, const std::atomic<bool>& cancelled)
+std::vector<MediaMetadata> MediaWorkers::readAll(const std::vector<OpenMedia>& files, const std::stop_token& cancelled)
 {
     std::vector<MediaMetadata> metadata;
     while (metadata.size() < files.size()) {
         const SlotPointer slot = acquireSlot();
-        if (slot == nullptr || cancelled) {
+        if (slot == nullptr || cancelled.stop_requested()) {
             metadata.resize(files.size(), metadataFromJson(failure(slot == nullptr ? kStopped : kUnwanted)));
             break;
         }
@@ -71,14 +71,15 @@ std::vector<MediaMetadata> MediaWorkers::readAll(const std::vector<OpenMedia>& f
     return metadata;
 }
 
-std::string MediaWorkers::makeThumbnail(int fd, FileType type, int width, int height, int output, const Wakeup& cancel)
+std::string MediaWorkers::makeThumbnail(int fd, FileType type, int width, int height, int output,
+                                        const std::stop_token& cancelled)
 {
     Json::Value request;
     request["job"] = "thumbnail";
     request["type"] = static_cast<int>(type);
     request["width"] = width;
     request["height"] = height;
-    return metadataFromJson(ask(request, {fd, output}, &cancel)).error;
+    return metadataFromJson(ask(request, {fd, output}, cancelled)).error;
 }
 
 void MediaWorkers::stop()
@@ -96,7 +97,7 @@ void MediaWorkers::stop()
 
 // The worker gets files ahead of its answers, so that it never waits for one. Answers come in the order of the files: the
 // first that is missing is that of the file which stopped it. Ends early, but not without a file, when others want the slot.
-void MediaWorkers::readSome(Slot& slot, const std::vector<OpenMedia>& files, const std::atomic<bool>& cancelled,
+void MediaWorkers::readSome(Slot& slot, const std::vector<OpenMedia>& files, const std::stop_token& cancelled,
                             std::vector<MediaMetadata>& metadata)
 try {
     std::size_t sent = metadata.size();
@@ -107,24 +108,26 @@ try {
             ++sent;
         }
         metadata.push_back(metadataFromJson(waitForAnswer(slot.worker, nullptr)));
-        if (cancelled && sent > metadata.size()) {
+        if (cancelled.stop_requested() && sent > metadata.size()) {
             throw std::runtime_error(kUnwanted);
         }
-    } while (metadata.size() < sent || (metadata.size() < files.size() && !cancelled && !othersWait()));
+    } while (metadata.size() < sent || (metadata.size() < files.size() && !cancelled.stop_requested() && !othersWait()));
 } catch (const std::exception& error) {
     slot.worker.reset(); // whatever state it is in, the next file gets another one
     metadata.push_back(metadataFromJson(failure(error.what())));
 }
 
-Json::Value MediaWorkers::ask(const Json::Value& request, std::initializer_list<int> files, const Wakeup* cancel)
+Json::Value MediaWorkers::ask(const Json::Value& request, std::initializer_list<int> files, const std::stop_token& cancelled)
 {
+    Wakeup cancel;
+    const std::stop_callback raise(cancelled, [&cancel] { cancel.raise(); });
     const SlotPointer slot = acquireSlot();
     if (slot == nullptr) {
         return failure(kStopped);
     }
     try {
         send(slot->worker, request, files);
-        return waitForAnswer(slot->worker, cancel);
+        return waitForAnswer(slot->worker, &cancel);
     } catch (const std::exception& error) {
         slot->worker.reset(); // whatever state it is in, the next file gets another one
         return failure(error.what());
@@ -196,10 +199,11 @@ bool MediaWorkers::sendFile(Worker& worker, const OpenMedia& file, bool first) c
     return true;
 }
 
-Json::Value MediaWorkers::waitForAnswer(Worker& worker, const Wakeup* cancel) const
+Json::Value MediaWorkers::waitForAnswer(Worker& worker, const Wakeup* cancelled) const
 {
-    std::array<pollfd, 3> waits = {
-        {{worker->channel(), POLLIN, 0}, {m_stop.fd(), POLLIN, 0}, {cancel != nullptr ? cancel->fd() : -1, POLLIN, 0}}};
+    std::array<pollfd, 3> waits = {{{worker->channel(), POLLIN, 0},
+                                    {m_stop.fd(), POLLIN, 0},
+                                    {cancelled != nullptr ? cancelled->fd() : -1, POLLIN, 0}}};
     pollUntil(std::chrono::steady_clock::now() + m_settings.timeout, waits);
     if (waits[1].revents != 0 || waits[2].revents != 0) {
         throw std::runtime_error(kUnwanted);

@@ -30,12 +30,13 @@ public:
     ~MediaWorkers() override { stop(); }
 
     MediaMetadata read(int fd, FileType type) override;
-    std::vector<MediaMetadata> readAll(const std::vector<OpenMedia>& files, const std::atomic<bool>& cancelled) override;
+    std::vector<MediaMetadata> readAll(const std::vector<OpenMedia>& files, const std::stop_token& cancelled) override;
 
     /// Writes the picture that stands for the open file @p fd of kind @p type into @p output as a JPEG file, at most
     /// @p width x @p height pixels, turned as it is to be shown and never enlarged. Returns why there is none; empty when
-    /// there is. Returns at once when @p cancel is raised.
-    std::string makeThumbnail(int fd, FileType type, int width, int height, int output, const Wakeup& cancel);
+    /// there is. Returns at once when @p cancelled has a stop
+    /// requested.
+    std::string makeThumbnail(int fd, FileType type, int width, int height, int output, const std::stop_token& cancelled);
 
     /// Every file that is being read, or comes later, has an error at once.
     void stop();
@@ -52,8 +53,8 @@ private:
     };
     using SlotPointer = std::unique_ptr<Slot, ReleaseSlot>;
 
-    Json::Value ask(const Json::Value& request, std::initializer_list<int> files, const Wakeup* cancel);
-    void readSome(Slot& slot, const std::vector<OpenMedia>& files, const std::atomic<bool>& cancelled,
+    Json::Value ask(const Json::Value& request, std::initializer_list<int> files, const std::stop_token& cancelled);
+    void readSome(Slot& slot, const std::vector<OpenMedia>& files, const std::stop_token& cancelled,
                   std::vector<MediaMetadata>& metadata);
     SlotPointer acquireSlot();
     Slot* freeSlot();
@@ -61,7 +62,7 @@ private:
     bool othersWait();
     bool sendFile(Worker& worker, const OpenMedia& file, bool first) const;
     void send(Worker& worker, const Json::Value& request, std::initializer_list<int> files) const;
-    Json::Value waitForAnswer(Worker& worker, const Wakeup* cancel) const;
+    Json::Value waitForAnswer(Worker& worker, const Wakeup* cancelled) const;
 
     const MediaWorkerSettings m_settings;
     std::mutex m_mutex;

@@ -59,7 +59,7 @@ protected:
 
     testsupport::TemporaryDirectory folder;
     const LocationOpener opener{PathResolver({folder.path()}), std::make_shared<ReadReporter>()};
-    const std::atomic<bool> goOn{false};
+    const std::stop_token goOn;
 };
 
 std::vector<std::string> namesOf(const Listing& listing)
@@ -190,14 +190,14 @@ TEST_F(ListingReaderTest, FolderRemovedWhileItIsRead_FailsWithNoSuchFolder)
 TEST_F(ListingReaderTest, Cancelled_StopsAtTheNextEntry)
 {
     testsupport::makeManyFiles(folder.path(), 1100);
-    std::atomic<bool> cancelled{false};
+    std::stop_source cancelled;
     std::vector<std::size_t> received;
     Listing listing;
     const auto cancel = [&](std::size_t entries) {
         received.push_back(entries);
-        cancelled = true;
+        cancelled.request_stop();
     };
-    EXPECT_EQ(readListing(open(), nullptr, cancelled, cancel, listing), ECANCELED);
+    EXPECT_EQ(readListing(open(), nullptr, cancelled.get_token(), cancel, listing), ECANCELED);
     EXPECT_THAT(received, ElementsAre(512U));
     EXPECT_EQ(listing.entries.size(), 512U);
 }

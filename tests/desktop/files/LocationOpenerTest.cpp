@@ -58,7 +58,7 @@ TEST_F(LocationOpenerTest, WhatIsNoFolderOnAVolume_IsRefusedWithItsReason)
 TEST_F(LocationOpenerTest, WorkThatTakesTooLong_IsReported)
 {
     const auto end = std::make_shared<testsupport::Door>();
-    const auto result = opener.runWithin<int>(std::chrono::milliseconds(1), "/stick/a", [end](const CancelFlag&) {
+    const auto result = opener.runWithin<int>(std::chrono::milliseconds(1), "/stick/a", [end](const std::stop_token&) {
         end->wait();
         return 1;
     });

@@ -31,7 +31,7 @@ public:
     }
 
     std::vector<desktop::MediaMetadata> readAll(const std::vector<desktop::OpenMedia>& files,
-                                                const std::atomic<bool>&) override
+                                                const std::stop_token&) override
     {
         std::vector<desktop::MediaMetadata> metadata;
         for (const desktop::OpenMedia& file : files) {

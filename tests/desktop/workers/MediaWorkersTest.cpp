@@ -74,7 +74,7 @@ TEST(MediaWorkers, ManyFilesAtOnce_AreAnsweredInTheirOrder)
         files.add("Music/The Sines/01 First.mp3", FILE_TYPE_MUSIC);
         files.add("Music/The Sines/02 Second.flac", FILE_TYPE_MUSIC);
     }
-    const std::vector<MediaMetadata> metadata = media.workers.readAll(files.media, false);
+    const std::vector<MediaMetadata> metadata = media.workers.readAll(files.media, {});
     ASSERT_EQ(metadata.size(), 20U);
     for (std::size_t i = 0; i < metadata.size(); ++i) {
         EXPECT_EQ(metadata[i].title, i % 2 == 0 ? "First" : "Second") << i;
@@ -90,7 +90,7 @@ TEST(MediaWorkers, WorkerThatDiesOfTheFirstOfManyFiles_CostsThatFileOnly)
     for (int i = 0; i < 3; ++i) {
         files.add("Movies/counter.mp4", FILE_TYPE_VIDEO);
     }
-    const std::vector<MediaMetadata> metadata = media.workers.readAll(files.media, false);
+    const std::vector<MediaMetadata> metadata = media.workers.readAll(files.media, {});
     ASSERT_EQ(metadata.size(), 3U);
     EXPECT_EQ(metadata[0].error, "The file stopped the process that read it.");
     EXPECT_EQ(metadata[1].duration, 4);
@@ -104,7 +104,7 @@ TEST(MediaWorkers, DescriptorThatIsNoneAmongManyFiles_CostsThatFileOnly)
     files.add("Movies/counter.mp4", FILE_TYPE_VIDEO);
     files.media.push_back({-1, FILE_TYPE_VIDEO});
     files.add("Movies/counter.mp4", FILE_TYPE_VIDEO);
-    const std::vector<MediaMetadata> metadata = media.workers.readAll(files.media, false);
+    const std::vector<MediaMetadata> metadata = media.workers.readAll(files.media, {});
     ASSERT_EQ(metadata.size(), 3U);
     EXPECT_EQ(metadata[0].duration, 4);
     EXPECT_NE(metadata[1].error, "");
@@ -118,7 +118,9 @@ TEST(MediaWorkers, CancelledBetweenManyFiles_LeavesOutTheRest)
     for (int i = 0; i < 3; ++i) {
         files.add("Movies/counter.mp4", FILE_TYPE_VIDEO);
     }
-    const std::vector<MediaMetadata> metadata = media.workers.readAll(files.media, true);
+    std::stop_source cancelled;
+    cancelled.request_stop();
+    const std::vector<MediaMetadata> metadata = media.workers.readAll(files.media, cancelled.get_token());
     ASSERT_EQ(metadata.size(), 3U);
     EXPECT_EQ(metadata.back().error, "The file is not wanted any more.");
     EXPECT_TRUE(metadata.back().unread);
@@ -142,7 +144,7 @@ TEST(MediaWorkers, OneFileBehindManyFiles_DoesNotWaitForThemAll)
     std::vector<std::thread> readers;
     for (int i = 0; i < 2; ++i) {
         readers.emplace_back([&] {
-            EXPECT_EQ(media.workers.readAll(files.media, false).back().duration, 4);
+            EXPECT_EQ(media.workers.readAll(files.media, {}).back().duration, 4);
             ++finished;
         });
     }
@@ -216,9 +218,9 @@ TEST(MediaWorkers, AbandonedThumbnail_ReturnsAtOnce)
 {
     StandIn hanging("exec sleep 1000");
     MediaReading media({hanging.program(), kLong});
-    std::thread abandoning([&media] { media.cancel.raise(); });
+    std::thread cancelling([&media] { media.cancelled.request_stop(); });
     EXPECT_EQ(media.thumbnail(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).error, "The file is not wanted any more.");
-    abandoning.join();
+    cancelling.join();
 }
 
 TEST(MediaWorkers, TwoFilesAtATime_AreReadSideBySide)
