@@ -7,8 +7,8 @@ namespace desktop {
 
 namespace {
 
-// Where Linux computers mount sticks.
-const std::vector<std::string> kMountFolders = {"/media", "/run/media", "/mnt"};
+// Where Linux computers mount volumes.
+constexpr const char* kMountFolders[] = {"/media", "/run/media", "/mnt"};
 
 std::string absoluteFolder(const std::string& folder)
 {
@@ -26,26 +26,27 @@ DesktopMiddleware& DesktopMiddleware::instance()
 
 DesktopMiddleware::DesktopMiddleware()
     : m_resolver({})
+    , m_opener(m_resolver, m_reporter)
 {
-    makeParts("", FolderObserver());
+    makeParts("", ReadObserver());
 }
 
 void DesktopMiddleware::open(DesktopSettings settings)
 {
-    StickSources sources;
-    for (const std::string& stick : settings.sticks) {
-        const std::string folder = absoluteFolder(stick);
+    VolumeSources sources;
+    for (const std::string& volume : settings.sticks) {
+        const std::string folder = absoluteFolder(volume);
         if (std::find(sources.folders.begin(), sources.folders.end(), folder) == sources.folders.end()) {
             sources.folders.push_back(folder);
         }
     }
     if (settings.mountedSticks) {
-        sources.mountFolders = kMountFolders;
+        sources.mountFolders.assign(std::begin(kMountFolders), std::end(kMountFolders));
     }
     m_screenSwitched = std::move(settings.screenSwitched);
     makeParts(settings.cacheFolder, settings.observer);
     m_volumes = std::make_unique<Volumes>(std::move(sources), m_resolver, m_events,
-                                          [this](const std::string& stick) { stickPulled(stick); });
+                                          [this](const std::string& volume) { volumeRemoved(volume); });
 }
 
 void DesktopMiddleware::startEvents()
@@ -64,17 +65,13 @@ void DesktopMiddleware::close()
     m_thumbnails->close();
     m_events.stop();
     m_events.setListener(nullptr);
-    makeParts("", FolderObserver()); // joins what still ends, and lets go of the host's callbacks
+    m_reporter->disconnect();
+    makeParts("", ReadObserver()); // joins what still ends
 }
 
 Json::Value DesktopMiddleware::deviceList() const
 {
     return m_volumes != nullptr ? m_volumes->deviceList() : Json::Value(Json::objectValue);
-}
-
-std::string DesktopMiddleware::stickId(const std::string& stick) const
-{
-    return m_volumes != nullptr ? m_volumes->idOf(stick) : "";
 }
 
 void DesktopMiddleware::screenSwitched(bool off) const
@@ -84,28 +81,27 @@ void DesktopMiddleware::screenSwitched(bool off) const
     }
 }
 
-void DesktopMiddleware::makeParts(const std::string& cacheFolder, const FolderObserver& observer)
+void DesktopMiddleware::makeParts(const std::string& cacheFolder, const ReadObserver& observer)
 {
-    m_grouping.reset(); // both look at the listings
-    m_search.reset();
+    m_reporter = std::make_shared<ReadReporter>(observer);
+    m_opener = LocationOpener(m_resolver, m_reporter);
     m_workers = std::make_shared<MediaWorkers>(); // their processes start with the first file
-    const auto library =
-        std::make_shared<MediaLibrary>(m_workers, cacheFolder, [this](const std::string& stick) { return stickId(stick); });
-    m_listings = std::make_unique<FolderListings>(m_resolver, m_events, observer, library);
-    m_search = std::make_unique<Search>(*m_listings, m_events, observer);
-    m_grouping = std::make_unique<Grouping>(*m_listings, m_events, observer);
-    m_playlists = std::make_unique<Playlists>(m_resolver, *m_listings);
+    m_catalog = std::make_shared<MetadataCatalog>(m_workers, cacheFolder);
+    m_listings = std::make_unique<FolderListings>(m_opener, m_events, m_catalog);
+    m_search = std::make_unique<Search>(m_opener, m_catalog, m_events);
+    m_grouping = std::make_unique<Grouping>(m_opener, m_catalog, m_events);
+    m_playlists = std::make_unique<Playlists>(m_opener, m_catalog);
     m_thumbnails =
         std::make_unique<Thumbnails>(std::make_shared<ThumbnailMaker>(m_resolver, m_workers, cacheFolder), m_events);
 }
 
-// On the thread that watches the sticks: whatever reads from the stick ends now.
-void DesktopMiddleware::stickPulled(const std::string& stick)
+// On the thread that watches the volumes: whatever reads from the volume ends now.
+void DesktopMiddleware::volumeRemoved(const std::string& volume)
 {
-    m_listings->lose(stick);
-    m_search->lose(stick);
-    m_grouping->lose(stick);
-    m_thumbnails->lose(stick);
+    m_listings->volumeRemoved(volume);
+    m_search->volumeRemoved(volume);
+    m_grouping->volumeRemoved(volume);
+    m_thumbnails->volumeRemoved(volume);
 }
 
 } // namespace desktop

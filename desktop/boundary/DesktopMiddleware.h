@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/browsing/FolderListings.h"
+#include "desktop/browsing/PhotoSort.h"
 #include "desktop/grouping/Grouping.h"
 #include "desktop/jobs/EventQueue.h"
 #include "desktop/playlists/Playlists.h"
@@ -16,13 +17,13 @@ namespace desktop {
 
 /// What a host sets before the plugin is loaded.
 struct DesktopSettings {
-    /// The folders that stand for USB sticks. They may come and go while the desktop runs.
+    /// The folders that stand for USB volumes. They may come and go while the desktop runs.
     std::vector<std::string> sticks;
-    /// Whether the devices that this computer mounts where it mounts sticks are sticks, too.
+    /// Whether the devices that this computer mounts where it mounts volumes are volumes, too.
     bool mountedSticks = false;
     /// Folder that keeps what has been read, for the next time; empty: nothing is kept.
     std::string cacheFolder;
-    FolderObserver observer;
+    ReadObserver observer;
     /// Told whenever the screen has been switched, on the thread that did. May be null.
     std::function<void(bool off)> screenSwitched;
 };
@@ -35,7 +36,7 @@ public:
     /// The one of the process. It is never destroyed: threads that a dead file system keeps may still look at it.
     static DesktopMiddleware& instance();
 
-    /// Puts the sticks in. Their events gather until startEvents().
+    /// Puts the volumes in. Their events gather until startEvents().
     void open(DesktopSettings settings);
     void startEvents();
     /// Stops every read, delivers the events that are due and stops all threads; no event comes after it.
@@ -48,28 +49,27 @@ public:
     Grouping& grouping() { return *m_grouping; }
     const Playlists& playlists() const { return *m_playlists; }
     Thumbnails& thumbnails() { return *m_thumbnails; }
-    /// Opens what lies on the sticks that are there.
-    const PathResolver& resolver() const { return m_resolver; }
-    /// Safe on any thread.
+    PhotoReading photoReading() const { return {m_opener, m_catalog}; }
     Json::Value deviceList() const;
-    /// As Volumes::idOf. Safe on any thread.
-    std::string stickId(const std::string& stick) const;
     /// Safe on any thread.
     void screenSwitched(bool off) const;
 
 private:
     DesktopMiddleware();
-    void makeParts(const std::string& cacheFolder, const FolderObserver& observer);
-    void stickPulled(const std::string& stick);
+    void makeParts(const std::string& cacheFolder, const ReadObserver& observer);
+    void volumeRemoved(const std::string& volume);
 
     EventQueue m_events;
     PathResolver m_resolver;
     std::function<void(bool off)> m_screenSwitched;
+    std::shared_ptr<ReadReporter> m_reporter = std::make_shared<ReadReporter>();
+    LocationOpener m_opener;
+    std::shared_ptr<MediaWorkers> m_workers;
+    std::shared_ptr<MetadataCatalog> m_catalog;
     std::unique_ptr<FolderListings> m_listings;
     std::unique_ptr<Search> m_search;
     std::unique_ptr<Grouping> m_grouping;
     std::unique_ptr<Playlists> m_playlists;
-    std::shared_ptr<MediaWorkers> m_workers;
     std::unique_ptr<Thumbnails> m_thumbnails;
     std::unique_ptr<Volumes> m_volumes;
 };

@@ -2,6 +2,7 @@
 
 #include "desktop/base/Log.h"
 #include "desktop/boundary/DesktopMiddleware.h"
+#include "desktop/metadata/EntryDescription.h"
 #include "desktop/playlists/PlaylistFormats.h"
 
 #include <algorithm>
@@ -29,20 +30,25 @@ desktop::Thumbnails& thumbnails()
     return DesktopMiddleware::instance().thumbnails();
 }
 
-desktop::ListingPointer directoryOrPlaylist(const std::string& path)
+desktop::EntryList entriesOf(const desktop::ListingPointer& listing)
+{
+    return listing != nullptr ? desktop::EntryList(listing, &listing->entries) : nullptr;
+}
+
+desktop::EntryList directoryOrPlaylist(const std::string& path)
 {
     const auto playlist =
         desktop::isPlaylistName(path) ? DesktopMiddleware::instance().playlists().entriesOf(path) : nullptr;
-    return playlist != nullptr ? playlist : listings().of(path);
+    return playlist != nullptr ? playlist : entriesOf(listings().of(path));
 }
 
-desktop::ListingPointer listingOf(const page_option& page)
+desktop::EntryList listOf(const page_option& page)
 {
     switch (page.type) {
     case kListDirectory:
         return directoryOrPlaylist(page.dirpath);
     case kListCurrent:
-        return listings().current();
+        return entriesOf(listings().current());
     default:
         return nullptr;
     }
@@ -103,12 +109,12 @@ int FolderBrowser::getOnePageFileInfo(std::vector<FolderFileInfo_s>& entries, pa
     if (page.type == kListGroup) {
         return pageGroup(entries, page);
     }
-    const desktop::ListingPointer listing = listingOf(page);
-    if (listing == nullptr) {
+    const desktop::EntryList list = listOf(page);
+    if (list == nullptr) {
         desktop::logLine(desktop::LogLevel::Warning, "no page of list " + std::to_string(page.type));
         return kFailed;
     }
-    entries = cutPage(*listing, page.pageid, listings().itemsPerPage());
+    entries = desktop::cutPage(*list, page.pageid, listings().itemsPerPage());
     return kOk;
 }
 
@@ -146,7 +152,7 @@ int FolderBrowser::getMediaFileInfo(const std::string& key, std::vector<FolderFi
     for (const desktop::MediaEntry& entry : *entries) {
         const FolderFileInfo_s& file = entry.file;
         files.push_back(file);
-        media.push_back(desktop::describeMedia(file.path, static_cast<FileType>(file.type), file.title, entry.facts));
+        media.push_back(desktop::describeMedia(file.path, static_cast<FileType>(file.type), file.title, entry.metadata));
     }
     return kOk;
 }
@@ -163,7 +169,7 @@ std::string FolderBrowser::getFileDirPath(const std::string& filePath)
 
 int FolderBrowser::appendThumbnailList(int startIndex, int count)
 {
-    return thumbnails().append(listings().current(), startIndex, count) ? kOk : kFailed;
+    return thumbnails().append(entriesOf(listings().current()), startIndex, count) ? kOk : kFailed;
 }
 
 int FolderBrowser::appendThumbnailList(const std::string& path)

@@ -50,8 +50,7 @@ int SocMwStorageUsbMgr::searchFileType(const std::string& path, FileType type, i
 
 int SocMwStorageUsbMgr::photoSort(int sortType, bool order, std::vector<FolderFileInfo_s>& photos)
 {
-    const desktop::FolderListings& listings = DesktopMiddleware::instance().listings();
-    const desktop::ListingPointer current = listings.current();
+    const desktop::ListingPointer current = DesktopMiddleware::instance().listings().current();
     const bool known = sortType >= static_cast<int>(PhotoOrder::Name) && sortType <= static_cast<int>(PhotoOrder::Type);
     if (current == nullptr || !known) {
         desktop::logLine(desktop::LogLevel::Warning, current == nullptr
@@ -59,7 +58,10 @@ int SocMwStorageUsbMgr::photoSort(int sortType, bool order, std::vector<FolderFi
                                                          : "photos cannot be sorted by " + std::to_string(sortType));
         return -1;
     }
-    return sortPhotos(*current, listings, static_cast<PhotoOrder>(sortType), order, photos) ? 0 : -1;
+    return sortPhotos(*current, DesktopMiddleware::instance().photoReading(), static_cast<PhotoOrder>(sortType), order,
+                      photos)
+               ? 0
+               : -1;
 }
 
 int SocMwStorageUsbMgr::getPlayListFiles(std::string path, std::vector<std::pair<std::string, unsigned int>>& files)

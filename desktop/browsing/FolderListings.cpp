@@ -1,14 +1,12 @@
 #include "desktop/browsing/FolderListings.h"
 
-#include "desktop/base/Log.h"
 #include "desktop/files/MediaTypes.h"
-#include "desktop/jobs/BackgroundJob.h"
+#include "desktop/metadata/EntryDescription.h"
 #include "desktop/text/NameEncoding.h"
 
 #include "platform/SocMwEvents.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -18,67 +16,39 @@ namespace desktop {
 namespace {
 
 // How long a page waits for a folder that has to be read first; the reading goes on for the next try.
-constexpr std::chrono::seconds kPagePatience(5);
+constexpr std::chrono::seconds kPageTimeout(5);
 // How long a file system may take to open a folder, and to open and describe a file, which a worker may have to read.
-constexpr std::chrono::seconds kOpenPatience(3);
-constexpr std::chrono::seconds kDescribePatience(8);
-
-std::string withoutTrailingSlash(std::string path)
-{
-    while (!path.empty() && path.back() == '/') {
-        path.pop_back();
-    }
-    return path;
-}
-
-struct Opened {
-    UniqueFd fd;
-    FolderStamp stamp;
-    int error = 0; ///< errno value
-};
-
-Opened openLocation(const Location& location)
-{
-    Opened folder;
-    struct stat status = {};
-    folder.fd = PathResolver::open(location, O_RDONLY | O_DIRECTORY | O_NONBLOCK);
-    if (!folder.fd || fstat(folder.fd.get(), &status) != 0) {
-        folder.error = errno;
-    }
-    folder.stamp = FolderStamp(status);
-    return folder;
-}
+constexpr std::chrono::seconds kOpenTimeout(3);
+constexpr std::chrono::seconds kDescribeTimeout(8);
 
 struct Described {
     FileType type = FILE_TYPE_UNKNOWN;
-    MediaFacts facts;
+    MediaMetadata metadata;
     int error = 0; ///< errno value
 };
 
-Described describeFile(const Location& location, const std::string& name, MediaLibrary* library)
+Described describeFile(const Location& location, const std::string& name, MetadataCatalog* catalog)
 {
     Described file;
     const UniqueFd pinned = PathResolver::open(location, O_PATH);
-    const std::optional<EntryFacts> entry = pinned ? inspectPinned(pinned.get(), name) : std::nullopt;
+    const std::optional<EntryStatus> entry = pinned ? inspectPinned(pinned.get(), name) : std::nullopt;
     if (!entry) {
         file.error = errno;
         return file;
     }
     file.type = entry->type;
-    if (library != nullptr && hasMediaFacts(entry->type)) {
-        file.facts = library->factsOf(location, *entry, pinned.get());
+    if (catalog != nullptr && isMedia(entry->type)) {
+        file.metadata = catalog->metadataOf(location, *entry, pinned.get());
     }
     return file;
 }
 
 } // namespace
 
-FolderListings::FolderListings(PathResolver resolver, EventQueue& events, FolderObserver observer,
-                               std::shared_ptr<MediaLibrary> library)
-    : m_resolver(std::move(resolver))
+FolderListings::FolderListings(LocationOpener opener, EventQueue& events, std::shared_ptr<MetadataCatalog> catalog)
+    : m_opener(std::move(opener))
     , m_events(events)
-    , m_observer(std::move(observer))
-    , m_library(std::move(library))
+    , m_catalog(std::move(catalog))
 {
 }
 
@@ -90,16 +60,19 @@ bool FolderListings::change(const std::string& directory, int itemsPerPage)
         m_spelling = directory;
     }
     dropFinishedReads();
-    if (m_change != nullptr) {
-        m_change->cancel(); // also when it has been read but not delivered: it has been overtaken
+    retireChange(); // also when it has been read but not delivered: it has been overtaken
+    const std::string folder = withoutTrailingSlash(directory);
+    {
         const std::lock_guard<std::mutex> lock(m_readsMutex);
-        m_others.push_back(std::move(m_change));
+        m_change = makeTask(directory, [this, folder](const ListingTask::OutcomePointer& outcome) {
+            finishRead(folder, *outcome);
+            answer(outcome);
+        });
     }
-    FolderToRead folder;
-    if (!openFolder(directory, folder)) {
+    if (!waitUntilOpened(*m_change, directory)) {
+        retireChange();
         return false;
     }
-    startChange(std::move(folder));
     return true;
 }
 
@@ -113,11 +86,11 @@ void FolderListings::cancel()
     }
 }
 
-void FolderListings::lose(const std::string& stick)
+void FolderListings::volumeRemoved(const std::string& volume)
 {
     const std::lock_guard<std::mutex> lock(m_readsMutex);
-    const auto failIfThere = [&stick](const std::unique_ptr<FolderRead>& read) {
-        if (read != nullptr && read->stick() == stick) {
+    const auto failIfThere = [&volume](const std::unique_ptr<ListingTask>& read) {
+        if (read != nullptr && read->volume() == volume) {
             read->fail(ENODEV);
         }
     };
@@ -132,20 +105,15 @@ ListingPointer FolderListings::current() const
 
 ListingPointer FolderListings::of(const std::string& directory)
 {
-    FolderToRead folder;
-    if (!openFolder(directory, folder)) {
+    ListingTask* read = runningChange(withoutTrailingSlash(directory));
+    if (read == nullptr) {
+        read = startPageRead(directory);
+    }
+    if (!waitUntilOpened(*read, directory)) {
         return nullptr;
     }
-    // The change is looked at first: once it has ended, the cache has its listing.
-    FolderRead* read = runningChange(folder.directory);
-    if (read == nullptr) {
-        if (ListingPointer known = m_cache.find(folder.directory, folder.stamp)) {
-            return known;
-        }
-        read = &startPageRead(std::move(folder));
-    }
-    if (!read->waitFor(kPagePatience)) {
-        report(directory, ETIMEDOUT);
+    if (!read->waitFor(kPageTimeout)) {
+        m_opener.report(directory, ETIMEDOUT);
     }
     return read->listing();
 }
@@ -154,26 +122,27 @@ bool FolderListings::describe(const std::string& path, media_file_info_s& info) 
 {
     const std::string bytes = decodeName(path);
     const std::string name = bytes.substr(bytes.rfind('/') + 1); // npos + 1 is 0
-    const auto described = runWithin<Described>(
-        kDescribePatience, [location = m_resolver.locate(bytes), name, library = m_library](const CancelFlag&) {
-            return describeFile(location, name, library.get());
+    const auto described = m_opener.runWithin<Described>(
+        kDescribeTimeout, path, [location = m_opener.locate(path), name, catalog = m_catalog](const std::stop_token&) {
+            return describeFile(location, name, catalog.get());
         });
-    const int error = described ? described->error : ETIMEDOUT;
-    if (error != 0) {
-        report(path, error);
+    if (!described) {
         return false;
     }
-    info = describeMedia(path, described->type, encodeName(nameWithoutExtension(name)), described->facts);
+    if (described->error != 0) {
+        m_opener.report(path, described->error);
+        return false;
+    }
+    info = describeMedia(path, described->type, encodeName(nameWithoutExtension(name)), described->metadata);
     return true;
 }
 
 bool FolderListings::forget(const std::string& directory)
 {
-    const std::string path = decodeName(directory);
-    m_cache.dropBelow(path);
-    const Location location = m_resolver.locate(path);
-    if (location && m_library != nullptr) {
-        m_library->forgetBelow(location);
+    m_cache->dropBelow(decodeName(directory));
+    const Location location = m_opener.locate(directory);
+    if (location && m_catalog != nullptr) {
+        m_catalog->forgetBelow(location);
     }
     return static_cast<bool>(location);
 }
@@ -192,101 +161,82 @@ std::string FolderListings::directoryOf(const std::string& path) const
     return directory.empty() ? "/" : directory;
 }
 
-bool FolderListings::openFolder(const std::string& directory, FolderToRead& folder) const
+// With m_readsMutex held: its volume may go at any time.
+std::unique_ptr<ListingTask> FolderListings::makeTask(const std::string& directory, Done done)
 {
-    folder.location = m_resolver.locate(decodeName(directory));
-    folder.directory = withoutTrailingSlash(directory);
-    folder.library = m_library;
-    auto opened =
-        runWithin<Opened>(kOpenPatience, [location = folder.location](const CancelFlag&) { return openLocation(location); });
-    const int error = opened ? opened->error : ETIMEDOUT;
-    if (error != 0) {
-        report(directory, error);
-        return false;
+    OpenedFolder folder = m_opener.folderAt(directory);
+    const std::string key = folder.directory;
+    const std::string volume = folder.location.volume;
+    ListingTask::Context context;
+    context.catalog = m_catalog;
+    context.progress = [opener = m_opener, key](std::size_t entries) { opener.reporter().progress(key, entries); };
+    context.known = [cache = m_cache, key](const FolderStamp& stamp) { return cache->find(key, stamp); };
+    context.done = std::move(done);
+    auto task = std::make_unique<ListingTask>(std::move(folder), std::move(context));
+    if (!volume.empty() && !m_opener.hasVolume(volume)) { // which volumeRemoved() did not know to be in use
+        task->fail(ENODEV);
     }
-    folder.fd = std::move(opened->fd);
-    folder.stamp = opened->stamp;
-    return true;
+    return task;
 }
 
-void FolderListings::startChange(FolderToRead folder)
-{
-    const std::string directory = folder.directory;
-    const std::lock_guard<std::mutex> lock(m_readsMutex);
-    m_change = std::make_unique<FolderRead>(std::move(folder), progressOf(directory),
-                                            [this, directory](const FolderRead::OutcomePointer& outcome) {
-                                                finishRead(directory, *outcome);
-                                                answer(outcome);
-                                            });
-    failIfPulled(*m_change);
-}
-
-FolderRead* FolderListings::runningChange(const std::string& directory) const
+ListingTask* FolderListings::runningChange(const std::string& directory) const
 {
     const bool runs = m_change != nullptr && m_change->directory() == directory && !m_change->finished();
     return runs ? m_change.get() : nullptr;
 }
 
-FolderRead& FolderListings::startPageRead(FolderToRead folder)
+ListingTask* FolderListings::startPageRead(const std::string& directory)
 {
     dropFinishedReads();
-    const std::string directory = folder.directory;
+    const std::string folder = withoutTrailingSlash(directory);
     const std::lock_guard<std::mutex> lock(m_readsMutex);
-    m_others.push_back(std::make_unique<FolderRead>(
-        std::move(folder), progressOf(directory),
-        [this, directory](const FolderRead::OutcomePointer& outcome) { finishRead(directory, *outcome); }));
-    failIfPulled(*m_others.back());
-    return *m_others.back();
+    m_others.push_back(
+        makeTask(directory, [this, folder](const ListingTask::OutcomePointer& outcome) { finishRead(folder, *outcome); }));
+    return m_others.back().get();
 }
 
-// Its stick may have gone between the opening of the folder and the start of the read, which lose() knew nothing of.
-void FolderListings::failIfPulled(FolderRead& read) const
+// Reports why it is not; the task is cancelled then.
+bool FolderListings::waitUntilOpened(ListingTask& task, const std::string& directory) const
 {
-    if (m_resolver.locate(read.stick()).stick != read.stick()) {
-        read.fail(ENODEV);
+    const int error = task.waitUntilOpened(kOpenTimeout);
+    if (error != 0) {
+        task.cancel();
+        m_opener.report(directory, error);
+    }
+    return error == 0;
+}
+
+void FolderListings::retireChange()
+{
+    if (m_change != nullptr) {
+        m_change->cancel();
+        const std::lock_guard<std::mutex> lock(m_readsMutex);
+        m_others.push_back(std::move(m_change));
     }
 }
 
-void FolderListings::finishRead(const std::string& directory, const FolderRead::Outcome& outcome)
+void FolderListings::finishRead(const std::string& directory, const ListingTask::Outcome& outcome)
 {
     if (outcome.listing != nullptr) {
-        m_cache.keep(outcome.listing);
+        m_cache->keep(outcome.listing);
     } else {
-        report(directory, outcome.error);
+        m_opener.report(directory, outcome.error);
     }
 }
 
 // Whoever asked is answered, with an empty list if need be.
-void FolderListings::answer(const FolderRead::OutcomePointer& outcome)
+void FolderListings::answer(const ListingTask::OutcomePointer& outcome)
 {
     const ListingPointer listing = outcome->listing != nullptr ? outcome->listing : std::make_shared<Listing>();
     m_events.post(SOCMW_MM_EVENT_FB_CHANGE_DIR_COMPLETED, std::shared_ptr<void>(listing, &listing->entries),
-                  [outcome] { return !outcome->cancelled; });
+                  [outcome] { return !outcome->cancelled.stop_requested(); });
 }
 
 void FolderListings::dropFinishedReads()
 {
-    const auto ended = [](const std::unique_ptr<FolderRead>& read) { return read->threadEnded(); };
+    const auto ended = [](const std::unique_ptr<ListingTask>& read) { return read->threadEnded(); };
     const std::lock_guard<std::mutex> lock(m_readsMutex);
     m_others.erase(std::remove_if(m_others.begin(), m_others.end(), ended), m_others.end());
-}
-
-void FolderListings::report(const std::string& path, int error) const
-{
-    const std::string reason = describeError(error);
-    logLine(LogLevel::Warning, "cannot read " + path + ": " + reason);
-    if (m_observer.failed) {
-        m_observer.failed(path, reason);
-    }
-}
-
-ReadProgress FolderListings::progressOf(const std::string& directory) const
-{
-    return [this, directory](std::size_t entries) {
-        if (m_observer.progress) {
-            m_observer.progress(directory, entries);
-        }
-    };
 }
 
 } // namespace desktop

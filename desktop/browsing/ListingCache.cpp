@@ -10,8 +10,8 @@ namespace desktop {
 namespace {
 
 // Bounds on what is kept besides the newest listing.
-constexpr std::size_t kMostListings = 32;
-constexpr std::size_t kMostEntries = 200'000;
+constexpr std::size_t kMaxListings = 32;
+constexpr std::size_t kMaxEntries = 200'000;
 
 bool tooMuch(const std::vector<ListingPointer>& listings)
 {
@@ -19,7 +19,7 @@ bool tooMuch(const std::vector<ListingPointer>& listings)
     for (const ListingPointer& listing : listings) {
         entries += listing->entries.size();
     }
-    return listings.size() > 1 && (listings.size() > kMostListings || entries > kMostEntries);
+    return listings.size() > 1 && (listings.size() > kMaxListings || entries > kMaxEntries);
 }
 
 } // namespace

@@ -2,9 +2,9 @@
 
 #include "desktop/base/Log.h"
 #include "desktop/files/MediaTypes.h"
-#include "desktop/metadata/FactsReaders.h"
+#include "desktop/metadata/MetadataReadPool.h"
+#include "desktop/text/AsciiText.h"
 #include "desktop/text/NameEncoding.h"
-#include "desktop/text/NaturalOrder.h"
 
 #include <algorithm>
 
@@ -12,41 +12,72 @@ namespace desktop {
 
 namespace {
 
-constexpr std::chrono::seconds kPatience(4);
+constexpr std::chrono::seconds kReadTimeout(4);
 
 using Names = std::vector<std::string>;
 using Times = std::vector<std::string>;
 
-// When the photos @p names of @p folder were taken; empty where they do not tell.
-Times timesTaken(const FolderToRead& folder, const Names& names, const CancelFlag& cancelled)
+struct TimesResult {
+    Times times;   ///< empty where a photo does not say when it was taken
+    int error = 0; ///< errno value
+};
+
+// When the photos @p names of @p folder, which is still to be opened, were taken.
+TimesResult timesTaken(OpenedFolder& folder, const std::shared_ptr<MetadataCatalog>& catalog, const Names& names,
+                       const std::stop_token& cancelled)
 {
-    std::vector<MediaFacts> facts(names.size());
+    TimesResult result;
+    result.error = LocationOpener::open(folder);
+    if (result.error != 0) {
+        return result;
+    }
+    std::vector<MediaMetadata> metadata(names.size());
     {
-        FactsReaders readers(folder.library, cancelled);
-        const KnownFiles known = folder.library->known(folder.location);
-        for (std::size_t i = 0; i < names.size() && !*cancelled; ++i) {
+        MetadataReadPool readers(catalog, cancelled);
+        const KnownFiles known = catalog->known(folder.location);
+        for (std::size_t i = 0; i < names.size() && !cancelled.stop_requested(); ++i) {
             const auto entry = inspectFile(folder.fd.get(), names[i]);
-            const MediaFacts* photo = entry ? known.find(names[i], stampOf(*entry)) : nullptr;
+            const MediaMetadata* photo = entry ? known.find(names[i], stampOf(*entry)) : nullptr;
             if (photo != nullptr) {
-                facts[i] = *photo;
+                metadata[i] = *photo;
             } else if (entry) {
-                readers.add(folder.location, folder.fd.get(), names[i], *entry, facts[i]);
+                readers.add(folder.location, folder.fd.get(), names[i], *entry, metadata[i]);
             }
         }
     }
-    Times times;
-    for (const MediaFacts& photo : facts) {
-        times.push_back(photo.taken);
+    for (const MediaMetadata& photo : metadata) {
+        result.times.push_back(photo.taken);
     }
-    return times;
+    return result;
 }
 
-std::string extensionOf(const std::string& name)
+// When each of @p photos was taken, or its file made where it does not say; nothing, which is reported, when they cannot be
+// read in time.
+std::optional<Times> timesOf(const std::vector<FolderFileInfo_s>& photos, const Listing& listing,
+                             const PhotoReading& reading)
 {
-    std::string extension = name.substr(nameWithoutExtension(name).size());
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    return extension;
+    const std::string directory = listing.directory.empty() ? "/" : listing.directory;
+    const auto folder = std::make_shared<OpenedFolder>(reading.opener.folderAt(directory));
+    Names names;
+    for (const FolderFileInfo_s& photo : photos) {
+        names.push_back(decodeName(photo.name));
+    }
+    auto result = reading.opener.runWithin<TimesResult>(
+        kReadTimeout, directory, [folder, names, catalog = reading.catalog](const std::stop_token& cancelled) {
+            return timesTaken(*folder, catalog, names, cancelled);
+        });
+    if (!result) {
+        return std::nullopt;
+    }
+    if (result->error != 0) {
+        reading.opener.report(directory, result->error);
+        return std::nullopt;
+    }
+    for (std::size_t i = 0; i < photos.size(); ++i) {
+        std::string& time = result->times[i];
+        time = time.empty() ? photos[i].ctime : time;
+    }
+    return std::move(result->times);
 }
 
 std::string padded(std::uint64_t number)
@@ -57,43 +88,30 @@ std::string padded(std::uint64_t number)
 
 // The texts whose order is that of the photos; nothing when they cannot be had in time.
 std::optional<Names> sortKeys(const std::vector<FolderFileInfo_s>& photos, const Listing& listing,
-                              const FolderListings& listings, PhotoOrder order)
+                              const PhotoReading& reading, PhotoOrder order)
 {
+    if (order == PhotoOrder::Taken) {
+        return timesOf(photos, listing, reading);
+    }
     Names keys;
-    if (order != PhotoOrder::Taken) {
-        for (const FolderFileInfo_s& photo : photos) {
-            keys.push_back(order == PhotoOrder::Size   ? padded(photo.size)
-                           : order == PhotoOrder::Type ? extensionOf(photo.name)
-                                                       : "");
-        }
-        return keys;
-    }
-    const auto folder = std::make_shared<FolderToRead>();
-    if (!listings.openFolder(listing.directory.empty() ? "/" : listing.directory, *folder)) {
-        return std::nullopt;
-    }
-    Names names;
     for (const FolderFileInfo_s& photo : photos) {
-        names.push_back(decodeName(photo.name));
+        const std::string extension = photo.name.substr(nameWithoutExtension(photo.name).size());
+        keys.push_back(order == PhotoOrder::Size   ? padded(photo.size)
+                       : order == PhotoOrder::Type ? lowerCase(extension)
+                                                   : "");
     }
-    auto times = runWithin<Times>(
-        kPatience, [folder, names](const CancelFlag& cancelled) { return timesTaken(*folder, names, cancelled); });
-    for (std::size_t i = 0; times && i < photos.size(); ++i) {
-        std::string& time = (*times)[i];
-        time = time.empty() ? photos[i].ctime : time;
-    }
-    return times;
+    return keys;
 }
 
 } // namespace
 
-bool sortPhotos(const Listing& listing, const FolderListings& listings, PhotoOrder order, bool ascending,
+bool sortPhotos(const Listing& listing, const PhotoReading& reading, PhotoOrder order, bool ascending,
                 std::vector<FolderFileInfo_s>& photos)
 {
     photos.clear();
     std::copy_if(listing.entries.begin(), listing.entries.end(), std::back_inserter(photos),
                  [](const FolderFileInfo_s& entry) { return entry.type == FILE_TYPE_PHOTO; });
-    const auto keys = sortKeys(photos, listing, listings, order);
+    const auto keys = sortKeys(photos, listing, reading, order);
     if (!keys) {
         logLine(LogLevel::Warning, "the photos of " + listing.directory + " could not all be read");
         return false;

@@ -21,7 +21,7 @@ constexpr std::chrono::seconds kUsageTimeout(2);
 bool fileSystemAnswers(const std::string& folder)
 {
     return runWithin<bool>(kUsageTimeout,
-                           [folder](const CancelFlag&) {
+                           [folder](const std::stop_token&) {
                                struct statfs status = {};
                                statfs(folder.c_str(), &status);
                                return true;

@@ -2,7 +2,7 @@
 
 #include "desktop/host/PluginLibrary.h"
 
-#include "desktop/files/EntryFacts.h"
+#include "desktop/files/EntryStatus.h"
 
 #include <CLI/CLI.hpp>
 

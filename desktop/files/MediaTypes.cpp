@@ -1,6 +1,7 @@
 #include "desktop/files/MediaTypes.h"
 
-#include <algorithm>
+#include "desktop/text/AsciiText.h"
+
 #include <array>
 #include <string>
 #include <unordered_map>
@@ -11,11 +12,13 @@ namespace {
 
 using Extensions = std::unordered_map<std::string, FileType>;
 
-// Left out on purpose: ts and dat are video or something else entirely, which only the content tells.
+// Left out on purpose: ts and dat are video or something else entirely, which only the content shows.
 const Extensions& knownExtensions()
 {
-    static const Extensions extensions = [] {
-        Extensions all;
+    // Never destroyed: at the program's end, a thread that a dead file system keeps may still look at it.
+    static const Extensions& extensions = *[] {
+        auto* const table = new Extensions;
+        Extensions& all = *table;
         const auto add = [&all](FileType type, std::initializer_list<const char*> names) {
             for (const char* name : names) {
                 all.emplace(name, type);
@@ -34,7 +37,7 @@ const Extensions& knownExtensions()
             {"ass", "c",    "conf", "cpp", "css", "doc", "docx", "exe", "gz",  "h",   "htm", "html", "idx", "ini",
              "js",  "json", "log",  "md",  "mo",  "nfo", "pdf",  "po",  "py",  "sh",  "smi", "so",   "srt", "ssa",
              "sub", "sup",  "svg",  "tar", "ttf", "txt", "url",  "vtt", "xls", "xml", "xz",  "zip"});
-        return all;
+        return table;
     }();
     return extensions;
 }
@@ -138,9 +141,7 @@ FileType typeByExtension(std::string_view name)
     if (dot == std::string_view::npos) {
         return FILE_TYPE_UNKNOWN;
     }
-    std::string extension(name.substr(dot + 1));
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    const std::string extension = lowerCase(name.substr(dot + 1));
     const auto known = knownExtensions().find(extension);
     return known == knownExtensions().end() ? FILE_TYPE_UNKNOWN : known->second;
 }
@@ -159,6 +160,11 @@ FileType typeByContent(std::string_view bytes)
         return FILE_TYPE_MUSIC;
     }
     return isBitmap(bytes) ? FILE_TYPE_PHOTO : FILE_TYPE_OTHER;
+}
+
+bool isMedia(FileType type)
+{
+    return type == FILE_TYPE_PHOTO || type == FILE_TYPE_VIDEO || type == FILE_TYPE_MUSIC;
 }
 
 std::string_view nameWithoutExtension(std::string_view name)

@@ -17,6 +17,9 @@ FileType typeByExtension(std::string_view name);
 /// The type that the first bytes of a file show; FILE_TYPE_OTHER when they are of no medium.
 FileType typeByContent(std::string_view bytes);
 
+/// Whether files of @p type are media, which hold metadata and can be played or shown.
+bool isMedia(FileType type);
+
 /// @p name without the extension that typeByExtension looks at; a leading dot begins no extension.
 std::string_view nameWithoutExtension(std::string_view name);
 

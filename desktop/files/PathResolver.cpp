@@ -63,27 +63,37 @@ std::vector<std::string> splitPath(const std::string& path)
     return names;
 }
 
+std::string withoutTrailingSlash(std::string path)
+{
+    while (!path.empty() && path.back() == '/') {
+        path.pop_back();
+    }
+    return path;
+}
+
 bool liesIn(const std::string& path, const std::string& folder)
 {
     return startsWith(splitPath(path), splitPath(folder));
 }
 
-PathResolver::PathResolver(std::vector<std::string> sticks)
+PathResolver::PathResolver(const std::vector<std::string>& folders)
     : m_shared(std::make_shared<Shared>())
 {
-    setSticks(std::move(sticks));
+    for (const std::string& folder : folders) {
+        m_shared->volumes.push_back({folder, ""});
+    }
 }
 
-void PathResolver::setSticks(std::vector<std::string> sticks) const
+void PathResolver::setVolumes(std::vector<PresentVolume> volumes) const
 {
     const std::lock_guard<std::mutex> lock(m_shared->mutex);
-    m_shared->sticks = std::move(sticks);
+    m_shared->volumes = std::move(volumes);
 }
 
-std::vector<std::string> PathResolver::sticks() const
+std::vector<PresentVolume> PathResolver::volumes() const
 {
     const std::lock_guard<std::mutex> lock(m_shared->mutex);
-    return m_shared->sticks;
+    return m_shared->volumes;
 }
 
 Location PathResolver::locate(const std::string& path) const
@@ -95,11 +105,11 @@ Location PathResolver::locate(const std::string& path) const
     const std::vector<std::string> names = splitPath(path);
     Location found;
     std::size_t depth = 0;
-    for (const std::string& stick : sticks()) {
-        const std::vector<std::string> folder = splitPath(stick);
-        // Of sticks within sticks the innermost has it.
+    for (const PresentVolume& volume : volumes()) {
+        const std::vector<std::string> folder = splitPath(volume.folder);
+        // Of volumes within volumes the innermost has it.
         if (startsWith(names, folder) && (!found || folder.size() > depth)) {
-            found = {stick, join(names, folder.size())};
+            found = {volume.folder, join(names, folder.size()), volume.id};
             depth = folder.size();
         }
     }
@@ -112,7 +122,7 @@ UniqueFd PathResolver::open(const Location& location, int flags)
         errno = EXDEV;
         return UniqueFd();
     }
-    const UniqueFd folder(::open(location.stick.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    const UniqueFd folder(::open(location.volume.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     return folder ? openBeneath(folder.get(), location.relative, flags) : UniqueFd();
 }
 

@@ -9,46 +9,56 @@
 
 namespace desktop {
 
-/// A place on a stick: the stick's folder and a path beneath it ("." for the stick itself), as bytes.
+/// A place on a volume: the volume's folder and a path beneath it ("." for the volume itself), as bytes.
 struct Location {
-    std::string stick;
+    std::string volume;
     std::string relative;
+    std::string volumeId{}; ///< what the volume is known by wherever it is mounted; empty: by its folder
 
-    explicit operator bool() const { return !stick.empty(); }
+    explicit operator bool() const { return !volume.empty(); }
     /// The place @p name beneath this one.
-    Location child(const std::string& name) const { return {stick, relative + "/" + name}; }
+    Location child(const std::string& name) const { return {volume, relative + "/" + name, volumeId}; }
+    /// The volume's folder.
+    Location root() const { return {volume, ".", volumeId}; }
     /// The absolute path.
-    std::string path() const { return stick + relative.substr(1); }
+    std::string path() const { return volume + relative.substr(1); }
 };
 
-/// Opens files beneath the sticks and nowhere else: the kernel refuses "..", links and races that would lead out. Copies
-/// share one set of sticks. Safe on any thread.
+/// A volume that is there.
+struct PresentVolume {
+    std::string folder;
+    std::string id; ///< as Location::volumeId
+};
+
+/// Opens files beneath the volumes and nowhere else: the kernel refuses "..", links and races that would lead out. Copies
+/// share one set of volumes. Safe on any thread.
 class PathResolver {
 public:
-    /// @p sticks: absolute paths of folders, as bytes.
-    explicit PathResolver(std::vector<std::string> sticks);
+    /// @p folders: absolute paths of volumes, as bytes.
+    explicit PathResolver(const std::vector<std::string>& folders);
 
-    /// Replaces the sticks, of this resolver and all its copies.
-    void setSticks(std::vector<std::string> sticks) const;
-    std::vector<std::string> sticks() const;
+    /// Replaces the volumes, of this resolver and all its copies.
+    void setVolumes(std::vector<PresentVolume> volumes) const;
 
-    /// Which stick the absolute path @p path lies on; an empty location when on none. Looks at no file.
+    /// Which volume the absolute path @p path lies on; an empty location when on none. Looks at no file.
     Location locate(const std::string& path) const;
 
     /// Opens @p location with open(2) flags @p flags. Without a descriptor, errno says why: EXDEV when the way leads off
-    /// the stick, ENOSYS when the kernel cannot keep a path beneath a folder.
+    /// the volume, ENOSYS when the kernel cannot keep a path beneath a folder.
     static UniqueFd open(const Location& location, int flags);
 
 private:
     struct Shared {
         std::mutex mutex;
-        std::vector<std::string> sticks;
+        std::vector<PresentVolume> volumes;
     };
+
+    std::vector<PresentVolume> volumes() const;
 
     std::shared_ptr<Shared> m_shared;
 };
 
-/// What errno value @p error means to the user of a stick.
+/// What errno value @p error means to the user of a volume.
 std::string describeError(int error);
 
 /// Logs that what lies at @p location cannot be read, and why.
@@ -56,6 +66,9 @@ void logUnreadable(const Location& location, const std::string& reason);
 
 /// The names that @p path is made of; empty ones and "." left out.
 std::vector<std::string> splitPath(const std::string& path);
+
+/// @p path without the "/"s at its end.
+std::string withoutTrailingSlash(std::string path);
 
 /// Whether @p path lies below folder @p folder or is it, name by name.
 bool liesIn(const std::string& path, const std::string& folder);

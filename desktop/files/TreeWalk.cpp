@@ -16,7 +16,7 @@ namespace {
 constexpr std::chrono::milliseconds kStickInterval(200);
 constexpr int kFolderFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
-// The kind of an entry; file systems that do not tell it while listing are asked.
+// The kind of an entry; of file systems that do not list it, asked for.
 unsigned char kindOf(int folder, const dirent& entry)
 {
     struct stat status = {};
@@ -33,13 +33,13 @@ bool hasGone(int error)
 
 } // namespace
 
-TreeWalk::TreeWalk(Location root, CancelFlag cancelled, Wants wants, Visit visit)
+TreeWalk::TreeWalk(Location root, std::stop_token cancelled, Wants wants, Visit visit)
     : m_location(std::move(root))
     , m_cancelled(std::move(cancelled))
     , m_wants(std::move(wants))
     , m_visit(std::move(visit))
-    , m_stick(m_location.stick)
-    , m_stickPace(kStickInterval)
+    , m_volume(m_location.volume)
+    , m_presenceTimer(kStickInterval)
 {
 }
 
@@ -50,8 +50,8 @@ int TreeWalk::run()
         return errno;
     }
     walkInto(std::move(root));
-    while (!m_steps.empty() && !*m_cancelled) {
-        if (m_stickPace.due() && m_stick.gone()) {
+    while (!m_steps.empty() && !m_cancelled.stop_requested()) {
+        if (m_presenceTimer.due() && m_volume.gone()) {
             return ENODEV;
         }
         if (m_steps.back().pending.empty()) {
@@ -60,10 +60,10 @@ int TreeWalk::run()
             nextFolder();
         }
     }
-    if (*m_cancelled) {
+    if (m_cancelled.stop_requested()) {
         return ECANCELED;
     }
-    return m_stick.gone() ? ENODEV : 0; // what has gone reads as empty folders
+    return m_volume.gone() ? ENODEV : 0; // what has gone reads as empty folders
 }
 
 void TreeWalk::nextFolder()
@@ -110,7 +110,7 @@ void TreeWalk::walkInto(Directory folder)
     if (error != 0) {
         note(error);
     }
-    if (*m_cancelled) {
+    if (m_cancelled.stop_requested()) {
         return;
     }
     sortNaturally(files, encodeName);
@@ -125,7 +125,7 @@ void TreeWalk::walkInto(Directory folder)
 
 int TreeWalk::readEntries(DIR* folder, std::vector<std::string>& files, std::vector<std::string>& folders)
 {
-    while (!*m_cancelled) {
+    while (!m_cancelled.stop_requested()) {
         errno = 0;
         const dirent* entry = readdir(folder);
         if (entry == nullptr) {
@@ -145,7 +145,7 @@ int TreeWalk::readEntries(DIR* folder, std::vector<std::string>& files, std::vec
     return 0;
 }
 
-// Upwards from the folder that has been left, as long as that is still where it was; else from the stick's folder down.
+// Upwards from the folder that has been left, as long as that is still where it was; else from the volume's folder down.
 Directory TreeWalk::reopen(const Step& step) const
 {
     const auto isTheOne = [&step](const Directory& folder) {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "desktop/base/Pace.h"
+#include "desktop/base/IntervalTimer.h"
 #include "desktop/files/DirectoryStream.h"
 #include "desktop/files/PathResolver.h"
-#include "desktop/files/StickPresence.h"
+#include "desktop/files/VolumePresence.h"
 #include "desktop/jobs/BackgroundJob.h"
 
 #include <sys/types.h>
@@ -32,9 +32,9 @@ public:
     using Wants = std::function<bool(std::string_view name)>;
     using Visit = std::function<void(const WalkedFolder& folder, const WalkTotals& totals)>;
 
-    TreeWalk(Location root, CancelFlag cancelled, Wants wants, Visit visit);
+    TreeWalk(Location root, std::stop_token cancelled, Wants wants, Visit visit);
 
-    /// Walks the tree. Returns 0, or why it ended early as an errno value: ECANCELED, ENODEV when the stick has gone, or
+    /// Walks the tree. Returns 0, or why it ended early as an errno value: ECANCELED, ENODEV when the volume has gone, or
     /// what is wrong with the first folder. Any other folder that cannot be read is logged, counted and passed by.
     int run();
     const WalkTotals& totals() const { return m_totals; }
@@ -57,11 +57,11 @@ private:
     void note(int error);
 
     Location m_location; ///< of the folder that is being read
-    CancelFlag m_cancelled;
+    std::stop_token m_cancelled;
     Wants m_wants;
     Visit m_visit;
-    StickPresence m_stick;
-    Pace m_stickPace;
+    VolumePresence m_volume;
+    IntervalTimer m_presenceTimer;
     WalkTotals m_totals;
     std::vector<Step> m_steps;
     Directory m_current; ///< the folder of the last step; null when it could not be opened again

@@ -1,11 +1,11 @@
 #include "desktop/grouping/Grouping.h"
 
+#include "desktop/base/IntervalTimer.h"
 #include "desktop/base/Log.h"
-#include "desktop/base/Pace.h"
 #include "desktop/files/MediaTypes.h"
 #include "desktop/files/TreeWalk.h"
-#include "desktop/metadata/FactsReaders.h"
-#include "desktop/text/NameEncoding.h"
+#include "desktop/metadata/EntryDescription.h"
+#include "desktop/metadata/MetadataReadPool.h"
 
 #include "platform/SocMwEvents.h"
 
@@ -19,15 +19,24 @@ constexpr std::chrono::milliseconds kInterval(200);
 
 using Keys = std::vector<std::string>;
 
+/// What is grouped, and by what.
+struct GroupRequest {
+    OpenedFolder folder;
+    GroupFileType type;
+    LocationOpener opener;
+    std::shared_ptr<MetadataCatalog> catalog;
+};
+
 /// One grouping at work, on its own thread.
 class GroupRun {
 public:
-    GroupRun(const FolderToRead& folder, GroupFileType type, const FolderObserver& observer, CancelFlag cancelled)
-        : m_folder(folder)
-        , m_type(type)
-        , m_observer(observer)
+    GroupRun(const GroupRequest& request, std::stop_token cancelled)
+        : m_folder(request.folder)
+        , m_type(request.type)
+        , m_catalog(*request.catalog)
+        , m_reporter(request.opener.reporter())
         , m_cancelled(std::move(cancelled))
-        , m_readers(folder.library, m_cancelled)
+        , m_readers(request.catalog, m_cancelled)
     {
     }
 
@@ -35,58 +44,58 @@ public:
     int run()
     {
         TreeWalk walk(
-            m_folder.location, m_cancelled, [this](std::string_view name) { return mayFit(name); },
-            [this](const WalkedFolder& folder, const WalkTotals&) { lookAt(folder); });
+            m_folder.location, m_cancelled, [this](std::string_view name) { return mayMatch(name); },
+            [this](const WalkedFolder& folder, const WalkTotals&) { inspectFiles(folder); });
         const int error = walk.run();
         m_readers.finish();
-        return *m_cancelled ? ECANCELED : error;
+        return m_cancelled.stop_requested() ? ECANCELED : error;
     }
 
     MediaEntries takeEntries() { return std::move(m_entries); }
 
 private:
-    bool mayFit(std::string_view name) const
+    bool mayMatch(std::string_view name) const
     {
         const FileType byName = typeByExtension(name);
         return byName == FILE_TYPE_UNKNOWN || isGrouped(byName, m_type);
     }
 
-    void lookAt(const WalkedFolder& folder)
+    void inspectFiles(const WalkedFolder& folder)
     {
         if (folder.files.empty()) {
             return;
         }
-        const std::string below = folder.location.relative.substr(m_folder.location.relative.size());
-        const std::string directory = m_folder.directory + encodeName(below);
-        const KnownFiles known = m_folder.library->known(folder.location);
+        const std::string directory = m_folder.directoryOf(folder.location);
+        const KnownFiles known = m_catalog.known(folder.location);
         for (const std::string& name : folder.files) {
-            const auto entry = *m_cancelled ? std::nullopt : inspectFile(folder.fd, name);
+            const auto entry = m_cancelled.stop_requested() ? std::nullopt : inspectFile(folder.fd, name);
             if (entry && isGrouped(entry->type, m_type)) {
-                const MediaFacts* facts = known.find(name, stampOf(*entry));
+                const MediaMetadata* metadata = known.find(name, stampOf(*entry));
                 m_entries.push_back(
-                    {describeEntry(directory, name, *entry, facts), facts != nullptr ? *facts : MediaFacts()});
-                if (facts == nullptr) {
-                    m_readers.add(folder.location, folder.fd, name, *entry, m_entries.back().facts);
+                    {describeEntry(directory, name, *entry, metadata), metadata != nullptr ? *metadata : MediaMetadata()});
+                if (metadata == nullptr) {
+                    m_readers.add(folder.location, folder.fd, name, *entry, m_entries.back().metadata);
                 }
-                tellProgress();
+                reportProgress();
             }
         }
     }
 
-    void tellProgress()
+    void reportProgress()
     {
-        if (m_observer.progress && m_pace.due() && !*m_cancelled) {
-            m_observer.progress(m_folder.directory, m_entries.size());
+        if (m_reportTimer.due() && !m_cancelled.stop_requested()) {
+            m_reporter.progress(m_folder.directory, m_entries.size());
         }
     }
 
-    const FolderToRead& m_folder;
+    const OpenedFolder& m_folder;
     const GroupFileType m_type;
-    const FolderObserver& m_observer;
-    CancelFlag m_cancelled;
-    MediaEntries m_entries; ///< of which the readers fill in the facts
-    FactsReaders m_readers;
-    Pace m_pace{kInterval};
+    MetadataCatalog& m_catalog;
+    ReadReporter& m_reporter;
+    std::stop_token m_cancelled;
+    MediaEntries m_entries; ///< of which the readers fill in the metadata
+    MetadataReadPool m_readers;
+    IntervalTimer m_reportTimer{kInterval};
 };
 
 void postKeys(RequestAnswers& answers, Keys keys)
@@ -94,32 +103,31 @@ void postKeys(RequestAnswers& answers, Keys keys)
     answers.end(SOCMW_MM_EVENT_GROUP_COMPLETED, std::make_shared<Keys>(std::move(keys)));
 }
 
-void postFailure(RequestAnswers& answers, const std::string& directory, int error, const FolderObserver& observer)
+void postFailure(RequestAnswers& answers, const GroupRequest& request, int error)
 {
+    const std::string& directory = request.folder.directory;
     const std::string reason = describeError(error);
     logLine(LogLevel::Warning, "the grouping of " + directory + " has ended early: " + reason);
-    if (observer.failed) {
-        observer.failed(directory, reason);
-    }
+    request.opener.reporter().failed(directory, reason);
     postKeys(answers, {});
 }
 
-// What a reading has told since the entry was made.
-void nameByFacts(MediaEntries& entries)
+// Fills in what has been read since the entries were made.
+void applyMetadata(MediaEntries& entries)
 {
     for (MediaEntry& entry : entries) {
-        entry.file.isPhoto360 = entry.facts.panorama ? 1 : 0;
-        if (!entry.facts.title.empty()) {
-            entry.file.title = entry.facts.title;
+        entry.file.isPhoto360 = entry.metadata.panorama ? 1 : 0;
+        if (!entry.metadata.title.empty()) {
+            entry.file.title = entry.metadata.title;
         }
     }
 }
 
 } // namespace
 
-Grouping::Grouping(const FolderListings& listings, EventQueue& events, FolderObserver observer)
-    : m_listings(listings)
-    , m_observer(std::move(observer))
+Grouping::Grouping(LocationOpener opener, std::shared_ptr<MetadataCatalog> catalog, EventQueue& events)
+    : m_opener(std::move(opener))
+    , m_catalog(std::move(catalog))
     , m_job(events)
 {
 }
@@ -132,34 +140,33 @@ bool Grouping::start(const std::string& directory, GroupFileType type)
         logLine(LogLevel::Warning, "files cannot be grouped by type " + std::to_string(type));
         return false;
     }
-    const auto folder = std::make_shared<FolderToRead>();
-    if (!m_listings.openFolder(directory, *folder)) {
+    auto folder = m_opener.openFolder(directory);
+    if (!folder) {
         return false;
     }
+    const auto request = std::make_shared<GroupRequest>(GroupRequest{std::move(*folder), type, m_opener, m_catalog});
     m_job.start(
-        folder->location.stick,
-        [folder, type, observer = m_observer, result = m_result](const CancelFlag& cancelled, RequestAnswers& answers) {
-            GroupRun run(*folder, type, observer, cancelled);
+        request->folder.location.volume,
+        [request, result = m_result](const std::stop_token& cancelled, RequestAnswers& answers) {
+            GroupRun run(*request, cancelled);
             const int error = run.run();
             if (error == ECANCELED) {
                 return;
             }
             if (error != 0) {
-                postFailure(answers, folder->directory, error, observer);
+                postFailure(answers, *request, error);
                 return;
             }
             MediaEntries entries = run.takeEntries();
-            nameByFacts(entries);
-            const auto groups = std::make_shared<const Groups>(std::move(entries), type);
+            applyMetadata(entries);
+            const auto groups = std::make_shared<const Groups>(std::move(entries), request->type);
             {
                 const std::lock_guard<std::mutex> lock(result->mutex);
                 result->groups = groups;
             }
             postKeys(answers, groups->keys());
         },
-        [folder, observer = m_observer](RequestAnswers& answers) {
-            postFailure(answers, folder->directory, ENODEV, observer);
-        });
+        [request](RequestAnswers& answers) { postFailure(answers, *request, ENODEV); });
     return true;
 }
 
@@ -180,11 +187,11 @@ std::optional<std::vector<FolderFileInfo_s>> Grouping::page(const std::string& k
     if (!entries) {
         return std::nullopt;
     }
-    Listing listing;
+    std::vector<FolderFileInfo_s> files;
     for (const MediaEntry& entry : *entries) {
-        listing.entries.push_back(entry.file);
+        files.push_back(entry.file);
     }
-    return cutPage(listing, page, m_number);
+    return cutPage(files, page, m_number);
 }
 
 // All of the group, in the order that the latest list asked for.

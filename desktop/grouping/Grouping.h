@@ -1,8 +1,10 @@
 #pragma once
 
-#include "desktop/browsing/FolderListings.h"
+#include "desktop/files/LocationOpener.h"
+#include "desktop/files/Pages.h"
 #include "desktop/grouping/Groups.h"
-#include "desktop/jobs/StickJob.h"
+#include "desktop/jobs/VolumeJob.h"
+#include "desktop/metadata/MetadataCatalog.h"
 
 namespace desktop {
 
@@ -10,17 +12,16 @@ namespace desktop {
 /// thread unless said otherwise.
 class Grouping {
 public:
-    /// Directories are opened as @p listings opens them.
-    Grouping(const FolderListings& listings, EventQueue& events, FolderObserver observer);
+    Grouping(LocationOpener opener, std::shared_ptr<MetadataCatalog> catalog, EventQueue& events);
 
     /// Drops the groups there are and starts grouping what is below @p directory by @p type; ends in
-    /// SOCMW_MM_EVENT_GROUP_COMPLETED, with no keys when the stick is pulled. False, and no event, when there is no such
-    /// directory on a stick or no such type of group.
+    /// SOCMW_MM_EVENT_GROUP_COMPLETED, with no keys when the volume is removed. False, and no event, when there is no such
+    /// directory on a volume or no such type of group.
     bool start(const std::string& directory, GroupFileType type);
     /// Stops the grouping that runs; it raises no event.
     void cancel() { m_job.cancel(); }
-    /// Stick @p stick has been pulled: a grouping of it ends. Safe on any thread.
-    void lose(const std::string& stick) { m_job.lose(stick); }
+    /// Volume @p volume has been removed: a grouping of it ends. Safe on any thread.
+    void volumeRemoved(const std::string& volume) { m_job.volumeRemoved(volume); }
     /// Cancels, and waits for all threads that can end.
     void stop() { m_job.stop(); }
 
@@ -38,12 +39,12 @@ private:
 
     std::optional<std::vector<MediaEntry>> group(const std::string& key) const;
 
-    const FolderListings& m_listings;
-    FolderObserver m_observer;
+    LocationOpener m_opener;
+    std::shared_ptr<MetadataCatalog> m_catalog;
     std::shared_ptr<Result> m_result = std::make_shared<Result>();
     int m_number = 9;
     GroupOrder m_order = GroupOrder::AsWalked;
-    StickJob m_job;
+    VolumeJob m_job;
 };
 
 } // namespace desktop

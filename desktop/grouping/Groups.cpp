@@ -1,5 +1,6 @@
 #include "desktop/grouping/Groups.h"
 
+#include "desktop/text/AsciiText.h"
 #include "desktop/text/NaturalOrder.h"
 
 #include <algorithm>
@@ -23,31 +24,24 @@ std::string part(const std::string& taken, std::size_t begin, std::size_t length
     return taken.size() >= begin + length ? taken.substr(begin, length) : "";
 }
 
-std::string trimmed(const std::string& text)
-{
-    constexpr const char* kBlanks = " \t\r\n";
-    const std::size_t begin = text.find_first_not_of(kBlanks);
-    return begin == std::string::npos ? "" : text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin);
-}
-
-// Empty when the file does not tell.
-std::string groupOf(const MediaFacts& facts, GroupFileType type)
+// Empty when the metadata has none.
+std::string groupOf(const MediaMetadata& metadata, GroupFileType type)
 {
     switch (type) {
     case GROUP_TYPE_GENRE:
-        return trimmed(facts.genre);
+        return trimmed(metadata.genre);
     case GROUP_TYPE_ARTIST:
-        return trimmed(facts.artist);
+        return trimmed(metadata.artist);
     case GROUP_TYPE_ALBUM:
-        return trimmed(facts.album);
+        return trimmed(metadata.album);
     case GROUP_TYPE_DATE:
-        return part(facts.taken, 0, kDayLength);
+        return part(metadata.taken, 0, kDayLength);
     case GROUP_TYPE_MONTH:
-        return part(facts.taken, 0, kYearAndMonthLength);
+        return part(metadata.taken, 0, kYearAndMonthLength);
     case GROUP_TYPE_MONTH_OF_YEAR:
-        return part(facts.taken, kMonthBegin, kMonthLength);
+        return part(metadata.taken, kMonthBegin, kMonthLength);
     case GROUP_TYPE_YEAR:
-        return part(facts.taken, 0, kYearLength);
+        return part(metadata.taken, 0, kYearLength);
     default:
         return kAll;
     }
@@ -60,7 +54,7 @@ Groups::Groups(MediaEntries entries, GroupFileType type)
 {
     std::vector<const MediaEntry*> unknown;
     for (const MediaEntry& entry : m_entries) {
-        const std::string key = groupOf(entry.facts, type);
+        const std::string key = groupOf(entry.metadata, type);
         std::vector<const MediaEntry*>& group = key.empty() ? unknown : m_files[key];
         group.push_back(&entry);
     }

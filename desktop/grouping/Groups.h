@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/workers/MediaFacts.h"
+#include "desktop/workers/MediaMetadata.h"
 
 #include <deque>
 #include <map>
@@ -10,17 +10,17 @@
 
 namespace desktop {
 
-/// A media file as lists show it, and its facts.
+/// A media file as lists show it, and its metadata.
 struct MediaEntry {
     FolderFileInfo_s file;
-    MediaFacts facts;
+    MediaMetadata metadata;
 };
 using MediaEntries = std::deque<MediaEntry>;
 
-/// How a group's files are put in order.
+/// How a group's files are added order.
 enum class GroupOrder { AsWalked, NameAscending, NameDescending };
 
-/// Media files in groups. A file has one group; files that do not tell theirs share one, which comes last.
+/// Media files in groups. A file has one group; files whose metadata has none share one, which comes last.
 class Groups {
 public:
     /// @p entries: in the order of the walk that met them. @p type: one for which areGroups() holds.

@@ -10,20 +10,20 @@ namespace desktop {
 
 namespace {
 
-constexpr std::chrono::seconds kPatience(2);
+constexpr std::chrono::seconds kTimeout(2);
 
 } // namespace
 
 struct BackgroundJob::State {
-    std::atomic<bool> cancelled{false};
+    std::stop_source cancelled;
     std::mutex mutex;
     std::condition_variable changed;
     bool finished = false;
 
-    void run(const Work& work, const CancelFlag& flag)
+    void run(const Work& work)
     {
         try {
-            work(flag);
+            work(cancelled.get_token());
         } catch (const std::exception& error) {
             logLine(LogLevel::Error, std::string("work in the background has failed: ") + error.what());
         }
@@ -35,26 +35,26 @@ struct BackgroundJob::State {
 
 BackgroundJob::BackgroundJob(Work work)
     : m_state(std::make_shared<State>())
-    , m_thread([state = m_state, work = std::move(work)] { state->run(work, CancelFlag(state, &state->cancelled)); })
+    , m_thread([state = m_state, work = std::move(work)] { state->run(work); })
 {
 }
 
 BackgroundJob::~BackgroundJob()
 {
     cancel();
-    if (m_thread.joinable() && waitFor(kPatience)) {
+    if (m_thread.joinable() && waitFor(kTimeout)) {
         m_thread.join();
     } else {
-        leave();
+        detach();
     }
 }
 
 void BackgroundJob::cancel()
 {
-    m_state->cancelled = true;
+    m_state->cancelled.request_stop();
 }
 
-void BackgroundJob::leave()
+void BackgroundJob::detach()
 {
     cancel();
     if (m_thread.joinable()) {

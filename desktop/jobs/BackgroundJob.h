@@ -1,22 +1,20 @@
 #pragma once
 
-#include <atomic>
 #include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <thread>
 
 namespace desktop {
-
-/// Set once nobody wants a job's result any more.
-using CancelFlag = std::shared_ptr<const std::atomic<bool>>;
 
 /// Work on a thread of its own, so that a file system that does not answer holds up nothing but itself. Such a thread is
 /// left behind: the work must own, or not outlive, whatever it touches. Operations are called on one thread.
 class BackgroundJob {
 public:
-    using Work = std::function<void(const CancelFlag& cancelled)>;
+    /// @p cancelled: a stop is requested once the result is no longer wanted.
+    using Work = std::function<void(const std::stop_token& cancelled)>;
 
     explicit BackgroundJob(Work work);
     /// Cancels; waits for the thread, but not for long when the file system keeps it.
@@ -27,7 +25,7 @@ public:
     /// Returns at once.
     void cancel();
     /// Cancels; the thread ends when it can, and the destructor does not wait for it.
-    void leave();
+    void detach();
     /// Whether the work has ended, which it is given @p time for.
     bool waitFor(std::chrono::milliseconds time) const;
 
@@ -38,14 +36,15 @@ private:
     std::thread m_thread;
 };
 
-/// What @p work gives, done in the background; nothing when it takes longer than @p patience, or fails.
+/// What @p work gives, done in the background; nothing when it takes longer than @p timeout, or fails.
 template <typename Result>
-std::optional<Result> runWithin(std::chrono::milliseconds patience, std::function<Result(const CancelFlag& cancelled)> work)
+std::optional<Result> runWithin(std::chrono::milliseconds timeout,
+                                std::function<Result(const std::stop_token& cancelled)> work)
 {
     const auto result = std::make_shared<std::optional<Result>>();
-    BackgroundJob job([result, work = std::move(work)](const CancelFlag& cancelled) { *result = work(cancelled); });
-    if (!job.waitFor(patience)) {
-        job.leave();
+    BackgroundJob job([result, work = std::move(work)](const std::stop_token& cancelled) { *result = work(cancelled); });
+    if (!job.waitFor(timeout)) {
+        job.detach();
         return std::nullopt;
     }
     return std::move(*result);

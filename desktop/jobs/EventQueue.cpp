@@ -1,5 +1,7 @@
 #include "desktop/jobs/EventQueue.h"
 
+#include <utility>
+
 namespace desktop {
 
 void EventQueue::setListener(Listener listener)
@@ -25,7 +27,10 @@ std::unique_lock<std::recursive_mutex> EventQueue::holdDelivery()
 void EventQueue::start()
 {
     if (!m_thread.joinable()) {
-        m_stopping = false;
+        {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            m_stopping = false;
+        }
         m_thread = std::thread(&EventQueue::run, this);
     }
 }
@@ -40,7 +45,14 @@ void EventQueue::stop()
     if (m_thread.joinable()) {
         m_thread.join();
     }
-    m_events.clear(); // of a queue that was never started
+    const std::deque<Event> undelivered = takeAll(); // of a queue that was never started
+}
+
+// Their data is released by the caller without the lock: it may take locks of its own.
+std::deque<EventQueue::Event> EventQueue::takeAll()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return std::exchange(m_events, {});
 }
 
 void EventQueue::run()
@@ -51,17 +63,20 @@ void EventQueue::run()
         if (m_events.empty()) {
             return;
         }
-        const Event event = std::move(m_events.front());
+        Event event = std::move(m_events.front());
         m_events.pop_front();
         const Listener listener = m_listener;
         lock.unlock();
-        {
-            const std::lock_guard<std::recursive_mutex> turn(m_turn);
-            if (listener != nullptr && (!event.wanted || event.wanted())) {
-                listener(event.id, event.data.get());
-            }
-        }
+        deliver(std::move(event), listener);
         lock.lock();
+    }
+}
+
+void EventQueue::deliver(Event event, Listener listener)
+{
+    const std::lock_guard<std::recursive_mutex> turn(m_turn);
+    if (listener != nullptr && (!event.wanted || event.wanted())) {
+        listener(event.id, event.data.get());
     }
 }
 

@@ -42,6 +42,8 @@ private:
     };
 
     void run();
+    void deliver(Event event, Listener listener);
+    std::deque<Event> takeAll();
 
     std::recursive_mutex m_turn; ///< held while an event is delivered
     std::mutex m_mutex;

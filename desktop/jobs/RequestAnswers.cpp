@@ -1,11 +1,13 @@
 #include "desktop/jobs/RequestAnswers.h"
 
+#include <stop_token>
+
 namespace desktop {
 
 namespace {
 
 // So much may wait for a listener that is slower than the work.
-constexpr int kMostPieces = 64;
+constexpr int kMaxPieces = 64;
 
 /// Counts what is to be delivered. Its mutex is taken last of all: the queue lets go of data with its own one held.
 class Backlog {
@@ -13,7 +15,7 @@ public:
     void waitForRoom()
     {
         std::unique_lock<std::mutex> lock(m_mutex);
-        m_changed.wait(lock, [this] { return m_count < kMostPieces || m_open; });
+        m_changed.wait(lock, [this] { return m_count < kMaxPieces || m_open; });
         ++m_count;
     }
     void leave()
@@ -46,7 +48,7 @@ struct RequestAnswers::State {
     }
 
     EventQueue& events;
-    std::atomic<bool> dropped{false};
+    std::stop_source dropped;
     Backlog backlog;
     std::mutex mutex;
     bool ended = false;
@@ -64,8 +66,8 @@ void RequestAnswers::piece(int event, std::shared_ptr<void> data)
     void* const piece = data.get();
     const std::shared_ptr<void> counted(piece, [state, data = std::move(data)](void*) { state->backlog.leave(); });
     const std::lock_guard<std::mutex> lock(state->mutex);
-    if (!state->ended && !state->dropped) {
-        state->events.post(event, counted, [state] { return !state->dropped; });
+    if (!state->ended && !state->dropped.stop_requested()) {
+        state->events.post(event, counted, [state] { return !state->dropped.stop_requested(); });
     }
 }
 
@@ -74,15 +76,15 @@ void RequestAnswers::end(int event, std::shared_ptr<void> data)
     const std::shared_ptr<State> state = m_state;
     state->backlog.open();
     const std::lock_guard<std::mutex> lock(state->mutex);
-    if (!state->ended && !state->dropped) {
+    if (!state->ended && !state->dropped.stop_requested()) {
         state->ended = true;
-        state->events.post(event, std::move(data), [state] { return !state->dropped; });
+        state->events.post(event, std::move(data), [state] { return !state->dropped.stop_requested(); });
     }
 }
 
 void RequestAnswers::drop()
 {
-    m_state->dropped = true;
+    m_state->dropped.request_stop();
     m_state->backlog.open();
 }
 

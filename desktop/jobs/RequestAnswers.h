@@ -2,8 +2,6 @@
 
 #include "desktop/jobs/EventQueue.h"
 
-#include <atomic>
-
 namespace desktop {
 
 /// The events that answer one request: any number of pieces, and one that ends it. Safe on any thread.

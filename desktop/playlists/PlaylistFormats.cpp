@@ -1,5 +1,6 @@
 #include "desktop/playlists/PlaylistFormats.h"
 
+#include "desktop/text/AsciiText.h"
 #include "desktop/text/LegacyText.h"
 #include "desktop/text/Utf8.h"
 
@@ -17,34 +18,13 @@ namespace {
 
 using Entries = std::vector<PlaylistEntry>;
 
-bool startsWith(std::string_view text, std::string_view start)
-{
-    return text.substr(0, start.size()) == start;
-}
-
-std::string lowerCase(std::string_view text)
-{
-    std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    return lower;
-}
-
-std::string trimmed(std::string_view text)
-{
-    constexpr const char* kBlanks = " \t\r\n";
-    const std::size_t begin = text.find_first_not_of(kBlanks);
-    return begin == std::string_view::npos ? ""
-                                           : std::string(text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin));
-}
-
 // Without the mark that some programs write first; UTF-16 becomes UTF-8.
 std::string withoutMark(std::string content)
 {
-    if (startsWith(content, "\xEF\xBB\xBF")) {
+    if (content.starts_with("\xEF\xBB\xBF")) {
         return content.substr(3);
     }
-    const bool wide = startsWith(content, "\xFF\xFE") || startsWith(content, "\xFE\xFF");
+    const bool wide = content.starts_with("\xFF\xFE") || content.starts_with("\xFE\xFF");
     return wide ? toUtf8(content, "UTF-16") : content;
 }
 
@@ -71,7 +51,7 @@ bool hasScheme(std::string_view target)
 void add(Entries& entries, std::string target, const std::string& title)
 {
     constexpr std::string_view kFile = "file://";
-    if (startsWith(lowerCase(target.substr(0, kFile.size())), kFile)) {
+    if (lowerCase(target.substr(0, kFile.size())).starts_with(kFile)) {
         const std::size_t slash = target.find('/', kFile.size()); // the host before it does not matter
         target = slash != std::string::npos ? withoutEscapes(target.substr(slash)) : "";
     }
@@ -88,7 +68,7 @@ Entries parseM3u(const std::string& content)
     std::string title;
     for (std::string line; std::getline(lines, line);) {
         line = trimmed(line);
-        if (startsWith(line, kInfo)) {
+        if (line.starts_with(kInfo)) {
             const std::size_t comma = line.find(',');
             title = comma != std::string::npos ? trimmed(std::string_view(line).substr(comma + 1)) : "";
         } else if (!line.empty() && line.front() != '#') {
@@ -110,9 +90,9 @@ Entries parsePls(const std::string& content)
         }
         const std::string key = lowerCase(trimmed(line.substr(0, equals)));
         const std::string value = trimmed(std::string_view(line).substr(equals + 1));
-        if (startsWith(key, "file")) {
+        if (key.starts_with("file")) {
             numbered[std::atoi(key.c_str() + 4)].target = value;
-        } else if (startsWith(key, "title")) {
+        } else if (key.starts_with("title")) {
             numbered[std::atoi(key.c_str() + 5)].title = value;
         }
     }
@@ -134,7 +114,7 @@ Entries parseCue(const std::string& content)
             continue;
         }
         const std::string rest = trimmed(line.substr(5));
-        const bool quoted = startsWith(rest, "\"");
+        const bool quoted = rest.starts_with("\"");
         const std::size_t end = quoted ? rest.find('"', 1) : rest.rfind(' '); // the kind of file comes last
         add(entries, quoted ? rest.substr(1, end - 1) : rest.substr(0, end), "");
     }
@@ -197,14 +177,21 @@ Entries parseXspf(const std::string& content)
 
 using Parser = Entries (*)(const std::string& content);
 
+struct Format {
+    const char* extension;
+    Parser parser;
+};
+
+constexpr Format kParsers[] = {
+    {"m3u", &parseM3u}, {"m3u8", &parseM3u}, {"pls", &parsePls}, {"xspf", &parseXspf}, {"cue", &parseCue}};
+
 Parser parserOf(std::string_view name)
 {
     const std::size_t dot = name.rfind('.');
     const std::string extension = dot == std::string_view::npos ? "" : lowerCase(name.substr(dot + 1));
-    static const std::map<std::string, Parser> parsers = {
-        {"m3u", &parseM3u}, {"m3u8", &parseM3u}, {"pls", &parsePls}, {"xspf", &parseXspf}, {"cue", &parseCue}};
-    const auto found = parsers.find(extension);
-    return found != parsers.end() ? found->second : nullptr;
+    const auto* const found = std::find_if(std::begin(kParsers), std::end(kParsers),
+                                           [&extension](const Format& format) { return extension == format.extension; });
+    return found != std::end(kParsers) ? found->parser : nullptr;
 }
 
 // One program wrote them all in one charset.

@@ -3,6 +3,7 @@
 #include "desktop/base/Log.h"
 #include "desktop/files/MediaTypes.h"
 #include "desktop/files/TreeWalk.h"
+#include "desktop/metadata/EntryDescription.h"
 #include "desktop/playlists/PlaylistFormats.h"
 #include "desktop/text/NameEncoding.h"
 
@@ -15,21 +16,27 @@ namespace desktop {
 
 namespace {
 
-constexpr std::chrono::seconds kPatience(5);
-constexpr std::size_t kMostBytes = 4 << 20; // of a playlist file
+constexpr std::chrono::seconds kTimeout(5);
+constexpr std::size_t kMaxBytes = 4 << 20; // of a playlist file
 
 using Paths = std::vector<std::string>;
 
-std::optional<Paths> findFiles(const FolderToRead& folder, const CancelFlag& cancelled)
-{
+struct FoundFiles {
     Paths paths;
+    int error = 0; ///< errno value
+};
+
+FoundFiles findFiles(const OpenedFolder& folder, const std::stop_token& cancelled)
+{
+    FoundFiles files;
     TreeWalk walk(folder.location, cancelled, isPlaylistName, [&](const WalkedFolder& found, const WalkTotals&) {
-        const std::string below = found.location.relative.substr(folder.location.relative.size());
+        const std::string directory = folder.directoryOf(found.location);
         for (const std::string& name : found.files) {
-            paths.push_back(folder.directory + encodeName(below + "/" + name));
+            files.paths.push_back(directory + "/" + encodeName(name));
         }
     });
-    return walk.run() == 0 ? std::optional<Paths>(std::move(paths)) : std::nullopt;
+    files.error = walk.run();
+    return files;
 }
 
 // Sets errno when there is nothing.
@@ -42,7 +49,7 @@ std::optional<std::string> readWhole(const Location& file)
     ssize_t got = fd ? 1 : -1;
     while (got > 0 && (got = read(fd.get(), bytes, sizeof bytes)) > 0) {
         content.append(bytes, static_cast<std::size_t>(got));
-        if (content.size() > kMostBytes) {
+        if (content.size() > kMaxBytes) {
             errno = EFBIG;
             return std::nullopt;
         }
@@ -70,8 +77,8 @@ Paths readings(const PlaylistEntry& entry)
     return readings;
 }
 
-// The place @p path, beneath @p stick and without "."s; an empty one when it leads out.
-Location beneath(const std::string& stick, const std::string& path)
+// The place @p path, beneath the volume @p root and without "."s; an empty one when it leads out.
+Location beneath(const Location& root, const std::string& path)
 {
     std::vector<std::string> names;
     for (const std::string& name : splitPath(path)) {
@@ -83,7 +90,7 @@ Location beneath(const std::string& stick, const std::string& path)
             names.pop_back();
         }
     }
-    Location location = {stick, "."};
+    Location location = root;
     for (const std::string& name : names) {
         location = location.child(name);
     }
@@ -93,29 +100,28 @@ Location beneath(const std::string& stick, const std::string& path)
 /// One playlist file being looked through.
 class PlaylistReading {
 public:
-    PlaylistReading(Location file, std::string path, std::shared_ptr<MediaLibrary> library)
+    PlaylistReading(Location file, std::string path, std::shared_ptr<MetadataCatalog> catalog)
         : m_file(std::move(file))
         , m_path(std::move(path))
-        , m_library(std::move(library))
+        , m_catalog(std::move(catalog))
     {
     }
 
     /// Null when it cannot be read.
-    ListingPointer run(const CancelFlag& cancelled)
+    EntryList run(const std::stop_token& cancelled)
     {
         const auto content = readWhole(m_file);
         if (!content) {
             logUnreadable(m_file, describeError(errno));
             return nullptr;
         }
-        auto listing = std::make_shared<Listing>();
-        listing->directory = m_path;
+        auto entries = std::make_shared<std::vector<FolderFileInfo_s>>();
         std::size_t missing = 0;
         for (const PlaylistEntry& entry : parsePlaylist(m_file.relative, *content)) {
-            auto file = *cancelled ? std::nullopt : find(entry);
+            auto file = cancelled.stop_requested() ? std::nullopt : find(entry);
             if (file) {
-                file->id = static_cast<std::int32_t>(listing->entries.size());
-                listing->entries.push_back(std::move(*file));
+                file->id = static_cast<std::int32_t>(entries->size());
+                entries->push_back(std::move(*file));
             } else {
                 ++missing;
             }
@@ -123,7 +129,7 @@ public:
         if (missing > 0) {
             logLine(LogLevel::Warning, std::to_string(missing) + " entries of " + m_path + " are not on the stick");
         }
-        return listing;
+        return entries;
     }
 
 private:
@@ -133,11 +139,11 @@ private:
         for (const std::string& target : readings(entry)) {
             const bool absolute = target.front() == '/';
             Paths places = {absolute ? target : folder + "/" + target};
-            if (absolute && liesIn(target, m_file.stick)) {
-                places.insert(places.begin(), target.substr(std::min(target.size(), m_file.stick.size())));
+            if (absolute && liesIn(target, m_file.volume)) {
+                places.insert(places.begin(), target.substr(std::min(target.size(), m_file.volume.size())));
             }
             for (const std::string& place : places) {
-                if (auto file = describeAt(beneath(m_file.stick, place), entry.title)) {
+                if (auto file = describeAt(beneath(m_file.root(), place), entry.title)) {
                     return file;
                 }
             }
@@ -152,17 +158,18 @@ private:
             return std::nullopt;
         }
         const std::string name = location.relative.substr(slash + 1);
-        const Location folder = {location.stick, location.relative.substr(0, slash)};
+        const Location folder = {location.volume, location.relative.substr(0, slash), location.volumeId};
         const UniqueFd pinned = PathResolver::open(location, O_PATH);
-        const auto facts = pinned ? inspectPinned(pinned.get(), name) : std::nullopt;
-        if (!facts || facts->type == FILE_TYPE_FOLDER) {
+        const auto status = pinned ? inspectPinned(pinned.get(), name) : std::nullopt;
+        if (!status || status->type == FILE_TYPE_FOLDER) {
             return std::nullopt;
         }
         if (folder.relative != m_knownFolder) { // most entries lie where the one before them does
-            m_known = knownFiles(m_library, folder);
+            m_known = knownFiles(m_catalog, folder);
             m_knownFolder = folder.relative;
         }
-        FolderFileInfo_s file = describeEntry(encodeName(folder.path()), name, *facts, m_known.find(name, stampOf(*facts)));
+        FolderFileInfo_s file =
+            describeEntry(encodeName(folder.path()), name, *status, m_known.find(name, stampOf(*status)));
         if (!title.empty()) {
             file.title = title;
         }
@@ -171,47 +178,45 @@ private:
 
     Location m_file;
     std::string m_path;
-    std::shared_ptr<MediaLibrary> m_library;
+    std::shared_ptr<MetadataCatalog> m_catalog;
     std::string m_knownFolder;
     KnownFiles m_known; ///< of that folder
 };
 
 } // namespace
 
-Playlists::Playlists(PathResolver resolver, const FolderListings& listings)
-    : m_resolver(std::move(resolver))
-    , m_listings(listings)
+Playlists::Playlists(LocationOpener opener, std::shared_ptr<MetadataCatalog> catalog)
+    : m_opener(std::move(opener))
+    , m_catalog(std::move(catalog))
 {
 }
 
 std::optional<std::vector<std::string>> Playlists::filesBelow(const std::string& directory) const
 {
-    const auto folder = std::make_shared<FolderToRead>();
-    if (!m_listings.openFolder(directory, *folder)) {
+    const auto folder = std::make_shared<OpenedFolder>(m_opener.folderAt(directory));
+    auto files = m_opener.runWithin<FoundFiles>(
+        kTimeout, directory, [folder](const std::stop_token& cancelled) { return findFiles(*folder, cancelled); });
+    if (!files) {
         return std::nullopt;
     }
-    const auto paths = runWithin<std::optional<Paths>>(
-        kPatience, [folder](const CancelFlag& cancelled) { return findFiles(*folder, cancelled); });
-    if (!paths) {
-        m_listings.report(directory, ETIMEDOUT);
+    if (files->error != 0) {
+        m_opener.report(directory, files->error);
+        return std::nullopt;
     }
-    return paths.value_or(std::nullopt);
+    return std::move(files->paths);
 }
 
-ListingPointer Playlists::entriesOf(const std::string& path) const
+EntryList Playlists::entriesOf(const std::string& path) const
 {
-    const Location file = m_resolver.locate(decodeName(path));
+    const Location file = m_opener.locate(path);
     if (!file || !isPlaylistName(file.relative)) {
         return nullptr;
     }
-    const auto listing =
-        runWithin<ListingPointer>(kPatience, [file, path, library = m_listings.library()](const CancelFlag& cancelled) {
-            return PlaylistReading(file, path, library).run(cancelled);
+    const auto entries =
+        m_opener.runWithin<EntryList>(kTimeout, path, [file, path, catalog = m_catalog](const std::stop_token& cancelled) {
+            return PlaylistReading(file, path, catalog).run(cancelled);
         });
-    if (!listing) {
-        m_listings.report(path, ETIMEDOUT);
-    }
-    return listing.value_or(nullptr);
+    return entries.value_or(nullptr);
 }
 
 } // namespace desktop

@@ -1,25 +1,26 @@
 #pragma once
 
-#include "desktop/browsing/FolderListings.h"
+#include "desktop/files/LocationOpener.h"
+#include "desktop/files/Pages.h"
+#include "desktop/metadata/MetadataCatalog.h"
 
 namespace desktop {
 
-/// The playlist files on the sticks. Operations are called on the command thread; what takes too long fails, the observer
-/// told.
+/// The playlist files on the volumes. Operations are called on the command thread; what takes too long fails, which is
+/// reported.
 class Playlists {
 public:
-    /// Directories and files are opened as @p listings opens them.
-    Playlists(PathResolver resolver, const FolderListings& listings);
+    Playlists(LocationOpener opener, std::shared_ptr<MetadataCatalog> catalog);
 
     /// The paths of the playlist files below @p directory, in the order of a walk; nothing when it cannot be read.
     std::optional<std::vector<std::string>> filesBelow(const std::string& directory) const;
-    /// What playlist file @p path lists, as a listing whose entries lie anywhere on the stick; entries that are not there
-    /// are left out, which is logged. Null when it is no playlist or cannot be read.
-    ListingPointer entriesOf(const std::string& path) const;
+    /// What playlist file @p path lists, as entries that lie anywhere on the volume; those that are not there are left out,
+    /// which is logged. Null when it is no playlist or cannot be read.
+    EntryList entriesOf(const std::string& path) const;
 
 private:
-    PathResolver m_resolver;
-    const FolderListings& m_listings;
+    LocationOpener m_opener;
+    std::shared_ptr<MetadataCatalog> m_catalog;
 };
 
 } // namespace desktop

@@ -1,11 +1,11 @@
 #include "desktop/search/Search.h"
 
+#include "desktop/base/IntervalTimer.h"
 #include "desktop/base/Log.h"
-#include "desktop/base/Pace.h"
 #include "desktop/files/MediaTypes.h"
 #include "desktop/files/TreeWalk.h"
-#include "desktop/jobs/Conveyor.h"
-#include "desktop/text/NameEncoding.h"
+#include "desktop/jobs/BoundedWorkQueue.h"
+#include "desktop/metadata/EntryDescription.h"
 
 #include "platform/SocMwEvents.h"
 
@@ -20,21 +20,23 @@ namespace desktop {
 
 namespace {
 
-// What has been found is told so often at least, and when it is so much, whatever the page size.
+// Results are sent at least this often, and at this number, whatever the page size.
 constexpr std::chrono::milliseconds kInterval(200);
-constexpr int kMostFiles = 1000;
-// So many folders the walk may be ahead of the looks at their files; each may hold a descriptor.
-constexpr std::size_t kMostAhead = 64;
+constexpr int kMaxFiles = 1000;
+// How many folders the walk may be ahead of the inspection of their files; each may hold a descriptor.
+constexpr std::size_t kMaxAhead = 64;
 
-/// What is looked for, where.
-struct Wanted {
-    FolderToRead folder;
+/// What is searched for, and where.
+struct SearchRequest {
+    OpenedFolder folder;
     FileType type;
     int itemsPerPage;
+    LocationOpener opener;
+    std::shared_ptr<MetadataCatalog> catalog;
 };
 
-/// How far a search has come; the thread that learns of a pulled stick reads it.
-struct Tally {
+/// How far a search has come; the thread that learns of a removed volume reads it.
+struct SearchCounts {
     std::atomic<std::size_t> found{0};
     std::atomic<std::size_t> folders{0};
     std::atomic<std::size_t> unreadable{0};
@@ -53,13 +55,13 @@ Json::Value listEntry(const FolderFileInfo_s& file)
     return entry;
 }
 
-void postEnd(RequestAnswers& answers, const std::string& directory, const Tally& tally, int error)
+void postEnd(RequestAnswers& answers, const std::string& directory, const SearchCounts& counts, int error)
 {
     Json::Value end;
     end["dirpath"] = directory;
-    end["total"] = static_cast<Json::UInt64>(tally.found);
-    end["folders"] = static_cast<Json::UInt64>(tally.folders);
-    end["unreadable"] = static_cast<Json::UInt64>(tally.unreadable);
+    end["total"] = static_cast<Json::UInt64>(counts.found);
+    end["folders"] = static_cast<Json::UInt64>(counts.folders);
+    end["unreadable"] = static_cast<Json::UInt64>(counts.unreadable);
     if (error != 0) {
         end["error"] = describeError(error);
         logLine(LogLevel::Warning, "the search of " + directory + " has ended early: " + describeError(error));
@@ -67,7 +69,7 @@ void postEnd(RequestAnswers& answers, const std::string& directory, const Tally&
     answers.end(SOCMW_MM_EVENT_FB_FOLDER_UPDATE, std::make_shared<Json::Value>(std::move(end)));
 }
 
-/// A folder that the walk has come to, to be looked at after the walk has gone on.
+/// A folder that the walk has found, to be inspected while the walk continues.
 struct FolderToSearch {
     UniqueFd fd; ///< of none that has no files
     Location location;
@@ -75,116 +77,110 @@ struct FolderToSearch {
     WalkTotals totals; ///< of the walk until then
 };
 
-FolderToSearch kept(const WalkedFolder& folder, const WalkTotals& totals)
+FolderToSearch forSearching(const WalkedFolder& folder, const WalkTotals& totals)
 {
     UniqueFd fd(folder.files.empty() ? -1 : fcntl(folder.fd, F_DUPFD_CLOEXEC, 0));
     return {std::move(fd), folder.location, folder.files, totals};
 }
 
-/// One search at work, on two threads: one walks, the other looks at what may fit and tells of it.
+/// One search at work, on two threads: one walks, the other inspects the files and sends the results.
 class SearchRun {
 public:
-    SearchRun(const Wanted& wanted, const FolderObserver& observer, RequestAnswers& answers, CancelFlag cancelled,
-              Tally& tally)
-        : m_wanted(wanted)
-        , m_observer(observer)
+    SearchRun(const SearchRequest& request, RequestAnswers& answers, std::stop_token cancelled, SearchCounts& counts)
+        : m_request(request)
         , m_answers(answers)
         , m_cancelled(std::move(cancelled))
-        , m_tally(tally)
-        , m_pageSize(wanted.itemsPerPage > 0 ? std::min(wanted.itemsPerPage, kMostFiles) : kMostFiles)
+        , m_counts(counts)
+        , m_pageSize(request.itemsPerPage > 0 ? std::min(request.itemsPerPage, kMaxFiles) : kMaxFiles)
     {
     }
 
     void run()
     {
-        Conveyor<FolderToSearch> walked(kMostAhead, [this](FolderToSearch& folder) {
-            lookAt(folder);
-            keepTelling(folder.totals);
+        BoundedWorkQueue<FolderToSearch> walked(kMaxAhead, [this](FolderToSearch& folder) {
+            inspectFiles(folder);
+            reportProgress(folder.totals);
         });
         TreeWalk walk(
-            m_wanted.folder.location, m_cancelled, [this](std::string_view name) { return mayFit(name); },
-            [&walked](const WalkedFolder& folder, const WalkTotals& totals) { walked.put(kept(folder, totals)); });
+            m_request.folder.location, m_cancelled, [this](std::string_view name) { return mayMatch(name); },
+            [&walked](const WalkedFolder& folder, const WalkTotals& totals) { walked.put(forSearching(folder, totals)); });
         const int error = walk.run();
         walked.finish();
         if (error != ECANCELED) {
-            tell();
-            keepTelling(walk.totals());
-            postEnd(m_answers, m_wanted.folder.directory, m_tally, error);
+            sendFound();
+            reportProgress(walk.totals());
+            postEnd(m_answers, m_request.folder.directory, m_counts, error);
         }
     }
 
 private:
-    bool mayFit(std::string_view name) const
+    bool mayMatch(std::string_view name) const
     {
         const FileType byName = typeByExtension(name);
-        return byName == m_wanted.type || byName == FILE_TYPE_UNKNOWN;
+        return byName == m_request.type || byName == FILE_TYPE_UNKNOWN;
     }
 
-    void lookAt(const FolderToSearch& folder)
+    void inspectFiles(const FolderToSearch& folder)
     {
         if (folder.files.empty()) {
             return;
         }
-        const std::string below = folder.location.relative.substr(m_wanted.folder.location.relative.size());
-        const std::string directory = m_wanted.folder.directory + encodeName(below);
-        const KnownFiles known = knownFiles(m_wanted.folder.library, folder.location);
+        const std::string directory = m_request.folder.directoryOf(folder.location);
+        const KnownFiles known = knownFiles(m_request.catalog, folder.location);
         for (const std::string& name : folder.files) {
-            const auto facts = *m_cancelled ? std::nullopt : inspectFile(folder.fd.get(), name);
-            if (facts && facts->type == m_wanted.type) {
-                add(describeEntry(directory, name, *facts, known.find(name, stampOf(*facts))));
+            const auto status = m_cancelled.stop_requested() ? std::nullopt : inspectFile(folder.fd.get(), name);
+            if (status && status->type == m_request.type) {
+                add(describeEntry(directory, name, *status, known.find(name, stampOf(*status))));
             }
         }
     }
 
     void add(const FolderFileInfo_s& file)
     {
-        ++m_tally.found;
+        ++m_counts.found;
         m_files.append(listEntry(file));
         if (static_cast<int>(m_files.size()) == m_pageSize) {
-            tell();
+            sendFound();
         }
     }
 
-    void keepTelling(const WalkTotals& totals)
+    void reportProgress(const WalkTotals& totals)
     {
-        m_tally.folders = totals.folders;
-        m_tally.unreadable = totals.unreadable;
-        if (m_pace.due() && !*m_cancelled) {
-            tell();
-            if (m_observer.progress) {
-                m_observer.progress(m_wanted.folder.directory, totals.entries);
-            }
+        m_counts.folders = totals.folders;
+        m_counts.unreadable = totals.unreadable;
+        if (m_reportTimer.due() && !m_cancelled.stop_requested()) {
+            sendFound();
+            m_request.opener.reporter().progress(m_request.folder.directory, totals.entries);
         }
     }
 
-    void tell()
+    void sendFound()
     {
         if (m_files.empty()) {
             return;
         }
         Json::Value piece;
-        piece["dirpath"] = m_wanted.folder.directory;
+        piece["dirpath"] = m_request.folder.directory;
         piece["filecount"] = m_files.size();
         piece["filelst"] = std::move(m_files);
         m_files = Json::Value(Json::arrayValue);
         m_answers.piece(SOCMW_MM_EVENT_FILTER_DATA_READY_UPDATE, std::make_shared<Json::Value>(std::move(piece)));
     }
 
-    const Wanted& m_wanted;
-    const FolderObserver& m_observer;
+    const SearchRequest& m_request;
     RequestAnswers& m_answers;
-    CancelFlag m_cancelled;
-    Tally& m_tally;
+    std::stop_token m_cancelled;
+    SearchCounts& m_counts;
     const int m_pageSize;
-    Json::Value m_files{Json::arrayValue}; ///< found but not yet told
-    Pace m_pace{kInterval};
+    Json::Value m_files{Json::arrayValue}; ///< found but not yet sent
+    IntervalTimer m_reportTimer{kInterval};
 };
 
 } // namespace
 
-Search::Search(const FolderListings& listings, EventQueue& events, FolderObserver observer)
-    : m_listings(listings)
-    , m_observer(std::move(observer))
+Search::Search(LocationOpener opener, std::shared_ptr<MetadataCatalog> catalog, EventQueue& events)
+    : m_opener(std::move(opener))
+    , m_catalog(std::move(catalog))
     , m_job(events)
 {
 }
@@ -192,19 +188,19 @@ Search::Search(const FolderListings& listings, EventQueue& events, FolderObserve
 bool Search::start(const std::string& directory, FileType type, int itemsPerPage)
 {
     m_job.cancel();
-    auto wanted = std::make_shared<Wanted>();
-    if (!m_listings.openFolder(directory, wanted->folder)) {
+    auto folder = m_opener.openFolder(directory);
+    if (!folder) {
         return false;
     }
-    wanted->type = type;
-    wanted->itemsPerPage = itemsPerPage;
-    const auto tally = std::make_shared<Tally>();
+    const auto request =
+        std::make_shared<SearchRequest>(SearchRequest{std::move(*folder), type, itemsPerPage, m_opener, m_catalog});
+    const auto counts = std::make_shared<SearchCounts>();
     m_job.start(
-        wanted->folder.location.stick,
-        [wanted, tally, observer = m_observer](const CancelFlag& cancelled, RequestAnswers& answers) {
-            SearchRun(*wanted, observer, answers, cancelled, *tally).run();
+        request->folder.location.volume,
+        [request, counts](const std::stop_token& cancelled, RequestAnswers& answers) {
+            SearchRun(*request, answers, cancelled, *counts).run();
         },
-        [wanted, tally](RequestAnswers& answers) { postEnd(answers, wanted->folder.directory, *tally, ENODEV); });
+        [request, counts](RequestAnswers& answers) { postEnd(answers, request->folder.directory, *counts, ENODEV); });
     return true;
 }
 

@@ -1,31 +1,31 @@
 #pragma once
 
-#include "desktop/browsing/FolderListings.h"
-#include "desktop/jobs/StickJob.h"
+#include "desktop/files/LocationOpener.h"
+#include "desktop/jobs/VolumeJob.h"
+#include "desktop/metadata/MetadataCatalog.h"
 
 namespace desktop {
 
 /// Finds the files of one type below a directory. Operations are called on the command thread unless said otherwise.
 class Search {
 public:
-    /// Directories are opened as @p listings opens them.
-    Search(const FolderListings& listings, EventQueue& events, FolderObserver observer);
+    Search(LocationOpener opener, std::shared_ptr<MetadataCatalog> catalog, EventQueue& events);
 
     /// Stops the search that runs and starts one for files of @p type below @p directory. What it finds comes as events
     /// SOCMW_MM_EVENT_FILTER_DATA_READY_UPDATE of up to @p itemsPerPage files, the end as SOCMW_MM_EVENT_FB_FOLDER_UPDATE.
-    /// False, and no event, when there is no such directory on a stick.
+    /// False, and no event, when there is no such directory on a volume.
     bool start(const std::string& directory, FileType type, int itemsPerPage);
     /// Stops the search that runs; it raises no further event.
     void cancel() { m_job.cancel(); }
-    /// Stick @p stick has been pulled: a search of it ends. Safe on any thread.
-    void lose(const std::string& stick) { m_job.lose(stick); }
+    /// Volume @p volume has been removed: a search of it ends. Safe on any thread.
+    void volumeRemoved(const std::string& volume) { m_job.volumeRemoved(volume); }
     /// Cancels, and waits for all threads that can end.
     void stop() { m_job.stop(); }
 
 private:
-    const FolderListings& m_listings;
-    FolderObserver m_observer;
-    StickJob m_job;
+    LocationOpener m_opener;
+    std::shared_ptr<MetadataCatalog> m_catalog;
+    VolumeJob m_job;
 };
 
 } // namespace desktop

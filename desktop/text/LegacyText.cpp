@@ -15,8 +15,8 @@ namespace desktop {
 namespace {
 
 constexpr char kWestern[] = "windows-1252";
-constexpr int kMostAdjoining = 3; // letters with marks that a western word has side by side
-constexpr int kRepetitions = 3;   // the detector wants more than a title; the same again does not change what it weighs
+constexpr int kMaxAdjoining = 3; // letters with marks that a western word has side by side
+constexpr int kRepetitions = 3;  // the detector wants more than a title; the same again does not change what it weighs
 
 // The letters beyond ASCII of one language a line: text of another charset, read as western, seldom keeps to one of them.
 constexpr const char32_t* kAlphabets[] = {
@@ -90,7 +90,7 @@ bool hasStrangeWords(const std::u32string& text)
         const bool counts = isBeyondAscii(text[i]) && !u_ispunct(c) && !u_isspace(c);
         adjoining = counts ? adjoining + 1 : 0;
         const bool inWord = i > 0 && i + 1 < text.size() && isLetter(text[i - 1]) && isLetter(text[i + 1]);
-        if (adjoining > kMostAdjoining || (counts && !isLetter(text[i]) && inWord)) {
+        if (adjoining > kMaxAdjoining || (counts && !isLetter(text[i]) && inWord)) {
             return true;
         }
     }

@@ -17,8 +17,8 @@ namespace {
 namespace fs = std::filesystem;
 
 // Of 10 to 20 KB each. Those handed over lie in memory.
-constexpr std::size_t kMostHandedOver = 2000;
-constexpr std::size_t kMostKept = 20'000;
+constexpr std::size_t kMaxHandedOver = 2000;
+constexpr std::size_t kMaxKept = 20'000;
 constexpr unsigned int kTrimEvery = 1000; // pictures
 
 } // namespace
@@ -38,24 +38,35 @@ PictureFolder::PictureFolder(std::string folder)
 {
 }
 
-std::string PictureFolder::add(int picture)
+NewPicture PictureFolder::begin()
 {
-    std::unique_lock<std::mutex> lock(m_mutex);
-    const std::string file = m_folder + "/" + std::to_string(m_count++) + ".jpg";
-    lock.unlock();
-    const UniqueFd to(open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644));
-    if (!to || !copyFile(picture, to.get())) {
-        return "";
+    NewPicture picture;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        picture.path = m_folder + "/" + std::to_string(m_count++) + ".jpg";
     }
-    lock.lock();
-    m_files.push_back(file);
-    return file;
+    picture.fd = UniqueFd(open(picture.path.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644));
+    if (!picture.fd) {
+        picture.path.clear();
+    }
+    return picture;
+}
+
+void PictureFolder::keep(const NewPicture& picture)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_files.push_back(picture.path);
+}
+
+void PictureFolder::discard(const NewPicture& picture)
+{
+    unlink(picture.path.c_str());
 }
 
 void PictureFolder::trim()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    while (m_files.size() > kMostHandedOver) {
+    while (m_files.size() > kMaxHandedOver) {
         unlink(m_files.front().c_str());
         m_files.pop_front();
     }
@@ -101,11 +112,11 @@ void PictureCache::trim() const
     for (fs::directory_iterator entry(m_folder, ignored), end; entry != end; entry.increment(ignored)) {
         files.emplace_back(entry->last_write_time(ignored), entry->path());
     }
-    if (files.size() <= kMostKept) {
+    if (files.size() <= kMaxKept) {
         return;
     }
     std::sort(files.begin(), files.end());
-    files.resize(files.size() - kMostKept);
+    files.resize(files.size() - kMaxKept);
     for (const auto& [time, file] : files) {
         fs::remove(file, ignored);
     }

@@ -13,13 +13,23 @@ namespace desktop {
 /// Copies all of file @p from into @p to, whose offset moves; false when that fails.
 bool copyFile(int from, int to);
 
+/// A picture that is being made where it is to stay.
+struct NewPicture {
+    std::string path;
+    UniqueFd fd;
+};
+
 /// A folder of the plugin's that pictures are handed over in. Safe on any thread.
 class PictureFolder {
 public:
     explicit PictureFolder(std::string folder);
 
-    /// Writes a copy of @p picture and returns its path; empty, errno set, when that fails.
-    std::string add(int picture);
+    /// A new, empty file for a picture, open for writing and reading. Its path is empty, errno set, when that fails.
+    NewPicture begin();
+    /// Keeps @p picture, which has been written.
+    void keep(const NewPicture& picture);
+    /// Removes @p picture, of which nothing has come.
+    static void discard(const NewPicture& picture);
     /// Removes the oldest pictures beyond a few thousand. What a host still shows is among the others.
     void trim();
 

@@ -1,10 +1,10 @@
 #include "desktop/thumbnails/ThumbnailMaker.h"
 
-#include "desktop/files/EntryFacts.h"
+#include "desktop/files/EntryStatus.h"
+#include "desktop/files/MediaTypes.h"
 #include "desktop/text/NameEncoding.h"
 
 #include <fcntl.h>
-#include <sys/mman.h>
 
 #include <cerrno>
 #include <cinttypes>
@@ -20,11 +20,6 @@ constexpr std::size_t kHead = 4096; // bytes of a file that go into its key
 FileType kindOf(FileType type)
 {
     return type == FILE_TYPE_PANORAMA ? FILE_TYPE_PHOTO : type;
-}
-
-bool isPlayable(FileType type)
-{
-    return type == FILE_TYPE_PHOTO || type == FILE_TYPE_VIDEO || type == FILE_TYPE_MUSIC;
 }
 
 /// The 64-bit FNV-1a hash of what it is fed with.
@@ -52,17 +47,17 @@ private:
     std::uint64_t m_value = 0xCBF29CE484222325U;
 };
 
-/// What the picture of a file depends on. The place is the one on the stick, so that a stick that comes back under another
-/// name finds its pictures again; the head tells apart files that happen to agree in everything else.
-std::string contentKey(const Location& location, int fd, const EntryFacts& facts, const ThumbnailForm& form)
+/// What the picture of a file depends on. The place is the one on the volume, so that a volume that comes back under another
+/// name finds its pictures again; the head distinguishes files that agree in everything else.
+std::string contentKey(const Location& location, int fd, const EntryStatus& status, const ThumbnailForm& form)
 {
     char head[kHead];
     const ssize_t got = pread(fd, head, sizeof head, 0);
     Hash hash;
     hash.addNumber(kReadingVersion);
     hash.add(location.relative);
-    hash.addNumber(facts.size);
-    hash.addNumber(facts.modified);
+    hash.addNumber(status.size);
+    hash.addNumber(status.modified);
     hash.addNumber(form.width);
     hash.addNumber(form.height);
     hash.add({head, got > 0 ? static_cast<std::size_t>(got) : 0});
@@ -73,7 +68,7 @@ std::string contentKey(const Location& location, int fd, const EntryFacts& facts
 
 bool ThumbnailForm::wants(FileType file) const
 {
-    return isPlayable(file) && (!isPlayable(kindOf(type)) || kindOf(type) == file);
+    return isMedia(file) && (!isMedia(kindOf(type)) || kindOf(type) == file);
 }
 
 ThumbnailMaker::ThumbnailMaker(PathResolver resolver, std::shared_ptr<MediaWorkers> workers, const std::string& cacheFolder)
@@ -83,34 +78,47 @@ ThumbnailMaker::ThumbnailMaker(PathResolver resolver, std::shared_ptr<MediaWorke
 {
 }
 
-UniqueFd ThumbnailMaker::make(const std::string& path, const ThumbnailForm& form, const Wakeup& abandon, std::string& error)
+std::string ThumbnailMaker::make(const std::string& path, const ThumbnailForm& form, PictureFolder& folder,
+                                 const std::stop_token& cancelled, std::string& error)
 {
     const Location location = m_resolver.locate(decodeName(path));
     const UniqueFd pinned = PathResolver::open(location, O_PATH);
-    const auto facts = pinned ? inspectPinned(pinned.get(), location.relative) : std::nullopt;
-    if (!facts) {
+    const auto status = pinned ? inspectPinned(pinned.get(), location.relative) : std::nullopt;
+    if (!status) {
         error = describeError(errno);
-        return UniqueFd();
+        return "";
     }
-    if (!form.wants(facts->type)) {
-        return UniqueFd();
+    if (!form.wants(status->type)) {
+        return "";
     }
     const UniqueFd file = openRegularFile(pinned.get());
-    UniqueFd picture(memfd_create("thumbnail", MFD_CLOEXEC));
-    if (!file || !picture) {
+    const NewPicture picture = file ? folder.begin() : NewPicture();
+    if (!picture.fd) {
         error = describeError(errno);
-        return UniqueFd();
+        return "";
     }
-    const std::string key = contentKey(location, file.get(), *facts, form);
-    if (UniqueFd known = m_cache.find(key)) {
-        return known;
-    }
-    error = m_workers->makeThumbnail(file.get(), facts->type, form.width, form.height, picture.get(), abandon);
+    error =
+        write(file.get(), status->type, form, contentKey(location, file.get(), *status, form), picture.fd.get(), cancelled);
     if (!error.empty()) {
-        return UniqueFd();
+        PictureFolder::discard(picture);
+        return "";
     }
-    m_cache.keep(key, picture.get());
-    return picture;
+    folder.keep(picture);
+    return picture.path;
+}
+
+// Writes the picture that is kept under @p key, or else a new one; returns why there is none.
+std::string ThumbnailMaker::write(int file, FileType type, const ThumbnailForm& form, const std::string& key, int picture,
+                                  const std::stop_token& cancelled)
+{
+    if (const UniqueFd known = m_cache.find(key)) {
+        return copyFile(known.get(), picture) ? "" : describeError(errno);
+    }
+    std::string error = m_workers->makeThumbnail(file, type, form.width, form.height, picture, cancelled);
+    if (error.empty()) {
+        m_cache.keep(key, picture);
+    }
+    return error;
 }
 
 } // namespace desktop

@@ -23,11 +23,16 @@ public:
     /// @p cacheFolder: keeps pictures for the next time; empty: none.
     ThumbnailMaker(PathResolver resolver, std::shared_ptr<MediaWorkers> workers, const std::string& cacheFolder);
 
-    /// The picture of file @p path, a text as encodeName writes it: a JPEG file, open for reading. Without one, @p error
-    /// says why, or is empty when @p form wants none. Returns soon once @p abandon is raised.
-    UniqueFd make(const std::string& path, const ThumbnailForm& form, const Wakeup& abandon, std::string& error);
+    /// Makes the picture of file @p path, a text as encodeName writes it: a JPEG file in @p folder, whose path it returns.
+    /// Without one, @p error says why, or is empty when @p form wants none. Returns soon once @p cancelled has a stop
+    /// requested.
+    std::string make(const std::string& path, const ThumbnailForm& form, PictureFolder& folder,
+                     const std::stop_token& cancelled, std::string& error);
 
 private:
+    std::string write(int file, FileType type, const ThumbnailForm& form, const std::string& key, int picture,
+                      const std::stop_token& cancelled);
+
     const PathResolver m_resolver;
     const std::shared_ptr<MediaWorkers> m_workers;
     PictureCache m_cache;

@@ -6,14 +6,11 @@
 #include "platform/SocMwEvents.h"
 
 #include <algorithm>
-#include <atomic>
-#include <cerrno>
+#include <stop_token>
 
 namespace desktop {
 
 namespace {
-
-constexpr int kJobs = 2; // as there are workers
 
 /// An event's record with the texts that it points to.
 struct ReadyThumbnail {
@@ -54,8 +51,8 @@ struct ThumbnailRun::State : std::enable_shared_from_this<State> {
     const std::shared_ptr<ThumbnailMaker> maker;
     const std::shared_ptr<PictureFolder> folder;
     EventQueue& events;
-    Wakeup abandon;
-    std::atomic<bool> cancelled{false};
+    std::stop_source making;    ///< stopped when no more pictures are needed
+    std::stop_source cancelled; ///< stopped when no more events are wanted
     std::mutex mutex;
     std::vector<Entry> entries;
     std::size_t begun = 0;  ///< entries that a thread has taken
@@ -66,7 +63,7 @@ struct ThumbnailRun::State : std::enable_shared_from_this<State> {
     std::string make(const std::string& path);
     void finish(std::size_t index, std::string picture);
     void postFinished();
-    void lose(const std::string& stick);
+    void volumeRemoved(const std::string& volume);
 };
 
 void ThumbnailRun::State::work()
@@ -84,20 +81,14 @@ bool ThumbnailRun::State::take(std::size_t& index)
         ++begun;
     }
     index = begun++;
-    return !cancelled && index < entries.size();
+    return !cancelled.stop_requested() && index < entries.size();
 }
 
 std::string ThumbnailRun::State::make(const std::string& path)
 {
     std::string error;
-    std::string file;
-    if (!path.empty()) {
-        if (const UniqueFd picture = maker->make(path, request.form, abandon, error)) {
-            file = folder->add(picture.get());
-            error = file.empty() ? describeError(errno) : "";
-        }
-    }
-    if (!error.empty() && !cancelled) {
+    const std::string file = path.empty() ? "" : maker->make(path, request.form, *folder, making.get_token(), error);
+    if (!error.empty() && !cancelled.stop_requested()) {
         logLine(LogLevel::Warning, "no thumbnail of " + path + ": " + error);
     }
     return file;
@@ -106,33 +97,33 @@ std::string ThumbnailRun::State::make(const std::string& path)
 void ThumbnailRun::State::finish(std::size_t index, std::string picture)
 {
     const std::lock_guard<std::mutex> lock(mutex);
-    if (!entries[index].finished) { // its stick may have been pulled meanwhile
+    if (!entries[index].finished) { // its volume may have been removed meanwhile
         entries[index] = {true, std::move(picture)};
         postFinished();
     }
 }
 
-// In the order of the request: whoever asked takes the last one for the end.
+// In the order of the request: the last one is taken for the end.
 void ThumbnailRun::State::postFinished()
 {
-    for (; !cancelled && posted < entries.size() && entries[posted].finished; ++posted) {
+    for (; !cancelled.stop_requested() && posted < entries.size() && entries[posted].finished; ++posted) {
         const auto ready = std::make_shared<ReadyThumbnail>(posted, request.paths[posted], entries[posted].picture);
         events.post(request.event, std::shared_ptr<void>(ready, &ready->event),
-                    [state = shared_from_this()] { return !state->cancelled; });
+                    [state = shared_from_this()] { return !state->cancelled.stop_requested(); });
     }
 }
 
-void ThumbnailRun::State::lose(const std::string& stick)
+void ThumbnailRun::State::volumeRemoved(const std::string& volume)
 {
     const std::lock_guard<std::mutex> lock(mutex);
     for (std::size_t i = posted; i < entries.size(); ++i) {
-        if (request.paths[i].empty() || liesIn(decodeName(request.paths[i]), stick)) {
+        if (request.paths[i].empty() || liesIn(decodeName(request.paths[i]), volume)) {
             entries[i].finished = true;
         }
     }
     postFinished();
     if (posted == entries.size()) {
-        abandon.raise();
+        making.request_stop();
     }
 }
 
@@ -140,8 +131,8 @@ ThumbnailRun::ThumbnailRun(ThumbnailRequest request, std::shared_ptr<ThumbnailMa
                            std::shared_ptr<PictureFolder> folder, EventQueue& events)
     : m_state(std::make_shared<State>(std::move(request), std::move(maker), std::move(folder), events))
 {
-    for (int i = 0; i < kJobs; ++i) {
-        m_jobs.push_back(std::make_unique<BackgroundJob>([state = m_state](const CancelFlag&) { state->work(); }));
+    for (std::size_t i = 0; i < kWorkerCount; ++i) {
+        m_jobs.push_back(std::make_unique<BackgroundJob>([state = m_state](const std::stop_token&) { state->work(); }));
     }
 }
 
@@ -152,13 +143,13 @@ ThumbnailRun::~ThumbnailRun()
 
 void ThumbnailRun::cancel()
 {
-    m_state->cancelled = true;
-    m_state->abandon.raise();
+    m_state->cancelled.request_stop();
+    m_state->making.request_stop();
 }
 
-void ThumbnailRun::lose(const std::string& stick)
+void ThumbnailRun::volumeRemoved(const std::string& volume)
 {
-    m_state->lose(stick);
+    m_state->volumeRemoved(volume);
 }
 
 bool ThumbnailRun::ended() const

@@ -26,10 +26,10 @@ public:
     ThumbnailRun(const ThumbnailRun&) = delete;
     ThumbnailRun& operator=(const ThumbnailRun&) = delete;
 
-    /// No event is delivered any more, and what is being made is abandoned. Returns at once.
+    /// No event is delivered any more, and what is being made is cancelled. Returns at once.
     void cancel();
-    /// Stick @p stick, a path as bytes, has been pulled: files on it end without a picture at once. Safe on any thread.
-    void lose(const std::string& stick);
+    /// Volume @p volume, a path as bytes, has been removed: files on it end without a picture at once. Safe on any thread.
+    void volumeRemoved(const std::string& volume);
     /// Whether its threads have ended.
     bool ended() const;
 

@@ -10,7 +10,7 @@ namespace desktop {
 
 namespace {
 
-constexpr int kMostEntries = 100'000;       // each ends in an event
+constexpr int kMaxEntries = 100'000;        // each ends in an event
 constexpr unsigned int kLargestSide = 8192; // pixels
 
 bool refuse(const std::string& reason)
@@ -29,17 +29,17 @@ Thumbnails::Thumbnails(std::shared_ptr<ThumbnailMaker> maker, EventQueue& events
 {
 }
 
-bool Thumbnails::append(const ListingPointer& listing, int start, int count)
+bool Thumbnails::append(const EntryList& entries, int start, int count)
 {
-    if (listing == nullptr) {
+    if (entries == nullptr) {
         return refuse("no folder has been read");
     }
-    if (start < 0 || count < 1 || count > kMostEntries) {
+    if (start < 0 || count < 1 || count > kMaxEntries) {
         return refuse("not from " + std::to_string(start) + " on, " + std::to_string(count) + " entries");
     }
     const auto first = static_cast<std::size_t>(start);
     for (std::size_t i = first; i < first + static_cast<std::size_t>(count); ++i) {
-        m_list.push_back(i < listing->entries.size() ? listing->entries[i].path : "");
+        m_list.push_back(i < entries->size() ? (*entries)[i].path : "");
     }
     m_listIsRange = true;
     return true;
@@ -83,11 +83,11 @@ void Thumbnails::close()
     m_ended.clear();
 }
 
-void Thumbnails::lose(const std::string& stick)
+void Thumbnails::volumeRemoved(const std::string& volume)
 {
     const std::lock_guard<std::mutex> lock(m_runMutex);
     if (m_run != nullptr) {
-        m_run->lose(stick);
+        m_run->volumeRemoved(volume);
     }
 }
 

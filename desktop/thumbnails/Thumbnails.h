@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/browsing/Listing.h"
+#include "desktop/files/Pages.h"
 #include "desktop/thumbnails/ThumbnailRun.h"
 
 namespace desktop {
@@ -18,9 +18,9 @@ class Thumbnails {
 public:
     Thumbnails(std::shared_ptr<ThumbnailMaker> maker, EventQueue& events, const ThumbnailFolders& folders = {});
 
-    /// Appends @p count entries of @p listing from @p start. Those beyond its end have no picture. False, with a log line,
-    /// for a range that is none or @p listing null.
-    bool append(const ListingPointer& listing, int start, int count);
+    /// Appends @p count of @p entries, the current folder's, from @p start. Those beyond its end have no picture. False,
+    /// with a log line, for a range that is none or when @p entries is null.
+    bool append(const EntryList& entries, int start, int count);
     void append(const std::string& path);
     /// Makes what has been appended since the last start. An earlier request ends without further events. False, with a log
     /// line, when there is nothing to make or no size to make it in.
@@ -29,8 +29,8 @@ public:
     void stop();
     /// Stops, and waits for all threads that can end.
     void close();
-    /// Stick @p stick, a path as bytes, has been pulled. Safe on any thread.
-    void lose(const std::string& stick);
+    /// Volume @p volume, a path as bytes, has been removed. Safe on any thread.
+    void volumeRemoved(const std::string& volume);
 
 private:
     void endRun();
@@ -41,8 +41,8 @@ private:
     const std::shared_ptr<PictureFolder> m_singleFolder;
     std::vector<std::string> m_list;
     bool m_listIsRange = false;
-    std::mutex m_runMutex;                              ///< for lose(); only the command thread changes what it guards
-    std::unique_ptr<ThumbnailRun> m_run;                ///< the latest
+    std::mutex m_runMutex;               ///< for volumeRemoved(); only the command thread changes what it guards
+    std::unique_ptr<ThumbnailRun> m_run; ///< the latest
     std::vector<std::unique_ptr<ThumbnailRun>> m_ended; ///< cancelled ones whose threads still end
 };
 

@@ -18,7 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::chrono::seconds kPatience(2);
+constexpr std::chrono::seconds kTimeout(2);
 constexpr const char* kLinksByUuid = "/dev/disk/by-uuid";
 
 struct FreeProbe {
@@ -31,7 +31,7 @@ std::string valueOf(blkid_probe probe, const char* name)
     return blkid_probe_lookup_value(probe, name, &value, nullptr) == 0 ? value : "";
 }
 
-DeviceFacts readSuperblock(int device)
+DeviceDescription readSuperblock(int device)
 {
     const std::unique_ptr<blkid_struct_probe, FreeProbe> probe(blkid_new_probe());
     if (probe == nullptr || blkid_probe_set_device(probe.get(), device, 0, 0) != 0) {
@@ -46,19 +46,19 @@ DeviceFacts readSuperblock(int device)
 }
 
 // An ordinary user may not read the device, but the system has done so and left a link.
-DeviceFacts readLinks(const std::string& device)
+DeviceDescription readLinks(const std::string& device)
 {
-    DeviceFacts facts;
+    DeviceDescription description;
     std::error_code none; // a system without such links
     for (const fs::directory_entry& link : fs::directory_iterator(kLinksByUuid, none)) {
         if (fs::equivalent(link.path(), device, none)) {
-            facts.uuid = link.path().filename();
+            description.uuid = link.path().filename();
         }
     }
-    return facts;
+    return description;
 }
 
-DeviceFacts readFacts(const std::string& device)
+DeviceDescription describeDevice(const std::string& device)
 {
     const UniqueFd fd(open(device.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     struct stat status = {};
@@ -68,12 +68,12 @@ DeviceFacts readFacts(const std::string& device)
 
 } // namespace
 
-DeviceFacts probeDevice(const std::string& device)
+DeviceDescription probeDevice(const std::string& device)
 {
-    std::packaged_task<DeviceFacts()> task([device] { return readFacts(device); });
-    std::future<DeviceFacts> facts = task.get_future();
+    std::packaged_task<DeviceDescription()> task([device] { return describeDevice(device); });
+    std::future<DeviceDescription> description = task.get_future();
     std::thread(std::move(task)).detach(); // a device that does not answer keeps only this thread
-    return facts.wait_for(kPatience) == std::future_status::ready ? facts.get() : DeviceFacts();
+    return description.wait_for(kTimeout) == std::future_status::ready ? description.get() : DeviceDescription();
 }
 
 } // namespace desktop

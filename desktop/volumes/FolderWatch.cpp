@@ -27,8 +27,8 @@ FolderWatch::FolderWatch()
 
 void FolderWatch::clear()
 {
-    char news[4096];
-    while (read(m_inotify.get(), news, sizeof news) > 0) {
+    char events[4096];
+    while (read(m_inotify.get(), events, sizeof events) > 0) {
     }
 }
 

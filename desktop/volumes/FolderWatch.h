@@ -12,11 +12,11 @@ public:
     /// Throws std::system_error when the kernel gives no watch.
     FolderWatch();
 
-    /// Readable when there is news.
+    /// Readable when something has changed.
     int fd() const { return m_inotify.get(); }
-    /// Makes the descriptor wait for the next news.
+    /// Makes the descriptor wait for the next change.
     void clear();
-    /// Watches the way down to @p folder, an absolute path, as far as it exists; to be called again after news.
+    /// Watches the way down to @p folder, an absolute path, as far as it exists; to be called again after a change.
     void follow(const std::string& folder);
 
 private:

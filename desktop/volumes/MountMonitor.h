@@ -20,12 +20,12 @@ struct Mount {
 /// piece of news.
 class MountMonitor {
 public:
-    /// Throws std::system_error when the kernel does not tell.
+    /// Throws std::system_error when the kernel cannot be asked.
     MountMonitor();
 
-    /// Readable when there is news.
+    /// Readable when something has changed.
     int fd() const { return m_fd; }
-    /// Makes the descriptor wait for the next news.
+    /// Makes the descriptor wait for the next change.
     void clear();
 
 private:

@@ -1,6 +1,6 @@
 #include "desktop/volumes/Volumes.h"
 
-#include "desktop/files/EntryFacts.h"
+#include "desktop/files/EntryStatus.h"
 #include "desktop/text/NameEncoding.h"
 #include "desktop/volumes/DeviceProbe.h"
 
@@ -28,7 +28,7 @@ std::string folderName(const std::string& folder)
 
 bool isDevice(const std::string& source)
 {
-    return source.rfind(kDevices, 0) == 0;
+    return source.starts_with(kDevices);
 }
 
 bool liesBelowOneOf(const std::string& folder, const std::vector<std::string>& parents)
@@ -55,13 +55,13 @@ bool Volumes::Identity::operator==(const Identity& other) const
     return std::tie(mount, device, inode, birth) == std::tie(other.mount, other.device, other.inode, other.birth);
 }
 
-Volumes::Volumes(StickSources sources, PathResolver resolver, EventQueue& events, Pulled pulled)
+Volumes::Volumes(VolumeSources sources, PathResolver resolver, EventQueue& events, Removed removed)
     : m_sources(std::move(sources))
     , m_resolver(std::move(resolver))
     , m_events(events)
-    , m_pulled(std::move(pulled))
+    , m_removed(std::move(removed))
 {
-    m_resolver.setSticks({});
+    m_resolver.setVolumes({});
     refresh();
     m_thread = std::thread(&Volumes::watchLoop, this);
 }
@@ -88,14 +88,6 @@ Json::Value Volumes::deviceList() const
     return devices;
 }
 
-std::string Volumes::idOf(const std::string& folder) const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    const auto found = std::find_if(m_volumes.begin(), m_volumes.end(),
-                                    [&folder](const Volume& volume) { return volume.folder == folder; });
-    return found != m_volumes.end() ? found->id : "";
-}
-
 Volumes::Identity Volumes::identify(const std::string& folder)
 {
     const auto status = statusWithoutWaiting(folder, STATX_TYPE | STATX_INO | STATX_BTIME | STATX_MNT_ID);
@@ -119,7 +111,7 @@ void Volumes::watchLoop()
         if (waits[2].revents != 0) {
             return;
         }
-        // What happened does not matter: what is there is looked at, and many changes may be told in one go.
+        // Many changes may raise one event, so what is there now is read anew.
         m_folderWatch.clear();
         m_mountMonitor.clear();
         refresh();
@@ -148,7 +140,7 @@ void Volumes::refresh()
     }
 }
 
-// The sticks that are there, in the order of their sources.
+// The volumes that are there, in the order of their sources.
 std::vector<Volumes::Volume> Volumes::find(const std::vector<Mount>& mounts)
 {
     std::vector<Volume> found;
@@ -165,7 +157,7 @@ void Volumes::addGiven(std::vector<Volume>& found)
         if (identity.isMountPoint) {
             m_mountPoints.insert(folder);
         }
-        // The empty folder that a stick was mounted on is not the stick.
+        // The empty folder that a volume was mounted on is not the volume.
         const bool unmounted = !identity.isMountPoint && m_mountPoints.count(folder) > 0;
         if (identity.inode != 0 && !unmounted) {
             found.push_back({folder, identity, "", ""});
@@ -200,7 +192,7 @@ void Volumes::describe(Volume& volume, const std::vector<Mount>& mounts)
     if (mount == mounts.end() || !isDevice(mount->source)) {
         return;
     }
-    const DeviceFacts device = probeDevice(mount->source);
+    const DeviceDescription device = probeDevice(mount->source);
     if (volume.identity.isMountPoint && !device.label.empty()) {
         volume.name = device.label;
     }
@@ -216,9 +208,9 @@ void Volumes::remove(const Volume& volume)
         m_volumes.erase(std::find_if(m_volumes.begin(), m_volumes.end(),
                                      [&volume](const Volume& known) { return known.folder == volume.folder; }));
     }
-    tellResolver();
-    if (m_pulled) {
-        m_pulled(volume.folder);
+    updateResolver();
+    if (m_removed) {
+        m_removed(volume.folder);
     }
     Json::Value removed;
     removed["devType"] = kDeviceTypeUsb;
@@ -233,19 +225,19 @@ void Volumes::add(Volume volume)
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_volumes.push_back(std::move(volume));
     }
-    tellResolver();
+    updateResolver();
     m_events.post(SOCMW_MM_EVENT_USB_DEVICE_PLUGIN);
     m_events.post(SOCMW_MM_EVENT_USB_DEVICE_MOUNT);
     announceList();
 }
 
-void Volumes::tellResolver() const
+void Volumes::updateResolver() const
 {
-    std::vector<std::string> folders;
+    std::vector<PresentVolume> present;
     for (const Volume& volume : m_volumes) {
-        folders.push_back(volume.folder);
+        present.push_back({volume.folder, volume.id});
     }
-    m_resolver.setSticks(std::move(folders));
+    m_resolver.setVolumes(std::move(present));
 }
 
 void Volumes::announceList()

@@ -18,35 +18,32 @@
 
 namespace desktop {
 
-/// Where sticks come from. Absolute paths as bytes, without a trailing "/".
-struct StickSources {
-    /// Each stands for a stick while it is there. One that something has been mounted on is a stick only while it is.
+/// Where volumes come from. Absolute paths as bytes, without a trailing "/".
+struct VolumeSources {
+    /// Each stands for a volume while it is there. One that something has been mounted on is a volume only while it is.
     std::vector<std::string> folders;
-    /// Every device that the computer mounts below one of these is a stick, too.
+    /// Every device that the computer mounts below one of these is a volume, too.
     std::vector<std::string> mountFolders;
 };
 
-/// The sticks, each a folder, as they come and go. One that is put in raises SOCMW_MM_EVENT_USB_DEVICE_PLUGIN, _MOUNT and
-/// DEVICE_LIST_UPDATE; one that is pulled SOCMW_MM_EVENT_USB_DEVICE_REMOVED and DEVICE_LIST_UPDATE. A folder that another
-/// takes the place of, or that something is mounted over, is a stick pulled before another is put in.
+/// The volumes, each a folder, as they come and go. One that is added raises SOCMW_MM_EVENT_USB_DEVICE_PLUGIN, _MOUNT and
+/// DEVICE_LIST_UPDATE; one that is removed SOCMW_MM_EVENT_USB_DEVICE_REMOVED and DEVICE_LIST_UPDATE. A folder that another
+/// takes the place of, or that something is mounted over, is a volume removed before another is added.
 class Volumes {
 public:
-    /// Called on the thread that watches as soon as @p stick has been pulled, before its events.
-    using Pulled = std::function<void(const std::string& stick)>;
+    /// Called on the thread that watches as soon as @p volume has been removed, before its events.
+    using Removed = std::function<void(const std::string& volume)>;
 
-    /// Sticks that are there are put in at once. @p resolver follows the sticks. Events go to @p events, which must outlive
+    /// Volumes that are there are added at once. @p resolver follows the volumes. Events go to @p events, which must outlive
     /// this object.
-    Volumes(StickSources sources, PathResolver resolver, EventQueue& events, Pulled pulled = nullptr);
+    Volumes(VolumeSources sources, PathResolver resolver, EventQueue& events, Removed removed = nullptr);
     ~Volumes();
     Volumes(const Volumes&) = delete;
     Volumes& operator=(const Volumes&) = delete;
 
-    /// The sticks that are there: {"devcount", "devlist": [{"path", "name"}]}; the name is the file system's label, or the
+    /// The volumes that are there: {"devcount", "devlist": [{"path", "name"}]}; the name is the file system's label, or the
     /// folder's. Safe on any thread.
     Json::Value deviceList() const;
-    /// What stick @p folder is known by wherever it is mounted: its file system's UUID and the folder in it, or just
-    /// @p folder where there is no UUID. Empty when it is not there. Safe on any thread.
-    std::string idOf(const std::string& folder) const;
 
 private:
     /// Tells a folder from another that has taken its place.
@@ -62,7 +59,7 @@ private:
         std::string folder;
         Identity identity;
         std::string name;
-        std::string id;
+        std::string id; ///< its file system's UUID and the folder in it, or just the folder where there is no UUID
     };
 
     static Identity identify(const std::string& folder);
@@ -74,13 +71,13 @@ private:
     void addMounted(const std::vector<Mount>& mounts, std::vector<Volume>& found) const;
     void remove(const Volume& volume);
     void add(Volume volume);
-    void tellResolver() const;
+    void updateResolver() const;
     void announceList();
 
-    const StickSources m_sources;
+    const VolumeSources m_sources;
     const PathResolver m_resolver;
     EventQueue& m_events;
-    const Pulled m_pulled;
+    const Removed m_removed;
     FolderWatch m_folderWatch;
     MountMonitor m_mountMonitor;
     std::set<std::string> m_mountPoints; ///< the given folders that something has been mounted on

@@ -1,7 +1,7 @@
 #include "desktop/worker/HeifPhoto.h"
 
 #include "desktop/worker/MediaError.h"
-#include "desktop/worker/PhotoFacts.h"
+#include "desktop/worker/PhotoMetadata.h"
 
 #include <libheif/heif.h>
 
@@ -15,8 +15,8 @@ namespace desktop {
 
 namespace {
 
-constexpr std::int64_t kMostPoints = 48 << 20; // of the largest telephones; each takes six bytes on its way
-constexpr int kLongestSide = 16384;            // pixels, also of what is within the picture
+constexpr std::int64_t kMaxPoints = 48 << 20; // of the largest telephones; each takes six bytes on its way
+constexpr int kLongestSide = 16384;           // pixels, also of what is within the picture
 
 /// Deleters for what libheif gives out.
 struct FreeHeif {
@@ -72,7 +72,7 @@ ItemPointer smallerVersion(const heif_image_handle& item, PictureSize wanted)
 FramePointer decode(const heif_image_handle& item)
 {
     const PictureSize claimed = sizeOf(item);
-    if (std::int64_t{claimed.width} * claimed.height > kMostPoints) {
+    if (std::int64_t{claimed.width} * claimed.height > kMaxPoints) {
         throw MediaError("The picture is too large."); // before it takes the memory
     }
     heif_image* decoded = nullptr;
@@ -97,7 +97,7 @@ void prepareHeif()
 
 bool isHeif(const MappedFile& file)
 {
-    constexpr std::size_t kLeast = 12;  // of less, the library cannot tell
+    constexpr std::size_t kLeast = 12;  // the library cannot recognise less
     constexpr std::size_t kHead = 1024; // the brands stand in it
     if (file.size() < kLeast) {
         return false;
@@ -106,18 +106,18 @@ bool isHeif(const MappedFile& file)
     return found == heif_filetype_yes_supported || found == heif_filetype_maybe; // the commonest brand says no more
 }
 
-MediaFacts readHeifFacts(const MappedFile& file)
+MediaMetadata readHeifMetadata(const MappedFile& file)
 {
     const PictureSize size = sizeOf(*primaryItem(file));
-    MediaFacts facts;
+    MediaMetadata metadata;
     try {
-        facts = readPhotoFacts(file);
-    } catch (const MediaError&) { // what it tells beside the picture is lost, the picture is not
+        metadata = readPhotoMetadata(file);
+    } catch (const MediaError&) { // its metadata is missing then, the picture is not
     }
-    facts.width = size.width;
-    facts.height = size.height;
-    facts.rotation = 0;
-    return facts;
+    metadata.width = size.width;
+    metadata.height = size.height;
+    metadata.rotation = 0;
+    return metadata;
 }
 
 FramePointer decodeHeif(const MappedFile& file, PictureSize bound)

@@ -3,7 +3,7 @@
 #include "desktop/worker/MappedFile.h"
 #include "desktop/worker/PictureSource.h"
 
-#include "desktop/workers/MediaFacts.h"
+#include "desktop/workers/MediaMetadata.h"
 
 namespace desktop {
 
@@ -15,8 +15,8 @@ void prepareHeif();
 
 bool isHeif(const MappedFile& file);
 
-/// What the photo tells of itself. Throws MediaError.
-MediaFacts readHeifFacts(const MappedFile& file);
+/// Reads the photo's metadata. Throws MediaError.
+MediaMetadata readHeifMetadata(const MappedFile& file);
 
 /// The photo, or the smaller one in the same file when that is enough for a picture within @p bound. Throws MediaError.
 FramePointer decodeHeif(const MappedFile& file, PictureSize bound);

@@ -11,7 +11,7 @@ namespace desktop {
 
 namespace {
 
-constexpr off_t kMost = 128L << 20; // what describes a picture stands at its beginning; the rest need not be in memory
+constexpr off_t kMax = 128L << 20; // what describes a picture stands at its beginning; the rest need not be in memory
 
 } // namespace
 
@@ -21,7 +21,7 @@ MappedFile::MappedFile(int fd)
     if (fstat(fd, &status) != 0 || status.st_size <= 0) {
         throw MediaError("The file is empty.");
     }
-    m_size = static_cast<std::size_t>(std::min(status.st_size, kMost));
+    m_size = static_cast<std::size_t>(std::min(status.st_size, kMax));
     void* const data = mmap(nullptr, m_size, PROT_READ, MAP_PRIVATE, fd, 0);
     if (data == MAP_FAILED) {
         throw MediaError("The file cannot be brought into memory.");

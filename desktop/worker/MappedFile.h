@@ -4,7 +4,7 @@
 
 namespace desktop {
 
-/// The beginning of an open file, in memory for as long as the object lives. A file that is cut or whose stick is pulled
+/// The beginning of an open file, in memory for as long as the object lives. A file that is cut or whose volume is removed
 /// meanwhile ends the process, which is there to be ended.
 class MappedFile {
 public:

@@ -3,8 +3,8 @@
 #include "desktop/worker/HeifPhoto.h"
 #include "desktop/worker/JpegDecoder.h"
 #include "desktop/worker/MediaError.h"
-#include "desktop/worker/PhotoFacts.h"
-#include "desktop/worker/StreamFacts.h"
+#include "desktop/worker/PhotoMetadata.h"
+#include "desktop/worker/StreamMetadata.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,6 @@
 #include "desktop/worker/TagText.h"
 
+#include "desktop/text/AsciiText.h"
 #include "desktop/text/LegacyText.h"
 #include "desktop/text/Utf8.h"
 
@@ -9,7 +10,7 @@ namespace desktop {
 
 namespace {
 
-constexpr std::size_t kMostBytes = 1000;
+constexpr std::size_t kMaxBytes = 1000;
 
 // The bytes behind a text of Latin letters only; empty when there are others.
 std::string toLatin(std::string_view text)
@@ -30,14 +31,13 @@ std::string onOneLine(std::string text)
 {
     std::replace_if(
         text.begin(), text.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; }, ' ');
-    const std::size_t first = text.find_first_not_of(' ');
-    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(' ') - first + 1);
+    return trimmed(text);
 }
 
 void cut(std::string& text)
 {
-    if (text.size() > kMostBytes) {
-        text.resize(kMostBytes);
+    if (text.size() > kMaxBytes) {
+        text.resize(kMaxBytes);
         while (!isUtf8(text)) { // a character was cut through
             text.pop_back();
         }
@@ -58,9 +58,9 @@ std::string tidied(const std::string& stored, const char* charset)
 
 } // namespace
 
-void tidyTexts(MediaFacts& facts)
+void tidyTexts(MediaMetadata& metadata)
 {
-    std::string* const texts[] = {&facts.title, &facts.artist, &facts.album, &facts.genre};
+    std::string* const texts[] = {&metadata.title, &metadata.artist, &metadata.album, &metadata.genre};
     std::string sample;
     for (const std::string* const text : texts) {
         if (!isUtf8(*text)) {

@@ -1,16 +1,16 @@
 #pragma once
 
-#include "desktop/workers/MediaFacts.h"
+#include "desktop/workers/MediaMetadata.h"
 
 #include <string>
 #include <string_view>
 
 namespace desktop {
 
-/// Makes the tags in @p facts, as they are stored, texts that can be shown: valid UTF-8 on one line, of bounded length.
+/// Makes the tags in @p metadata, as they are stored, texts that can be shown: valid UTF-8 on one line, of bounded length.
 /// Bytes that are no UTF-8 are read in the charset for which all of them together speak, and UTF-8 that was stored as Latin
 /// letters is set right.
-void tidyTexts(MediaFacts& facts);
+void tidyTexts(MediaMetadata& metadata);
 
 /// The year that @p date, a text of any form, begins with: four digits, or empty.
 std::string yearOf(std::string_view date);

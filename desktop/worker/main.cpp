@@ -4,9 +4,9 @@
 #include "desktop/worker/Confinement.h"
 #include "desktop/worker/HeifPhoto.h"
 #include "desktop/worker/MediaError.h"
-#include "desktop/worker/MusicFacts.h"
-#include "desktop/worker/PhotoFacts.h"
-#include "desktop/worker/StreamFacts.h"
+#include "desktop/worker/MusicMetadata.h"
+#include "desktop/worker/PhotoMetadata.h"
+#include "desktop/worker/StreamMetadata.h"
 #include "desktop/worker/Thumbnail.h"
 
 #include "desktop/workers/WorkerChannel.h"
@@ -34,46 +34,46 @@ void silenceLibraries()
     Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
 }
 
-MediaFacts streamFacts(int fd)
+MediaMetadata streamMetadata(int fd)
 {
     AvInput input(fd);
-    return readStreamFacts(input);
+    return readStreamMetadata(input);
 }
 
 // Where the photo library does not know the size, the decoder's own look at the file does.
-MediaFacts photoFacts(int fd)
+MediaMetadata photoMetadata(int fd)
 {
     const MappedFile file(fd);
     if (isHeif(file)) {
-        return readHeifFacts(file);
+        return readHeifMetadata(file);
     }
-    MediaFacts facts;
+    MediaMetadata metadata;
     try {
-        facts = readPhotoFacts(file);
+        metadata = readPhotoMetadata(file);
     } catch (const MediaError&) {
-        return streamFacts(fd);
+        return streamMetadata(fd);
     }
-    if (facts.width == 0 || facts.height == 0) {
-        const MediaFacts picture = streamFacts(fd);
-        facts.width = picture.width;
-        facts.height = picture.height;
+    if (metadata.width == 0 || metadata.height == 0) {
+        const MediaMetadata picture = streamMetadata(fd);
+        metadata.width = picture.width;
+        metadata.height = picture.height;
     }
-    return facts;
+    return metadata;
 }
 
-MediaFacts readFacts(int fd, FileType type)
+MediaMetadata readMetadata(int fd, FileType type)
 {
     switch (type) {
     case FILE_TYPE_PHOTO:
     case FILE_TYPE_PANORAMA:
-        return photoFacts(fd);
+        return photoMetadata(fd);
     case FILE_TYPE_MUSIC:
-        if (const auto facts = readMusicFacts(fd)) {
-            return *facts;
+        if (const auto metadata = readMusicMetadata(fd)) {
+            return *metadata;
         }
-        return streamFacts(fd);
+        return streamMetadata(fd);
     default:
-        return streamFacts(fd);
+        return streamMetadata(fd);
     }
 }
 
@@ -86,7 +86,7 @@ Json::Value work(const WorkerMessage& request)
     const auto type = static_cast<FileType>(request.body["type"].asInt());
     const int fd = request.files.front().get();
     if (!thumbnail) {
-        return toJson(readFacts(fd, type));
+        return toJson(readMetadata(fd, type));
     }
     const PictureSize bound = {request.body["width"].asInt(), request.body["height"].asInt()};
     writeThumbnail(readPicture(fd, type, bound), bound, request.files.back().get());
@@ -123,8 +123,8 @@ int main()
     const std::string refusal = confine();
     while (auto request = receiveMessage(kWorkerChannel)) {
         renewProcessorTime();
-        const Json::Value told = refusal.empty() ? answer(std::move(*request)) : failure(refusal);
-        if (!sendMessage(kWorkerChannel, told)) {
+        const Json::Value reply = refusal.empty() ? answer(std::move(*request)) : failure(refusal);
+        if (!sendMessage(kWorkerChannel, reply)) {
             break;
         }
     }

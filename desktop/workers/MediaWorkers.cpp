@@ -5,6 +5,7 @@
 
 #include <poll.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <stdexcept>
 
@@ -14,7 +15,7 @@ namespace {
 
 constexpr const char* kStopped = "No file is read any more.";
 constexpr const char* kUnwanted = "The file is not wanted any more.";
-constexpr std::size_t kMostAhead = 8; // files that a worker has before it has answered for them
+constexpr std::size_t kMaxAhead = 8; // files that a worker has before it has answered for them
 
 MediaWorkerSettings completed(MediaWorkerSettings settings)
 {
@@ -50,33 +51,34 @@ MediaWorkers::MediaWorkers(MediaWorkerSettings settings)
 {
 }
 
-MediaFacts MediaWorkers::read(int fd, FileType type)
+MediaMetadata MediaWorkers::read(int fd, FileType type)
 {
-    return readAll({{fd, type}}, false).front();
+    return readAll({{fd, type}}, {}).front();
 }
 
-std::vector<MediaFacts> MediaWorkers::readAll(const std::vector<OpenMedia>& files, const std::atomic<bool>& cancelled)
+std::vector<MediaMetadata> MediaWorkers::readAll(const std::vector<OpenMedia>& files, const std::stop_token& cancelled)
 {
-    std::vector<MediaFacts> facts;
-    while (facts.size() < files.size()) {
-        const SeatPointer seat = takeSeat();
-        if (seat == nullptr || cancelled) {
-            facts.resize(files.size(), factsFromJson(failure(seat == nullptr ? kStopped : kUnwanted)));
+    std::vector<MediaMetadata> metadata;
+    while (metadata.size() < files.size()) {
+        const SlotPointer slot = acquireSlot();
+        if (slot == nullptr || cancelled.stop_requested()) {
+            metadata.resize(files.size(), metadataFromJson(failure(slot == nullptr ? kStopped : kUnwanted)));
             break;
         }
-        readSome(*seat, files, cancelled, facts);
+        readSome(*slot, files, cancelled, metadata);
     }
-    return facts;
+    return metadata;
 }
 
-std::string MediaWorkers::makeThumbnail(int fd, FileType type, int width, int height, int output, const Wakeup& abandon)
+std::string MediaWorkers::makeThumbnail(int fd, FileType type, int width, int height, int output,
+                                        const std::stop_token& cancelled)
 {
     Json::Value request;
     request["job"] = "thumbnail";
     request["type"] = static_cast<int>(type);
     request["width"] = width;
     request["height"] = height;
-    return factsFromJson(ask(request, {fd, output}, &abandon)).error;
+    return metadataFromJson(ask(request, {fd, output}, cancelled)).error;
 }
 
 void MediaWorkers::stop()
@@ -84,72 +86,75 @@ void MediaWorkers::stop()
     std::unique_lock<std::mutex> lock(m_mutex);
     m_stopped = true;
     m_stop.raise();
-    m_left.notify_all();
-    m_left.wait(lock, [this] { return !m_seats[0].taken && !m_seats[1].taken; });
-    for (Seat& seat : m_seats) {
-        seat.worker.reset();
+    m_slotReleased.notify_all();
+    m_slotReleased.wait(
+        lock, [this] { return std::none_of(m_slots.begin(), m_slots.end(), [](const Slot& slot) { return slot.taken; }); });
+    for (Slot& slot : m_slots) {
+        slot.worker.reset();
     }
 }
 
 // The worker gets files ahead of its answers, so that it never waits for one. Answers come in the order of the files: the
-// first that is missing is that of the file which stopped it. Ends early, but not without a file, when others want the seat.
-void MediaWorkers::readSome(Seat& seat, const std::vector<OpenMedia>& files, const std::atomic<bool>& cancelled,
-                            std::vector<MediaFacts>& facts)
+// first that is missing is that of the file which stopped it. Ends early, but not without a file, when others want the slot.
+void MediaWorkers::readSome(Slot& slot, const std::vector<OpenMedia>& files, const std::stop_token& cancelled,
+                            std::vector<MediaMetadata>& metadata)
 try {
-    std::size_t sent = facts.size();
+    std::size_t sent = metadata.size();
     do {
-        const std::size_t ahead = othersWait() ? 1 : kMostAhead;
-        const std::size_t most = std::min(facts.size() + ahead, files.size());
-        while (sent < most && sendFile(seat.worker, files[sent], sent == facts.size())) {
+        const std::size_t ahead = othersWait() ? 1 : kMaxAhead;
+        const std::size_t most = std::min(metadata.size() + ahead, files.size());
+        while (sent < most && sendFile(slot.worker, files[sent], sent == metadata.size())) {
             ++sent;
         }
-        facts.push_back(factsFromJson(waitForAnswer(seat.worker, nullptr)));
-        if (cancelled && sent > facts.size()) {
+        metadata.push_back(metadataFromJson(waitForAnswer(slot.worker, nullptr)));
+        if (cancelled.stop_requested() && sent > metadata.size()) {
             throw std::runtime_error(kUnwanted);
         }
-    } while (facts.size() < sent || (facts.size() < files.size() && !cancelled && !othersWait()));
+    } while (metadata.size() < sent || (metadata.size() < files.size() && !cancelled.stop_requested() && !othersWait()));
 } catch (const std::exception& error) {
-    seat.worker.reset(); // whatever state it is in, the next file gets another one
-    facts.push_back(factsFromJson(failure(error.what())));
+    slot.worker.reset(); // whatever state it is in, the next file gets another one
+    metadata.push_back(metadataFromJson(failure(error.what())));
 }
 
-Json::Value MediaWorkers::ask(const Json::Value& request, std::initializer_list<int> files, const Wakeup* abandon)
+Json::Value MediaWorkers::ask(const Json::Value& request, std::initializer_list<int> files, const std::stop_token& cancelled)
 {
-    const SeatPointer seat = takeSeat();
-    if (seat == nullptr) {
+    Wakeup cancel;
+    const std::stop_callback raise(cancelled, [&cancel] { cancel.raise(); });
+    const SlotPointer slot = acquireSlot();
+    if (slot == nullptr) {
         return failure(kStopped);
     }
     try {
-        send(seat->worker, request, files);
-        return waitForAnswer(seat->worker, abandon);
+        send(slot->worker, request, files);
+        return waitForAnswer(slot->worker, &cancel);
     } catch (const std::exception& error) {
-        seat->worker.reset(); // whatever state it is in, the next file gets another one
+        slot->worker.reset(); // whatever state it is in, the next file gets another one
         return failure(error.what());
     }
 }
 
-MediaWorkers::SeatPointer MediaWorkers::takeSeat()
+MediaWorkers::SlotPointer MediaWorkers::acquireSlot()
 {
     std::unique_lock<std::mutex> lock(m_mutex);
-    const unsigned int turn = m_comers++;
-    m_left.wait(lock, [this, turn] { return m_stopped || (turn == m_served && freeSeat() != nullptr); });
+    const unsigned int turn = m_ticketsIssued++;
+    m_slotReleased.wait(lock, [this, turn] { return m_stopped || (turn == m_ticketsServed && freeSlot() != nullptr); });
     if (m_stopped) {
         return nullptr;
     }
-    Seat* const seat = freeSeat();
-    seat->taken = true;
-    ++m_served;
-    m_left.notify_all(); // there may be another free seat for the next one
-    return SeatPointer(seat, {this});
+    Slot* const slot = freeSlot();
+    slot->taken = true;
+    ++m_ticketsServed;
+    m_slotReleased.notify_all(); // there may be another free slot for the next one
+    return SlotPointer(slot, {this});
 }
 
 // With the mutex held. One whose worker runs already is the better one.
-MediaWorkers::Seat* MediaWorkers::freeSeat()
+MediaWorkers::Slot* MediaWorkers::freeSlot()
 {
-    Seat* free = nullptr;
-    for (Seat& seat : m_seats) {
-        if (!seat.taken && (free == nullptr || seat.worker != nullptr)) {
-            free = &seat;
+    Slot* free = nullptr;
+    for (Slot& slot : m_slots) {
+        if (!slot.taken && (free == nullptr || slot.worker != nullptr)) {
+            free = &slot;
         }
     }
     return free;
@@ -158,14 +163,14 @@ MediaWorkers::Seat* MediaWorkers::freeSeat()
 bool MediaWorkers::othersWait()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_comers != m_served;
+    return m_ticketsIssued != m_ticketsServed;
 }
 
-void MediaWorkers::leaveSeat(Seat& seat)
+void MediaWorkers::releaseSlot(Slot& slot)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    seat.taken = false;
-    m_left.notify_all();
+    slot.taken = false;
+    m_slotReleased.notify_all();
 }
 
 void MediaWorkers::send(Worker& worker, const Json::Value& request, std::initializer_list<int> files) const
@@ -180,11 +185,11 @@ void MediaWorkers::send(Worker& worker, const Json::Value& request, std::initial
     }
 }
 
-// Whether the worker has taken @p file. One that has died of a file before it takes none; the missing answer will tell.
+// Whether the worker has taken @p file. One that has died of a file before it takes none; the missing answer shows that.
 bool MediaWorkers::sendFile(Worker& worker, const OpenMedia& file, bool first) const
 {
     Json::Value request;
-    request["job"] = "facts";
+    request["job"] = "metadata";
     request["type"] = static_cast<int>(file.type);
     if (!first) {
         return sendMessage(worker->channel(), request, {file.fd});
@@ -193,11 +198,12 @@ bool MediaWorkers::sendFile(Worker& worker, const OpenMedia& file, bool first) c
     return true;
 }
 
-Json::Value MediaWorkers::waitForAnswer(Worker& worker, const Wakeup* abandon) const
+Json::Value MediaWorkers::waitForAnswer(Worker& worker, const Wakeup* cancelled) const
 {
-    std::array<pollfd, 3> waits = {
-        {{worker->channel(), POLLIN, 0}, {m_stop.fd(), POLLIN, 0}, {abandon != nullptr ? abandon->fd() : -1, POLLIN, 0}}};
-    pollUntil(std::chrono::steady_clock::now() + m_settings.patience, waits);
+    std::array<pollfd, 3> waits = {{{worker->channel(), POLLIN, 0},
+                                    {m_stop.fd(), POLLIN, 0},
+                                    {cancelled != nullptr ? cancelled->fd() : -1, POLLIN, 0}}};
+    pollUntil(std::chrono::steady_clock::now() + m_settings.timeout, waits);
     if (waits[1].revents != 0 || waits[2].revents != 0) {
         throw std::runtime_error(kUnwanted);
     }

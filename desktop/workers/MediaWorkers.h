@@ -1,7 +1,7 @@
 #pragma once
 
 #include "desktop/base/Wakeup.h"
-#include "desktop/workers/MediaFacts.h"
+#include "desktop/workers/MediaMetadata.h"
 #include "desktop/workers/WorkerProcess.h"
 
 #include <json/json.h>
@@ -19,7 +19,7 @@ struct MediaWorkerSettings {
     /// The worker's program; empty: the one that was built or installed together with the program that runs.
     std::string program;
     /// How long one file may take.
-    std::chrono::milliseconds patience{5000};
+    std::chrono::milliseconds timeout{5000};
 };
 
 /// Reads media files in two processes of their own, started when they are needed. One that dies of a file, or takes too long
@@ -29,48 +29,49 @@ public:
     explicit MediaWorkers(MediaWorkerSettings settings = {});
     ~MediaWorkers() override { stop(); }
 
-    MediaFacts read(int fd, FileType type) override;
-    std::vector<MediaFacts> readAll(const std::vector<OpenMedia>& files, const std::atomic<bool>& cancelled) override;
+    MediaMetadata read(int fd, FileType type) override;
+    std::vector<MediaMetadata> readAll(const std::vector<OpenMedia>& files, const std::stop_token& cancelled) override;
 
     /// Writes the picture that stands for the open file @p fd of kind @p type into @p output as a JPEG file, at most
     /// @p width x @p height pixels, turned as it is to be shown and never enlarged. Returns why there is none; empty when
-    /// there is. Returns at once when @p abandon is raised.
-    std::string makeThumbnail(int fd, FileType type, int width, int height, int output, const Wakeup& abandon);
+    /// there is. Returns at once when @p cancelled has a stop
+    /// requested.
+    std::string makeThumbnail(int fd, FileType type, int width, int height, int output, const std::stop_token& cancelled);
 
     /// Every file that is being read, or comes later, has an error at once.
     void stop();
 
 private:
     using Worker = std::unique_ptr<WorkerProcess>;
-    struct Seat {
+    struct Slot {
         bool taken = false;
         Worker worker;
     };
-    struct LeaveSeat {
+    struct ReleaseSlot {
         MediaWorkers* workers = nullptr;
-        void operator()(Seat* seat) const { workers->leaveSeat(*seat); }
+        void operator()(Slot* slot) const { workers->releaseSlot(*slot); }
     };
-    using SeatPointer = std::unique_ptr<Seat, LeaveSeat>;
+    using SlotPointer = std::unique_ptr<Slot, ReleaseSlot>;
 
-    Json::Value ask(const Json::Value& request, std::initializer_list<int> files, const Wakeup* abandon);
-    void readSome(Seat& seat, const std::vector<OpenMedia>& files, const std::atomic<bool>& cancelled,
-                  std::vector<MediaFacts>& facts);
-    SeatPointer takeSeat();
-    Seat* freeSeat();
-    void leaveSeat(Seat& seat);
+    Json::Value ask(const Json::Value& request, std::initializer_list<int> files, const std::stop_token& cancelled);
+    void readSome(Slot& slot, const std::vector<OpenMedia>& files, const std::stop_token& cancelled,
+                  std::vector<MediaMetadata>& metadata);
+    SlotPointer acquireSlot();
+    Slot* freeSlot();
+    void releaseSlot(Slot& slot);
     bool othersWait();
     bool sendFile(Worker& worker, const OpenMedia& file, bool first) const;
     void send(Worker& worker, const Json::Value& request, std::initializer_list<int> files) const;
-    Json::Value waitForAnswer(Worker& worker, const Wakeup* abandon) const;
+    Json::Value waitForAnswer(Worker& worker, const Wakeup* cancelled) const;
 
     const MediaWorkerSettings m_settings;
     std::mutex m_mutex;
-    std::condition_variable m_left;
+    std::condition_variable m_slotReleased;
     bool m_stopped = false;
-    unsigned int m_comers = 0; ///< who ever wanted a seat; they are served in their order
-    unsigned int m_served = 0; ///< how many of them have had one
+    unsigned int m_ticketsIssued = 0; ///< callers that have asked for a slot; they are served in their order
+    unsigned int m_ticketsServed = 0; ///< how many of them have had one
     Wakeup m_stop;
-    std::array<Seat, 2> m_seats;
+    std::array<Slot, kWorkerCount> m_slots;
 };
 
 } // namespace desktop

@@ -13,34 +13,34 @@ namespace desktop {
 namespace {
 
 constexpr std::size_t kLongestMessage = 64 * 1024; // bytes
-constexpr std::size_t kMostFiles = 2;
+constexpr std::size_t kMaxFiles = 2;
 
 struct TextMember {
     const char* key;
-    std::string MediaFacts::*member;
+    std::string MediaMetadata::*member;
 };
 constexpr std::array kTexts = {
-    TextMember{"title", &MediaFacts::title}, TextMember{"artist", &MediaFacts::artist},
-    TextMember{"album", &MediaFacts::album}, TextMember{"genre", &MediaFacts::genre},
-    TextMember{"year", &MediaFacts::year},   TextMember{"taken", &MediaFacts::taken},
-    TextMember{"error", &MediaFacts::error},
+    TextMember{"title", &MediaMetadata::title}, TextMember{"artist", &MediaMetadata::artist},
+    TextMember{"album", &MediaMetadata::album}, TextMember{"genre", &MediaMetadata::genre},
+    TextMember{"year", &MediaMetadata::year},   TextMember{"taken", &MediaMetadata::taken},
+    TextMember{"error", &MediaMetadata::error},
 };
 
 struct NumberMember {
     const char* key;
-    int MediaFacts::*member;
+    int MediaMetadata::*member;
 };
 constexpr std::array kNumbers = {
-    NumberMember{"duration", &MediaFacts::duration},
-    NumberMember{"width", &MediaFacts::width},
-    NumberMember{"height", &MediaFacts::height},
-    NumberMember{"rotation", &MediaFacts::rotation},
+    NumberMember{"duration", &MediaMetadata::duration},
+    NumberMember{"width", &MediaMetadata::width},
+    NumberMember{"height", &MediaMetadata::height},
+    NumberMember{"rotation", &MediaMetadata::rotation},
 };
 
 /// Room for the descriptors beside a message.
 union Control {
     cmsghdr header;
-    char bytes[CMSG_SPACE(kMostFiles * sizeof(int))];
+    char bytes[CMSG_SPACE(kMaxFiles * sizeof(int))];
 };
 
 void attach(msghdr& message, Control& control, std::initializer_list<int> files)
@@ -121,7 +121,7 @@ std::optional<WorkerMessage> receiveMessage(int channel)
     message.msg_controllen = sizeof control.bytes;
     ssize_t got = -1;
     do {
-        // A reset tells, once, that the other side ended with messages unread; what it has sent can still be received.
+        // A reset is reported once when the other side ended with messages unread; what it has sent can still be received.
         got = recvmsg(channel, &message, MSG_CMSG_CLOEXEC);
     } while (got < 0 && (errno == EINTR || errno == ECONNRESET));
     WorkerMessage received;
@@ -133,41 +133,41 @@ std::optional<WorkerMessage> receiveMessage(int channel)
     return received;
 }
 
-Json::Value toJson(const MediaFacts& facts)
+Json::Value toJson(const MediaMetadata& metadata)
 {
     Json::Value json(Json::objectValue);
     for (const TextMember& text : kTexts) {
-        if (!(facts.*text.member).empty()) {
-            json[text.key] = facts.*text.member;
+        if (!(metadata.*text.member).empty()) {
+            json[text.key] = metadata.*text.member;
         }
     }
     for (const NumberMember& number : kNumbers) {
-        if (facts.*number.member != 0) {
-            json[number.key] = facts.*number.member;
+        if (metadata.*number.member != 0) {
+            json[number.key] = metadata.*number.member;
         }
     }
-    if (facts.panorama) {
+    if (metadata.panorama) {
         json["panorama"] = true;
     }
     return json;
 }
 
-MediaFacts factsFromJson(const Json::Value& json)
+MediaMetadata metadataFromJson(const Json::Value& json)
 {
-    MediaFacts facts;
+    MediaMetadata metadata;
     for (const TextMember& text : kTexts) {
         if (json[text.key].isString()) {
-            facts.*text.member = json[text.key].asString();
+            metadata.*text.member = json[text.key].asString();
         }
     }
     for (const NumberMember& number : kNumbers) {
         if (json[number.key].isInt()) {
-            facts.*number.member = json[number.key].asInt();
+            metadata.*number.member = json[number.key].asInt();
         }
     }
-    facts.panorama = json["panorama"].isBool() && json["panorama"].asBool();
-    facts.unread = json["unread"].isBool() && json["unread"].asBool();
-    return facts;
+    metadata.panorama = json["panorama"].isBool() && json["panorama"].asBool();
+    metadata.unread = json["unread"].isBool() && json["unread"].asBool();
+    return metadata;
 }
 
 } // namespace desktop

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "desktop/base/UniqueFd.h"
-#include "desktop/workers/MediaFacts.h"
+#include "desktop/workers/MediaMetadata.h"
 
 #include <json/json.h>
 
@@ -13,9 +13,9 @@
 namespace desktop {
 
 // The wire between the desktop and a media worker: a socket that keeps messages whole and carries open files. A request is
-// an object with "job", "facts" or "thumbnail", and "type", a FileType; the media file comes with it. A thumbnail's has
-// "width" and "height" too, the bounds in pixels, and a second file that takes the picture. The answer holds the facts, or
-// "error".
+// an object with "job", "metadata" or "thumbnail", and "type", a FileType; the media file comes with it. A thumbnail's has
+// "width" and "height" too, the bounds in pixels, and a second file that takes the picture. The answer holds the metadata,
+// or "error".
 
 /// The descriptor under which a worker finds its end of the wire.
 constexpr int kWorkerChannel = 3;
@@ -32,9 +32,9 @@ bool sendMessage(int channel, const Json::Value& body, std::initializer_list<int
 /// Waits for the next message; nothing at the end of the other side, or when what comes is no message.
 std::optional<WorkerMessage> receiveMessage(int channel);
 
-/// Facts that are empty are left out.
-Json::Value toJson(const MediaFacts& facts);
-/// Members of @p json that are missing or of another type leave their facts empty.
-MediaFacts factsFromJson(const Json::Value& json);
+/// Metadata that are empty are left out.
+Json::Value toJson(const MediaMetadata& metadata);
+/// Members of @p json that are missing or of another type leave theirs empty.
+MediaMetadata metadataFromJson(const Json::Value& json);
 
 } // namespace desktop

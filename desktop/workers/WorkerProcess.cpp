@@ -17,7 +17,7 @@ namespace desktop {
 
 namespace {
 
-constexpr int kPatienceMs = 200; // for the end of a killed process, which a dead file system may delay
+constexpr int kTimeoutMs = 200; // for the end of a killed process, which a dead file system may delay
 
 void check(int error, const std::string& what)
 {
@@ -91,7 +91,7 @@ WorkerProcess::~WorkerProcess()
     const UniqueFd process(static_cast<int>(syscall(SYS_pidfd_open, m_pid, 0)));
     kill(m_pid, SIGKILL);
     pollfd end = {process.get(), POLLIN, 0};
-    poll(&end, 1, kPatienceMs);
+    poll(&end, 1, kTimeoutMs);
     waitpid(m_pid, nullptr, WNOHANG); // one that the kernel still keeps goes with this program
 }
 

@@ -46,17 +46,17 @@ protected:
     }
     ~FolderListingsTest() override { events.stop(); }
 
-    FolderObserver observer()
+    ReadObserver observer()
     {
-        FolderObserver told;
-        told.progress = [this](const std::string&, std::size_t) {
+        ReadObserver received;
+        received.progress = [this](const std::string&, std::size_t) {
             reading.open();
             if (holdReading) {
                 goOnReading.wait();
             }
         };
-        told.failed = [this](const std::string& path, const std::string& reason) { failures.add(path + ": " + reason); };
-        return told;
+        received.failed = [this](const std::string& path, const std::string& reason) { failures.add(path + ": " + reason); };
+        return received;
     }
 
     testsupport::TemporaryDirectory folder;
@@ -67,7 +67,7 @@ protected:
     std::atomic<bool> holdReading{false};
     EventQueue events;
     const PathResolver resolver{{folder.path()}};
-    FolderListings listings{resolver, events, observer()};
+    FolderListings listings{LocationOpener(resolver, std::make_shared<ReadReporter>(observer())), events};
 };
 
 TEST_F(FolderListingsTest, Change_EndsInTheEntries)
@@ -219,9 +219,9 @@ TEST_F(FolderListingsTest, StickPulledWhileAFolderIsRead_EndsTheReadAtOnceThough
     holdReading = true;
     EXPECT_TRUE(listings.change(folder.path("big"), 9));
     ASSERT_TRUE(reading.wait());
-    listings.lose("/another stick");
+    listings.volumeRemoved("/another stick");
     EXPECT_TRUE(results.sofar().empty());
-    listings.lose(folder.path());
+    listings.volumeRemoved(folder.path());
     EXPECT_THAT(results.waitFor(1), ElementsAre(Names{}));
     EXPECT_THAT(failures.sofar(), ElementsAre(folder.path("big") + ": The stick has been pulled"));
     EXPECT_EQ(listings.current(), nullptr);
@@ -233,7 +233,7 @@ TEST_F(FolderListingsTest, StickThatHasGone_IsRefused)
     events.start();
     EXPECT_TRUE(listings.change(folder.path("a"), 9));
     results.waitFor(1);
-    resolver.setSticks({});
+    resolver.setVolumes({});
     EXPECT_FALSE(listings.change(folder.path("a"), 9));
     EXPECT_THAT(failures.sofar(), ElementsAre(folder.path("a") + ": Not on a stick"));
 }

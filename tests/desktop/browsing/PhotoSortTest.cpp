@@ -26,7 +26,7 @@ protected:
     {
         const ListingPointer listing = stick.listings.of(stick.folder.path());
         std::vector<FolderFileInfo_s> photos(1);
-        EXPECT_TRUE(sortPhotos(*listing, stick.listings, order, ascending, photos));
+        EXPECT_TRUE(sortPhotos(*listing, {stick.opener, stick.catalog}, order, ascending, photos));
         std::vector<std::string> names;
         for (const FolderFileInfo_s& photo : photos) {
             names.push_back(photo.name);
@@ -66,8 +66,8 @@ TEST_F(PhotoSortTest, FolderThatHasGone_FailsWhenItMustBeRead)
     const ListingPointer listing = stick.listings.of(stick.folder.path());
     std::filesystem::remove_all(stick.folder.path());
     std::vector<FolderFileInfo_s> photos;
-    EXPECT_FALSE(sortPhotos(*listing, stick.listings, PhotoOrder::Taken, true, photos));
-    EXPECT_TRUE(sortPhotos(*listing, stick.listings, PhotoOrder::Size, true, photos));
+    EXPECT_FALSE(sortPhotos(*listing, {stick.opener, stick.catalog}, PhotoOrder::Taken, true, photos));
+    EXPECT_TRUE(sortPhotos(*listing, {stick.opener, stick.catalog}, PhotoOrder::Size, true, photos));
 }
 
 } // namespace

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
+#include <cstdlib>
 #include <string>
 
 namespace desktop {
@@ -23,6 +26,18 @@ TEST(MediaTypes_ByExtension, NoOrSharedOrUnknownExtension_SaysNothing)
     for (const char* name : {"video", ".jpg", "a.", "a.ts", "a.DAT", "a.unheard", ""}) {
         EXPECT_EQ(typeByExtension(name), FILE_TYPE_UNKNOWN) << name;
     }
+}
+
+TEST(MediaTypes_ByExtension, AtTheProgramsEnd_StillGivesItsType)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // in a new process, which has not used the types before
+    const auto endWithTheTypes = [] {
+        // Runs after the destructors of what is made later than this call.
+        std::atexit([] { _exit(typeByExtension("a.mp4") == FILE_TYPE_VIDEO ? 0 : 1); });
+        typeByExtension("a.mp4");
+        std::exit(2);
+    };
+    EXPECT_EXIT(endWithTheTypes(), testing::ExitedWithCode(0), "");
 }
 
 TEST(MediaTypes_NameWithoutExtension, LeadingDot_BeginsNoExtension)

@@ -77,8 +77,8 @@ TEST_F(PathResolverTest, PathWithAZeroByte_IsRefused)
 TEST_F(PathResolverTest, StickWithinAStick_HasItsOwnFiles)
 {
     const PathResolver both({folder.path("stick"), folder.path("stick/inner")});
-    EXPECT_EQ(both.locate(folder.path("stick/inner/a")).stick, folder.path("stick/inner"));
-    EXPECT_EQ(both.locate(folder.path("stick/inner2/a")).stick, folder.path("stick"));
+    EXPECT_EQ(both.locate(folder.path("stick/inner/a")).volume, folder.path("stick/inner"));
+    EXPECT_EQ(both.locate(folder.path("stick/inner2/a")).volume, folder.path("stick"));
 }
 
 TEST(PathResolver_LiesIn, Names_CountWhole)

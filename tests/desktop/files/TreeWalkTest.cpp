@@ -24,7 +24,7 @@ protected:
     int walk(const std::string& below = "")
     {
         TreeWalk walk(
-            {stick.path(), below.empty() ? "." : "./" + below}, cancelled,
+            {stick.path(), below.empty() ? "." : "./" + below}, cancelled.get_token(),
             [](std::string_view name) { return name != "no"; },
             [this](const WalkedFolder& folder, const WalkTotals& sofar) {
                 for (const std::string& file : folder.files) {
@@ -40,7 +40,7 @@ protected:
     }
 
     testsupport::TemporaryDirectory stick;
-    std::shared_ptr<std::atomic<bool>> cancelled = std::make_shared<std::atomic<bool>>(false);
+    std::stop_source cancelled;
     std::function<void(const WalkedFolder&, const WalkTotals&)> visited;
     std::vector<std::string> files;
     WalkTotals totals;
@@ -142,7 +142,7 @@ TEST_F(TreeWalkTest, Cancelled_EndsAtOnce)
 {
     stick.makeDirectory("a/b");
     stick.makeFile("a/b/1");
-    visited = [this](const WalkedFolder&, const WalkTotals&) { *cancelled = true; };
+    visited = [this](const WalkedFolder&, const WalkTotals&) { cancelled.request_stop(); };
     EXPECT_EQ(walk(), ECANCELED);
     EXPECT_EQ(totals.folders, 1U);
     EXPECT_THAT(files, IsEmpty());
@@ -152,7 +152,7 @@ TEST_F(TreeWalkTest, StickThatGoes_EndsTheWalkAsGone)
 {
     stick.makeDirectory("usb/a/b");
     stick.makeFile("usb/a/b/1");
-    const CancelFlag goOn = cancelled;
+    const std::stop_token goOn = cancelled.get_token();
     TreeWalk walk(
         {stick.path("usb"), "."}, goOn, [](std::string_view) { return true; },
         [this](const WalkedFolder& folder, const WalkTotals&) {

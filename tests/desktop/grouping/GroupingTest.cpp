@@ -21,7 +21,7 @@ class GroupingTest : public testing::Test {
 protected:
     GroupingTest()
     {
-        s_keys = &told;
+        s_keys = &received;
         stick.events.setListener([](int event, void* data) {
             EXPECT_EQ(event, SOCMW_MM_EVENT_GROUP_COMPLETED);
             s_keys->add(*static_cast<Keys*>(data));
@@ -41,9 +41,9 @@ protected:
 
     Keys group(GroupFileType type, const std::string& below = "")
     {
-        const std::size_t before = told.sofar().size();
+        const std::size_t before = received.sofar().size();
         EXPECT_TRUE(grouping.start(stick.folder.path(below), type));
-        const std::vector<Keys> all = told.waitFor(before + 1);
+        const std::vector<Keys> all = received.waitFor(before + 1);
         return all.size() > before ? all.back() : Keys{"no answer"};
     }
 
@@ -57,9 +57,9 @@ protected:
         return names;
     }
 
-    testsupport::Gathered<Keys> told;
+    testsupport::Gathered<Keys> received;
     testsupport::MediaStick stick;
-    Grouping grouping{stick.listings, stick.events, {}};
+    Grouping grouping{stick.opener, stick.catalog, stick.events};
 };
 
 TEST_F(GroupingTest, Music_HasItsTagsInNaturalOrderAndWhatIsUnknownLast)
@@ -123,8 +123,8 @@ TEST_F(GroupingTest, Entries_HaveTheirFacts)
     ASSERT_TRUE(entries);
     EXPECT_EQ(entries->at(0).file.path, stick.folder.path("b/2 beta.mp3"));
     EXPECT_EQ(entries->at(0).file.title, "Second");
-    EXPECT_EQ(entries->at(0).facts.duration, 20);
-    EXPECT_EQ(entries->at(0).facts.artist, "Beta");
+    EXPECT_EQ(entries->at(0).metadata.duration, 20);
+    EXPECT_EQ(entries->at(0).metadata.artist, "Beta");
 }
 
 TEST_F(GroupingTest, SecondGrouping_ReadsNothingAgain)
@@ -165,7 +165,7 @@ class StuckGroupingTest : public testing::Test {
 protected:
     StuckGroupingTest()
     {
-        s_keys = &told;
+        s_keys = &received;
         events.setListener([](int, void* data) { s_keys->add(*static_cast<Keys*>(data)); });
         events.start();
         stick.makeFile("1.mp3");
@@ -174,20 +174,19 @@ protected:
     }
     ~StuckGroupingTest() override { goOn.open(); }
 
-    testsupport::Gathered<Keys> told;
+    testsupport::Gathered<Keys> received;
     testsupport::Door reading;
     testsupport::Door goOn;
     testsupport::TemporaryDirectory stick;
     EventQueue events;
-    std::shared_ptr<MediaLibrary> library =
-        std::make_shared<MediaLibrary>(std::make_shared<testsupport::FakeReader>([this](const std::string&, FileType) {
-                                           reading.open();
-                                           goOn.wait();
-                                           return MediaFacts();
-                                       }),
-                                       "", nullptr);
-    FolderListings listings{PathResolver({stick.path()}), events, FolderObserver(), library};
-    Grouping grouping{listings, events, {}};
+    std::shared_ptr<MetadataCatalog> catalog =
+        std::make_shared<MetadataCatalog>(std::make_shared<testsupport::FakeReader>([this](const std::string&, FileType) {
+                                              reading.open();
+                                              goOn.wait();
+                                              return MediaMetadata();
+                                          }),
+                                          "");
+    Grouping grouping{LocationOpener(PathResolver({stick.path()}), std::make_shared<ReadReporter>()), catalog, events};
 };
 
 TEST_F(StuckGroupingTest, Cancelled_RaisesNoEventAndRemembersNothing)
@@ -196,15 +195,15 @@ TEST_F(StuckGroupingTest, Cancelled_RaisesNoEventAndRemembersNothing)
     goOn.open();
     grouping.stop();
     events.stop();
-    EXPECT_THAT(told.sofar(), IsEmpty());
-    EXPECT_TRUE(library->known({stick.path(), "."}).empty());
+    EXPECT_THAT(received.sofar(), IsEmpty());
+    EXPECT_TRUE(catalog->known({stick.path(), "."}).empty());
 }
 
 TEST_F(StuckGroupingTest, PulledStick_IsAnsweredAtOnceWithoutGroups)
 {
-    grouping.lose("/another/stick");
-    grouping.lose(stick.path());
-    EXPECT_THAT(told.waitFor(1), ElementsAre(IsEmpty()));
+    grouping.volumeRemoved("/another/stick");
+    grouping.volumeRemoved(stick.path());
+    EXPECT_THAT(received.waitFor(1), ElementsAre(IsEmpty()));
 }
 
 } // namespace

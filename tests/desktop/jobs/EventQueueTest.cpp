@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <string>
 #include <thread>
 
@@ -85,6 +86,28 @@ TEST_F(EventQueueTest, StopWithoutStart_DropsWhatHasGathered)
     queue.stop();
     ASSERT_EQ(deliveries.sofar().size(), 1U);
     EXPECT_EQ(deliveries.sofar()[0].id, 2);
+}
+
+TEST_F(EventQueueTest, PostedWhileWhatHasGatheredIsDropped_LeavesTheQueueWhole)
+{
+    constexpr int kEvents = 200'000;
+    std::atomic<bool> posted{false};
+    std::thread late([&] {
+        for (int i = 0; i < kEvents; ++i) {
+            queue.post(i, text("late"));
+        }
+        posted = true;
+    });
+    while (!posted) {
+        queue.stop();
+    }
+    late.join();
+    queue.stop();
+    queue.post(kEvents);
+    queue.start();
+    queue.stop();
+    ASSERT_EQ(deliveries.sofar().size(), 1U);
+    EXPECT_EQ(deliveries.sofar()[0].id, kEvents);
 }
 
 TEST_F(EventQueueTest, EventNoLongerWanted_IsDropped)

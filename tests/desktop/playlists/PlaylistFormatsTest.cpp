@@ -3,6 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
+#include <cstdlib>
+
 namespace desktop {
 namespace {
 
@@ -19,6 +23,18 @@ Lines parsed(const std::string& name, const std::string& content)
         lines.push_back(entry.target + "|" + entry.title);
     }
     return lines;
+}
+
+TEST(PlaylistFormatsTest, AtTheProgramsEnd_NamesAreStillKnown)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // in a new process, which has not used the names before
+    const auto endWithTheNames = [] {
+        // Runs after the destructors of what is made later than this call.
+        std::atexit([] { _exit(isPlaylistName("a.m3u") ? 0 : 1); });
+        isPlaylistName("a.m3u");
+        std::exit(2);
+    };
+    EXPECT_EXIT(endWithTheNames(), testing::ExitedWithCode(0), "");
 }
 
 TEST(PlaylistFormatsTest, Names_AreKnownByTheirExtension)

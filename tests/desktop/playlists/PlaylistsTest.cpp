@@ -17,19 +17,19 @@ protected:
     /// The paths of the entries of playlist @p name beneath the stick.
     std::vector<std::string> entriesOf(const std::string& name) const
     {
-        const ListingPointer listing = playlists.entriesOf(stick.folder.path(name));
-        if (listing == nullptr) {
+        const EntryList entries = playlists.entriesOf(stick.folder.path(name));
+        if (entries == nullptr) {
             return {"no list"};
         }
         std::vector<std::string> paths;
-        for (const FolderFileInfo_s& entry : listing->entries) {
+        for (const FolderFileInfo_s& entry : *entries) {
             paths.push_back(fs::path(entry.path).lexically_relative(stick.folder.path()));
         }
         return paths;
     }
 
     testsupport::MediaStick stick;
-    Playlists playlists{stick.resolver, stick.listings};
+    Playlists playlists{stick.opener, stick.catalog};
 };
 
 TEST_F(PlaylistsTest, FilesBelow_AreFoundInTheOrderOfAWalk)
@@ -93,16 +93,16 @@ TEST_F(PlaylistsTest, Entry_IsDescribedAsInAList)
     media_file_info_s info;
     ASSERT_TRUE(stick.listings.describe(stick.folder.path("Music/b.mp3"), info));
     stick.write("all.m3u", "#EXTINF:1,From the list\nMusic/a.mp3\nMusic/b.mp3\nMusic/a.mp3\n");
-    const ListingPointer listing = playlists.entriesOf(stick.folder.path("all.m3u"));
-    ASSERT_NE(listing, nullptr);
-    ASSERT_EQ(listing->entries.size(), 3U);
-    EXPECT_EQ(listing->entries[0].title, "From the list");
-    EXPECT_EQ(listing->entries[0].size, 5U);
-    EXPECT_EQ(listing->entries[0].type, FILE_TYPE_MUSIC);
-    EXPECT_EQ(listing->entries[0].name, "a.mp3");
-    EXPECT_EQ(listing->entries[1].title, "The Title");
-    EXPECT_EQ(listing->entries[2].title, "a");
-    EXPECT_EQ(listing->entries[2].id, 2);
+    const EntryList entries = playlists.entriesOf(stick.folder.path("all.m3u"));
+    ASSERT_NE(entries, nullptr);
+    ASSERT_EQ(entries->size(), 3U);
+    EXPECT_EQ((*entries)[0].title, "From the list");
+    EXPECT_EQ((*entries)[0].size, 5U);
+    EXPECT_EQ((*entries)[0].type, FILE_TYPE_MUSIC);
+    EXPECT_EQ((*entries)[0].name, "a.mp3");
+    EXPECT_EQ((*entries)[1].title, "The Title");
+    EXPECT_EQ((*entries)[2].title, "a");
+    EXPECT_EQ((*entries)[2].id, 2);
 }
 
 TEST_F(PlaylistsTest, WhatIsNoPlaylist_HasNoEntries)

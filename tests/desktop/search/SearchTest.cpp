@@ -17,42 +17,42 @@ namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-struct Told {
+struct Received {
     int event;
     Json::Value object;
 };
-testsupport::Gathered<Told>* s_told = nullptr;
+testsupport::Gathered<Received>* s_received = nullptr;
 
 class SearchTest : public testing::Test {
 protected:
     SearchTest()
     {
-        s_told = &told;
-        stick.events.setListener([](int event, void* data) { s_told->add({event, *static_cast<Json::Value*>(data)}); });
+        s_received = &received;
+        stick.events.setListener([](int event, void* data) { s_received->add({event, *static_cast<Json::Value*>(data)}); });
     }
 
     /// What the search of @p directory tells, its end last.
-    std::vector<Told> find(const std::string& directory, FileType type = FILE_TYPE_VIDEO, int itemsPerPage = 9)
+    std::vector<Received> find(const std::string& directory, FileType type = FILE_TYPE_VIDEO, int itemsPerPage = 9)
     {
         EXPECT_TRUE(search.start(directory, type, itemsPerPage));
         stick.events.start();
         for (std::size_t count = 1;; ++count) {
-            const std::vector<Told> all = told.waitFor(count);
+            const std::vector<Received> all = received.waitFor(count);
             if (all.size() < count || all.back().event == SOCMW_MM_EVENT_FB_FOLDER_UPDATE) {
                 return all;
             }
         }
     }
 
-    testsupport::Gathered<Told> told;
+    testsupport::Gathered<Received> received;
     testsupport::MediaStick stick;
-    Search search{stick.listings, stick.events, {}};
+    Search search{stick.opener, stick.catalog, stick.events};
 };
 
-std::vector<std::string> namesIn(const std::vector<Told>& told)
+std::vector<std::string> namesIn(const std::vector<Received>& received)
 {
     std::vector<std::string> names;
-    for (const Told& piece : told) {
+    for (const Received& piece : received) {
         for (const Json::Value& file : piece.object["filelst"]) {
             names.push_back(file["name"].asString());
         }
@@ -66,7 +66,7 @@ TEST_F(SearchTest, FilesOfTheType_AreFoundBelowTheFolderWithTotals)
         stick.write(file, "x");
     }
     stick.write("a/movie", "\x1A\x45\xDF\xA3");
-    const std::vector<Told> all = find(stick.folder.path());
+    const std::vector<Received> all = find(stick.folder.path());
     EXPECT_THAT(namesIn(all), ElementsAre("1.mp4", "movie", "4.avi", "2.mkv", "10.mkv"));
     const Json::Value& end = all.back().object;
     EXPECT_EQ(end["dirpath"], stick.folder.path());
@@ -79,7 +79,7 @@ TEST_F(SearchTest, FilesOfTheType_AreFoundBelowTheFolderWithTotals)
 TEST_F(SearchTest, File_HasTheKeysOfAPage)
 {
     stick.write("films/caf\xE9.mkv", "12345");
-    const std::vector<Told> all = find(stick.folder.path() + "/");
+    const std::vector<Received> all = find(stick.folder.path() + "/");
     EXPECT_EQ(all[0].object["filecount"].asInt(), 1);
     EXPECT_EQ(all[0].object["dirpath"], stick.folder.path());
     const Json::Value& file = all[0].object["filelst"][0];
@@ -95,7 +95,7 @@ TEST_F(SearchTest, Pieces_AreAsLongAsAPage)
 {
     testsupport::makeManyFiles(stick.folder.path(), 10);
     std::vector<unsigned> sizes;
-    for (const Told& piece : find(stick.folder.path(), FILE_TYPE_PHOTO, 4)) {
+    for (const Received& piece : find(stick.folder.path(), FILE_TYPE_PHOTO, 4)) {
         sizes.push_back(piece.object["filecount"].asUInt());
     }
     EXPECT_THAT(sizes, ElementsAre(4U, 4U, 2U, 0U));
@@ -103,7 +103,7 @@ TEST_F(SearchTest, Pieces_AreAsLongAsAPage)
 
 TEST_F(SearchTest, NothingFound_IsAnsweredToo)
 {
-    const std::vector<Told> all = find(stick.folder.path());
+    const std::vector<Received> all = find(stick.folder.path());
     ASSERT_EQ(all.size(), 1U);
     EXPECT_EQ(all[0].object["total"].asInt(), 0);
 }
@@ -119,7 +119,7 @@ TEST_F(SearchTest, SecondSearch_IsTheOnlyOneAnswered)
     stick.write("a/1.mkv", "x");
     stick.write("b/2.mkv", "x");
     EXPECT_TRUE(search.start(stick.folder.path("a"), FILE_TYPE_VIDEO, 9));
-    const std::vector<Told> all = find(stick.folder.path("b"));
+    const std::vector<Received> all = find(stick.folder.path("b"));
     EXPECT_THAT(namesIn(all), ElementsAre("2.mkv"));
     EXPECT_EQ(all.size(), 2U);
 }
@@ -132,19 +132,19 @@ TEST_F(SearchTest, Cancelled_RaisesNoEvent)
     search.stop();
     stick.events.start();
     stick.events.stop();
-    EXPECT_THAT(told.sofar(), IsEmpty());
+    EXPECT_THAT(received.sofar(), IsEmpty());
 }
 
 TEST_F(SearchTest, PulledStick_EndsItWithItsReasonAndWhatWasFound)
 {
-    Search slow(stick.listings, stick.events, {});
+    Search slow(stick.opener, stick.catalog, stick.events);
     stick.write("1.mkv", "x");
     testsupport::makeManyFiles(stick.folder.path(), 3000);
     EXPECT_TRUE(slow.start(stick.folder.path(), FILE_TYPE_PHOTO, 1)); // far more pieces than may wait undelivered
-    slow.lose(stick.folder.path());
+    slow.volumeRemoved(stick.folder.path());
     stick.events.start();
     for (std::size_t count = 1;; ++count) {
-        const std::vector<Told> all = told.waitFor(count);
+        const std::vector<Received> all = received.waitFor(count);
         ASSERT_EQ(all.size(), count);
         if (all.back().event == SOCMW_MM_EVENT_FB_FOLDER_UPDATE) {
             EXPECT_EQ(all.back().object["error"], "The stick has been pulled");
@@ -153,7 +153,7 @@ TEST_F(SearchTest, PulledStick_EndsItWithItsReasonAndWhatWasFound)
         }
     }
     stick.events.stop();
-    EXPECT_EQ(told.sofar().back().event, SOCMW_MM_EVENT_FB_FOLDER_UPDATE);
+    EXPECT_EQ(received.sofar().back().event, SOCMW_MM_EVENT_FB_FOLDER_UPDATE);
 }
 
 } // namespace

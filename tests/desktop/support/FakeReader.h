@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/workers/MediaFacts.h"
+#include "desktop/workers/MediaMetadata.h"
 
 #include <sys/stat.h>
 
@@ -12,14 +12,14 @@ namespace testsupport {
 /// Tells of every file what a test wants, and counts what it is asked to read.
 class FakeReader : public desktop::MediaReader {
 public:
-    using Tell = std::function<desktop::MediaFacts(const std::string& content, FileType type)>;
+    using Tell = std::function<desktop::MediaMetadata(const std::string& content, FileType type)>;
 
     explicit FakeReader(Tell tell)
         : m_tell(std::move(tell))
     {
     }
 
-    desktop::MediaFacts read(int fd, FileType type) override
+    desktop::MediaMetadata read(int fd, FileType type) override
     {
         char bytes[256];
         const ssize_t got = pread(fd, bytes, sizeof bytes, 0);
@@ -30,13 +30,14 @@ public:
         return m_tell(std::string(bytes, got > 0 ? static_cast<std::size_t>(got) : 0), type);
     }
 
-    std::vector<desktop::MediaFacts> readAll(const std::vector<desktop::OpenMedia>& files, const std::atomic<bool>&) override
+    std::vector<desktop::MediaMetadata> readAll(const std::vector<desktop::OpenMedia>& files,
+                                                const std::stop_token&) override
     {
-        std::vector<desktop::MediaFacts> facts;
+        std::vector<desktop::MediaMetadata> metadata;
         for (const desktop::OpenMedia& file : files) {
-            facts.push_back(read(file.fd, file.type));
+            metadata.push_back(read(file.fd, file.type));
         }
-        return facts;
+        return metadata;
     }
 
     int reads() const

@@ -29,7 +29,7 @@ public:
     {
     }
 
-    desktop::MediaFacts facts(const std::string& file, FileType type)
+    desktop::MediaMetadata metadata(const std::string& file, FileType type)
     {
         return workers.read(desktop::UniqueFd(open(file.c_str(), O_RDONLY | O_CLOEXEC)).get(), type);
     }
@@ -39,7 +39,7 @@ public:
         const desktop::UniqueFd fd(open(file.c_str(), O_RDONLY | O_CLOEXEC));
         const desktop::UniqueFd output(memfd_create("thumbnail", MFD_CLOEXEC));
         Thumbnail made;
-        made.error = workers.makeThumbnail(fd.get(), type, width, height, output.get(), abandon);
+        made.error = workers.makeThumbnail(fd.get(), type, width, height, output.get(), cancelled.get_token());
         struct stat status = {};
         fstat(output.get(), &status);
         made.bytes.resize(static_cast<std::size_t>(status.st_size));
@@ -49,7 +49,7 @@ public:
         return made;
     }
 
-    desktop::Wakeup abandon;
+    std::stop_source cancelled;
     desktop::MediaWorkers workers;
 };
 

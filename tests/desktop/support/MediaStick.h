@@ -14,9 +14,10 @@ namespace testsupport {
 class MediaStick {
 public:
     explicit MediaStick(const std::string& cacheFolder = "")
-        : library(std::make_shared<desktop::MediaLibrary>(reader, cacheFolder, nullptr))
+        : catalog(std::make_shared<desktop::MetadataCatalog>(reader, cacheFolder))
         , resolver({folder.path()})
-        , listings(resolver, events, desktop::FolderObserver(), library)
+        , opener(resolver, std::make_shared<desktop::ReadReporter>())
+        , listings(opener, events, catalog)
     {
     }
 
@@ -26,33 +27,34 @@ public:
         std::ofstream(folder.path(name)) << content;
     }
 
-    static desktop::MediaFacts factsIn(const std::string& content)
+    static desktop::MediaMetadata metadataIn(const std::string& content)
     {
-        desktop::MediaFacts facts;
+        desktop::MediaMetadata metadata;
         std::istringstream lines(content);
         for (std::string line; std::getline(lines, line);) {
             const std::size_t equals = line.find('=');
             const std::string value = equals != std::string::npos ? line.substr(equals + 1) : "";
             const std::string key = line.substr(0, equals);
-            (key == "artist"   ? facts.artist
-             : key == "album"  ? facts.album
-             : key == "genre"  ? facts.genre
-             : key == "title"  ? facts.title
-             : key == "taken"  ? facts.taken
-             : key == "length" ? facts.year
-                               : facts.error) = value;
+            (key == "artist"   ? metadata.artist
+             : key == "album"  ? metadata.album
+             : key == "genre"  ? metadata.genre
+             : key == "title"  ? metadata.title
+             : key == "taken"  ? metadata.taken
+             : key == "length" ? metadata.year
+                               : metadata.error) = value;
         }
-        facts.duration = std::atoi(facts.year.c_str());
-        facts.panorama = content.find("around") != std::string::npos;
-        return facts;
+        metadata.duration = std::atoi(metadata.year.c_str());
+        metadata.panorama = content.find("around") != std::string::npos;
+        return metadata;
     }
 
     TemporaryDirectory folder;
     std::shared_ptr<FakeReader> reader =
-        std::make_shared<FakeReader>([](const std::string& content, FileType) { return factsIn(content); });
-    std::shared_ptr<desktop::MediaLibrary> library;
+        std::make_shared<FakeReader>([](const std::string& content, FileType) { return metadataIn(content); });
+    std::shared_ptr<desktop::MetadataCatalog> catalog;
     desktop::EventQueue events;
     desktop::PathResolver resolver;
+    desktop::LocationOpener opener;
     desktop::FolderListings listings;
 };
 

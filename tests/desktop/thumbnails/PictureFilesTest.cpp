@@ -32,22 +32,36 @@ protected:
     testsupport::TemporaryDirectory folder;
 };
 
-TEST_F(PictureFilesTest, PicturesHandedOver_HaveFilesOfTheirOwn)
+TEST_F(PictureFilesTest, NewPictures_HaveFilesOfTheirOwnThatCanBeReadBack)
 {
     folder.makeDirectory("Mass");
     PictureFolder pictures(folder.path("Mass"));
-    const std::string first = pictures.add(picture("one").get());
-    const std::string second = pictures.add(picture("two").get());
-    EXPECT_NE(first, second);
-    EXPECT_EQ(testsupport::readFile(first), "one");
-    EXPECT_EQ(testsupport::readFile(second), "two");
+    const NewPicture first = pictures.begin();
+    const NewPicture second = pictures.begin();
+    EXPECT_NE(first.path, second.path);
+    ASSERT_EQ(write(first.fd.get(), "one", 3), 3);
+    ASSERT_EQ(write(second.fd.get(), "two", 3), 3);
+    EXPECT_EQ(testsupport::readFile(first.path), "one");
+    char bytes[4] = "";
+    EXPECT_EQ(pread(second.fd.get(), bytes, sizeof bytes, 0), 3);
+    EXPECT_STREQ(bytes, "two");
+}
+
+TEST_F(PictureFilesTest, PictureDiscarded_LeavesNoFile)
+{
+    folder.makeDirectory("Mass");
+    PictureFolder pictures(folder.path("Mass"));
+    PictureFolder::discard(pictures.begin());
+    EXPECT_EQ(filesIn("Mass"), 0U);
 }
 
 TEST_F(PictureFilesTest, FolderThatIsNotThere_IsNotMade)
 {
     PictureFolder pictures(folder.path("Mass"));
-    EXPECT_EQ(pictures.add(picture("one").get()), "");
+    const NewPicture picture = pictures.begin();
     EXPECT_EQ(errno, ENOENT);
+    EXPECT_FALSE(picture.fd);
+    EXPECT_EQ(picture.path, "");
     EXPECT_FALSE(folder.has("Mass"));
 }
 
@@ -55,10 +69,11 @@ TEST_F(PictureFilesTest, Trim_RemovesTheOldestBeyondTwoThousand)
 {
     folder.makeDirectory("Mass");
     PictureFolder pictures(folder.path("Mass"));
-    const UniqueFd source = picture("one");
     std::vector<std::string> files;
     for (int i = 0; i < 2003; ++i) {
-        files.push_back(pictures.add(source.get()));
+        const NewPicture picture = pictures.begin();
+        pictures.keep(picture);
+        files.push_back(picture.path);
     }
     EXPECT_EQ(filesIn("Mass"), 2003U);
     pictures.trim();

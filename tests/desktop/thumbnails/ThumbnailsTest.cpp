@@ -19,7 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 using testsupport::demoFile;
 
-struct Told {
+struct Received {
     int event = 0;
     int index = 0;
     bool ok = false;
@@ -27,19 +27,19 @@ struct Told {
     std::string picture;
 };
 
-testsupport::Gathered<Told>* s_told = nullptr;
+testsupport::Gathered<Received>* s_received = nullptr;
 
 void gather(int event, void* data)
 {
     const auto& ready = *static_cast<thumbnail_ready_s*>(data);
-    s_told->add({event, ready.index, ready.ok != 0, ready.path, ready.filepath});
+    s_received->add({event, ready.index, ready.ok != 0, ready.path, ready.filepath});
 }
 
 class ThumbnailsTest : public testing::Test {
 protected:
     ThumbnailsTest()
     {
-        s_told = &told;
+        s_received = &received;
         folder.makeDirectory("Mass");
         folder.makeDirectory("Sing");
         folder.makeDirectory("stick/folder.jpg");
@@ -59,13 +59,13 @@ protected:
 
     std::string stick(const std::string& name = "") const { return folder.path(name.empty() ? "stick" : "stick/" + name); }
 
-    ListingPointer listing(const std::vector<std::string>& names) const
+    EntryList listing(const std::vector<std::string>& names) const
     {
-        auto listed = std::make_shared<Listing>();
+        auto listed = std::make_shared<std::vector<FolderFileInfo_s>>();
         for (const std::string& name : names) {
             FolderFileInfo_s entry;
             entry.path = stick(name);
-            listed->entries.push_back(entry);
+            listed->push_back(entry);
         }
         return listed;
     }
@@ -84,7 +84,7 @@ protected:
 
     testsupport::TemporaryDirectory folder;
     testsupport::StandIn hanging{"echo x >> $0.log; exec sleep 1000"};
-    testsupport::Gathered<Told> told;
+    testsupport::Gathered<Received> received;
     EventQueue events;
     std::shared_ptr<MediaWorkers> workers = std::make_shared<MediaWorkers>(MediaWorkerSettings{MEDIA_WORKER});
     std::unique_ptr<Thumbnails> thumbnails = make(workers);
@@ -96,10 +96,10 @@ TEST_F(ThumbnailsTest, Range_EndsInOneEventForEachEntryInOrder)
 {
     ASSERT_TRUE(thumbnails->append(listing(everything), 0, 8));
     ASSERT_TRUE(thumbnails->start(100, 100, FILE_TYPE_UNKNOWN));
-    const auto all = told.waitFor(8);
+    const auto all = received.waitFor(8);
     ASSERT_EQ(all.size(), 8U);
     for (int i = 0; i < 8; ++i) {
-        const Told& one = all[static_cast<std::size_t>(i)];
+        const Received& one = all[static_cast<std::size_t>(i)];
         EXPECT_EQ(one.event, SOCMW_MM_EVENT_THUMBNAIL_DATA_READY);
         EXPECT_EQ(one.index, i);
         EXPECT_EQ(one.ok, i >= 1 && i <= 3) << i;
@@ -114,7 +114,7 @@ TEST_F(ThumbnailsTest, RangeFromTheMiddle_CountsFromNought)
 {
     ASSERT_TRUE(thumbnails->append(listing(everything), 2, 2));
     ASSERT_TRUE(thumbnails->start(100, 100, FILE_TYPE_UNKNOWN));
-    const auto all = told.waitFor(2);
+    const auto all = received.waitFor(2);
     ASSERT_EQ(all.size(), 2U);
     EXPECT_EQ(all[0].index, 0);
     EXPECT_EQ(all[0].path, stick("b video.mp4"));
@@ -125,7 +125,7 @@ TEST_F(ThumbnailsTest, SingleFile_ComesToTheSecondStore)
 {
     thumbnails->append(stick("b video.mp4"));
     ASSERT_TRUE(thumbnails->start(240, 360, FILE_TYPE_VIDEO));
-    const auto all = told.waitFor(1);
+    const auto all = received.waitFor(1);
     ASSERT_EQ(all.size(), 1U);
     EXPECT_EQ(all[0].event, SOCMW_MM_EVENT_THUMBNAIL_DATA_READY_SECOND);
     EXPECT_EQ(all[0].index, 0);
@@ -145,11 +145,11 @@ TEST_F(ThumbnailsTest, FilesOfOtherKindsThanWanted_HaveNone)
                  {FILE_TYPE_MUSIC, {3}},
                  {FILE_TYPE_OTHER, {1, 2, 3}}};
     for (const auto& sample : cases) {
-        told.clear();
+        received.clear();
         ASSERT_TRUE(thumbnails->append(listing(everything), 0, 6));
         ASSERT_TRUE(thumbnails->start(50, 50, sample.type));
         std::vector<int> ok;
-        for (const Told& one : told.waitFor(6)) {
+        for (const Received& one : received.waitFor(6)) {
             if (one.ok) {
                 ok.push_back(one.index);
             }
@@ -162,10 +162,10 @@ TEST_F(ThumbnailsTest, FileOffTheStick_HasNone)
 {
     for (const std::string& path :
          {demoFile("Photos/2023/winter.jpg"), stick("../Mass"), std::string("/dev/zero"), std::string("x")}) {
-        told.clear();
+        received.clear();
         thumbnails->append(path);
         ASSERT_TRUE(thumbnails->start(50, 50, FILE_TYPE_UNKNOWN));
-        const auto all = told.waitFor(1);
+        const auto all = received.waitFor(1);
         ASSERT_EQ(all.size(), 1U);
         EXPECT_FALSE(all[0].ok) << path;
     }
@@ -176,8 +176,8 @@ TEST_F(ThumbnailsTest, PipeNamedAsAVideo_IsNotOpened)
     ASSERT_EQ(mkfifo(stick("pipe.mp4").c_str(), 0600), 0);
     thumbnails->append(stick("pipe.mp4"));
     ASSERT_TRUE(thumbnails->start(50, 50, FILE_TYPE_UNKNOWN));
-    ASSERT_EQ(told.waitFor(1).size(), 1U);
-    EXPECT_FALSE(told.sofar()[0].ok);
+    ASSERT_EQ(received.waitFor(1).size(), 1U);
+    EXPECT_FALSE(received.sofar()[0].ok);
 }
 
 TEST_F(ThumbnailsTest, NameThatIsNotUtf8_IsFoundByItsText)
@@ -185,9 +185,9 @@ TEST_F(ThumbnailsTest, NameThatIsNotUtf8_IsFoundByItsText)
     fs::copy_file(demoFile("Photos/2023/winter.jpg"), stick("caf\xE9.jpg"));
     thumbnails->append(stick("caf\\xE9.jpg"));
     ASSERT_TRUE(thumbnails->start(50, 50, FILE_TYPE_UNKNOWN));
-    ASSERT_EQ(told.waitFor(1).size(), 1U);
-    EXPECT_TRUE(told.sofar()[0].ok);
-    EXPECT_EQ(told.sofar()[0].path, stick("caf\\xE9.jpg"));
+    ASSERT_EQ(received.waitFor(1).size(), 1U);
+    EXPECT_TRUE(received.sofar()[0].ok);
+    EXPECT_EQ(received.sofar()[0].path, stick("caf\\xE9.jpg"));
 }
 
 TEST_F(ThumbnailsTest, RequestThatIsNone_IsRefused)
@@ -203,8 +203,8 @@ TEST_F(ThumbnailsTest, RequestThatIsNone_IsRefused)
     }
     thumbnails->append(stick("a photo.jpg"));
     EXPECT_TRUE(thumbnails->start(~0U, ~0U, FILE_TYPE_UNKNOWN));
-    ASSERT_EQ(told.waitFor(1).size(), 1U);
-    EXPECT_EQ(testsupport::readJpeg(told.sofar()[0].picture).width, 1280);
+    ASSERT_EQ(received.waitFor(1).size(), 1U);
+    EXPECT_EQ(testsupport::readJpeg(received.sofar()[0].picture).width, 1280);
 }
 
 TEST_F(ThumbnailsTest, Stop_AbandonsWhatIsBeingMadeAndTellsNothing)
@@ -213,10 +213,10 @@ TEST_F(ThumbnailsTest, Stop_AbandonsWhatIsBeingMadeAndTellsNothing)
     const auto stopping = make(slow);
     ASSERT_TRUE(stopping->append(listing(everything), 0, 6));
     ASSERT_TRUE(stopping->start(50, 50, FILE_TYPE_UNKNOWN));
-    told.waitFor(1); // the folder's; the photo hangs
+    received.waitFor(1); // the folder's; the photo hangs
     stopping->stop();
-    stopping->close(); // ends only when the hanging workers have been abandoned
-    EXPECT_EQ(told.sofar().size(), 1U);
+    stopping->close(); // ends only when the hanging workers have been cancelled
+    EXPECT_EQ(received.sofar().size(), 1U);
     thumbnails->append(stick("a photo.jpg"));
     thumbnails->stop();
     EXPECT_FALSE(thumbnails->start(50, 50, FILE_TYPE_UNKNOWN)); // the list is empty
@@ -229,7 +229,7 @@ TEST_F(ThumbnailsTest, NewRequest_EndsTheOneBefore)
     ASSERT_TRUE(hung->start(50, 50, FILE_TYPE_UNKNOWN));
     ASSERT_TRUE(hung->append(listing({"e text.txt", "folder.jpg"}), 0, 2));
     ASSERT_TRUE(hung->start(50, 50, FILE_TYPE_UNKNOWN));
-    const auto all = told.waitFor(2);
+    const auto all = received.waitFor(2);
     ASSERT_EQ(all.size(), 2U);
     EXPECT_EQ(all[0].path, stick("e text.txt"));
     EXPECT_EQ(all[1].path, stick("folder.jpg"));
@@ -240,11 +240,11 @@ TEST_F(ThumbnailsTest, StickPulled_EndsTheRequestAtOnce)
     const auto hung = make(hangingWorkers());
     ASSERT_TRUE(hung->append(listing({"e text.txt", "a photo.jpg", "b video.mp4", "c music.mp3"}), 0, 9));
     ASSERT_TRUE(hung->start(50, 50, FILE_TYPE_UNKNOWN));
-    told.waitFor(1);
-    hung->lose("/another/stick");
-    EXPECT_EQ(told.sofar().size(), 1U);
-    hung->lose(stick());
-    const auto all = told.waitFor(9);
+    received.waitFor(1);
+    hung->volumeRemoved("/another/stick");
+    EXPECT_EQ(received.sofar().size(), 1U);
+    hung->volumeRemoved(stick());
+    const auto all = received.waitFor(9);
     ASSERT_EQ(all.size(), 9U);
     for (std::size_t i = 0; i < all.size(); ++i) {
         EXPECT_EQ(all[i].index, static_cast<int>(i));
@@ -257,9 +257,17 @@ TEST_F(ThumbnailsTest, FolderForPicturesThatIsNotThere_LeavesThemOut)
     fs::remove(folder.path("Mass"));
     ASSERT_TRUE(thumbnails->append(listing({"a photo.jpg"}), 0, 1));
     ASSERT_TRUE(thumbnails->start(50, 50, FILE_TYPE_UNKNOWN));
-    ASSERT_EQ(told.waitFor(1).size(), 1U);
-    EXPECT_FALSE(told.sofar()[0].ok);
+    ASSERT_EQ(received.waitFor(1).size(), 1U);
+    EXPECT_FALSE(received.sofar()[0].ok);
     EXPECT_FALSE(folder.has("Mass"));
+}
+
+TEST_F(ThumbnailsTest, FileThatHasNoPicture_LeavesNoFileBehind)
+{
+    ASSERT_TRUE(thumbnails->append(listing({"d broken.jpg"}), 0, 1));
+    ASSERT_TRUE(thumbnails->start(50, 50, FILE_TYPE_UNKNOWN));
+    ASSERT_EQ(received.waitFor(1).size(), 1U);
+    EXPECT_TRUE(fs::is_empty(folder.path("Mass")));
 }
 
 class ThumbnailCacheTest : public ThumbnailsTest {
@@ -267,21 +275,21 @@ protected:
     /// Whether @p name has a picture in this size though no worker can make one.
     bool isKept(const std::string& name, unsigned int size)
     {
-        told.clear();
+        received.clear();
         const auto idle = make(std::make_shared<MediaWorkers>(MediaWorkerSettings{"/nowhere/worker"}), folder.path("cache"));
         idle->append(stick(name));
         EXPECT_TRUE(idle->start(size, size, FILE_TYPE_UNKNOWN));
-        const auto all = told.waitFor(1);
+        const auto all = received.waitFor(1);
         return !all.empty() && all[0].ok && testsupport::readJpeg(all[0].picture).width == static_cast<int>(size);
     }
 
     void makeOnce(const std::string& name, unsigned int size)
     {
-        told.clear();
+        received.clear();
         const auto keeping = make(workers, folder.path("cache"));
         keeping->append(stick(name));
         ASSERT_TRUE(keeping->start(size, size, FILE_TYPE_UNKNOWN));
-        ASSERT_EQ(told.waitFor(1).size(), 1U);
+        ASSERT_EQ(received.waitFor(1).size(), 1U);
     }
 };
 
@@ -304,14 +312,14 @@ TEST_F(ThumbnailCacheTest, StickUnderAnotherName_FindsItsPicturesAgain)
 {
     makeOnce("a photo.jpg", 50);
     fs::rename(stick(), folder.path("other"));
-    told.clear();
+    received.clear();
     const auto idle = std::make_shared<MediaWorkers>(MediaWorkerSettings{"/nowhere/worker"});
     Thumbnails elsewhere(std::make_shared<ThumbnailMaker>(PathResolver({folder.path("other")}), idle, folder.path("cache")),
                          events, ThumbnailFolders{folder.path("Mass"), folder.path("Sing")});
     elsewhere.append(folder.path("other/a photo.jpg"));
     ASSERT_TRUE(elsewhere.start(50, 50, FILE_TYPE_UNKNOWN));
-    ASSERT_EQ(told.waitFor(1).size(), 1U);
-    EXPECT_TRUE(told.sofar()[0].ok);
+    ASSERT_EQ(received.waitFor(1).size(), 1U);
+    EXPECT_TRUE(received.sofar()[0].ok);
 }
 
 TEST_F(ThumbnailCacheTest, FileThatCannotBeRead_KeepsNothing)

@@ -99,10 +99,10 @@ TEST_F(VolumesTest, PlainFolder_IsKnownByItsPlace)
 {
     folder.makeDirectory("stick");
     const Volumes volumes({{folder.path("stick")}, {}}, resolver, events);
-    const std::string id = volumes.idOf(folder.path("stick"));
+    const std::string id = resolver.locate(folder.path("stick")).volumeId;
     EXPECT_EQ(id.substr(id.rfind("/storagemedia")),
               folder.path("stick").substr(folder.path("stick").rfind("/storagemedia")));
-    EXPECT_EQ(volumes.idOf(folder.path("other")), "");
+    EXPECT_EQ(resolver.locate(folder.path("other")).volumeId, "");
 }
 
 TEST_F(VolumesTest, FolderMovedAwayAndBack_IsPulledAndPutIn)
@@ -181,7 +181,7 @@ protected:
         return mounts.refusal().empty() && mounts.mountImage(folder.path("image"), folder.path(below));
     }
 
-    StickSources mountedOnes() const { return {{}, {folder.path("mnt")}}; }
+    VolumeSources mountedOnes() const { return {{}, {folder.path("mnt")}}; }
 
     testsupport::OwnMounts mounts;
 };
@@ -194,7 +194,7 @@ TEST_F(MountedVolumesTest, MountBelowAWatchedFolder_IsAStickWithItsLabel)
     }
     EXPECT_EQ(news.waitFor(3), (Words{"plugin", "mount", "list:HOLIDAY;"}));
     EXPECT_EQ(volumes.deviceList()["devlist"][0]["path"].asString(), folder.path("mnt/one"));
-    EXPECT_EQ(volumes.idOf(folder.path("mnt/one")), std::string(kUuid) + ":/");
+    EXPECT_EQ(resolver.locate(folder.path("mnt/one")).volumeId, std::string(kUuid) + ":/");
     news.clear();
     testsupport::OwnMounts::unmount(folder.path("mnt/one"));
     EXPECT_EQ(news.waitFor(2), (Words{"removed:" + folder.path("mnt/one"), "list:"}));
@@ -206,12 +206,12 @@ TEST_F(MountedVolumesTest, SameStickInAnotherPlace_KeepsItsId)
         GTEST_SKIP() << mounts.refusal();
     }
     const Volumes volumes(mountedOnes(), resolver, events);
-    const std::string id = volumes.idOf(folder.path("mnt/one"));
+    const std::string id = resolver.locate(folder.path("mnt/one")).volumeId;
     testsupport::OwnMounts::unmount(folder.path("mnt/one"));
     putIn("mnt/two");
     news.waitFor(8);
-    EXPECT_EQ(volumes.idOf(folder.path("mnt/two")), id);
-    EXPECT_EQ(volumes.idOf(folder.path("mnt/one")), "");
+    EXPECT_EQ(resolver.locate(folder.path("mnt/two")).volumeId, id);
+    EXPECT_EQ(resolver.locate(folder.path("mnt/one")).volumeId, "");
 }
 
 TEST_F(MountedVolumesTest, MountOfNoDevice_IsNoStick)
@@ -263,7 +263,7 @@ TEST_F(MountedVolumesTest, GivenFolderThatWasAMountPoint_IsAStickOnlyWhileMounte
         GTEST_SKIP() << mounts.refusal();
     }
     EXPECT_EQ(news.waitFor(5), (Words{"removed:" + folder.path("mnt/one"), "list:", "plugin", "mount", "list:one;"}));
-    EXPECT_EQ(volumes.idOf(folder.path("mnt/one")), folder.path("mnt/one"));
+    EXPECT_EQ(resolver.locate(folder.path("mnt/one")).volumeId, folder.path("mnt/one"));
     news.clear();
     testsupport::OwnMounts::unmount(folder.path("mnt/one"));
     EXPECT_EQ(news.waitFor(2), (Words{"removed:" + folder.path("mnt/one"), "list:"}));

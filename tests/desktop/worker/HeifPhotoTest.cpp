@@ -47,18 +47,18 @@ TEST_F(HeifPhotoTest, Picture_IsTurnedAsTheFileSaysAndNotByExifAgain)
         const Thumbnail thumbnail = media.thumbnail(file, FILE_TYPE_PHOTO, 100, 100);
         EXPECT_EQ(fieldsOf(thumbnail.picture), turn.fields) << turn.anticlockwise << turn.mirrored;
         EXPECT_EQ(thumbnail.picture.width, turn.anticlockwise % 2 == 0 ? 100 : 80);
-        const MediaFacts facts = media.facts(file, FILE_TYPE_PHOTO);
-        EXPECT_EQ(facts.width, turn.anticlockwise % 2 == 0 ? 500 : 400);
-        EXPECT_EQ(facts.height, turn.anticlockwise % 2 == 0 ? 400 : 500);
-        EXPECT_EQ(facts.rotation, 0);
+        const MediaMetadata metadata = media.metadata(file, FILE_TYPE_PHOTO);
+        EXPECT_EQ(metadata.width, turn.anticlockwise % 2 == 0 ? 500 : 400);
+        EXPECT_EQ(metadata.height, turn.anticlockwise % 2 == 0 ? 400 : 500);
+        EXPECT_EQ(metadata.rotation, 0);
     }
 }
 
 TEST_F(HeifPhotoTest, Photo_TellsWhenItWasTaken)
 {
-    const MediaFacts facts = media.facts(made(HeicForm()), FILE_TYPE_PHOTO);
-    EXPECT_EQ(facts.error, "");
-    EXPECT_EQ(facts.taken, "2024-05-01 12:00:02");
+    const MediaMetadata metadata = media.metadata(made(HeicForm()), FILE_TYPE_PHOTO);
+    EXPECT_EQ(metadata.error, "");
+    EXPECT_EQ(metadata.taken, "2024-05-01 12:00:02");
 }
 
 TEST_F(HeifPhotoTest, SmallerVersion_IsShownWhereItIsEnough)
@@ -80,7 +80,7 @@ TEST_F(HeifPhotoTest, Avif_IsDecodedToo)
     const Thumbnail thumbnail = media.thumbnail(folder.path("fields.avif"), FILE_TYPE_PHOTO, 100, 100);
     EXPECT_EQ(thumbnail.error, "");
     EXPECT_EQ(fieldsOf(thumbnail.picture), "red green blue white");
-    EXPECT_EQ(media.facts(folder.path("fields.avif"), FILE_TYPE_PHOTO).width, 640);
+    EXPECT_EQ(media.metadata(folder.path("fields.avif"), FILE_TYPE_PHOTO).width, 640);
 }
 
 TEST_F(HeifPhotoTest, PhotoThatClaimsGigabytes_IsRefusedByItsClaim)
@@ -92,7 +92,7 @@ TEST_F(HeifPhotoTest, PhotoThatClaimsGigabytes_IsRefusedByItsClaim)
         EXPECT_NE(counted.thumbnail(made({512, 512, 0, false, false, side}), FILE_TYPE_PHOTO).error, "") << side;
     }
     EXPECT_EQ(counted.thumbnail(made({10'000, 10'000}), FILE_TYPE_PHOTO).error, "The picture is too large.");
-    EXPECT_EQ(counted.facts(made({10'000, 10'000}), FILE_TYPE_PHOTO).width, 10'000); // which takes nothing
+    EXPECT_EQ(counted.metadata(made({10'000, 10'000}), FILE_TYPE_PHOTO).width, 10'000); // which takes nothing
     EXPECT_EQ(counted.thumbnail(made(HeicForm()), FILE_TYPE_PHOTO).picture.width, 240);
     EXPECT_EQ(counting.log(), "started\n"); // refused, not killed
 }
@@ -115,9 +115,9 @@ TEST_F(HeifPhotoTest, DamagedPhotos_HarmNothingElse)
         }
         const Thumbnail thumbnail = media.thumbnail(written(bytes), FILE_TYPE_PHOTO);
         EXPECT_TRUE(!thumbnail.error.empty() || thumbnail.picture.width > 0) << round;
-        EXPECT_GE(media.facts(written(bytes), FILE_TYPE_PHOTO).width, 0) << round;
+        EXPECT_GE(media.metadata(written(bytes), FILE_TYPE_PHOTO).width, 0) << round;
     }
-    EXPECT_EQ(media.facts(made(HeicForm()), FILE_TYPE_PHOTO).width, 512);
+    EXPECT_EQ(media.metadata(made(HeicForm()), FILE_TYPE_PHOTO).width, 512);
 }
 
 } // namespace

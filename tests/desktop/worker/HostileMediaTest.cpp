@@ -16,7 +16,7 @@ using namespace std::string_literals;
 using testsupport::demoFile;
 using testsupport::Thumbnail;
 
-constexpr std::chrono::seconds kPatience(5); // of the workers, for one file
+constexpr std::chrono::seconds kTimeout(5); // of the workers, for one file
 
 class HostileMediaTest : public testsupport::MediaFileTest {
 protected:
@@ -26,12 +26,12 @@ protected:
     void read(const std::string& file, FileType type)
     {
         const auto begin = std::chrono::steady_clock::now();
-        const MediaFacts facts = media.facts(file, type);
-        EXPECT_GE(facts.duration, 0);
-        EXPECT_GE(facts.width, 0);
-        EXPECT_GE(facts.height, 0);
-        EXPECT_EQ(facts.rotation % 90, 0);
-        for (const std::string& text : {facts.title, facts.artist, facts.album, facts.genre}) {
+        const MediaMetadata metadata = media.metadata(file, type);
+        EXPECT_GE(metadata.duration, 0);
+        EXPECT_GE(metadata.width, 0);
+        EXPECT_GE(metadata.height, 0);
+        EXPECT_EQ(metadata.rotation % 90, 0);
+        for (const std::string& text : {metadata.title, metadata.artist, metadata.album, metadata.genre}) {
             EXPECT_EQ(escapeBadBytes(text), text);
         }
         const Thumbnail thumbnail = media.thumbnail(file, type);
@@ -40,12 +40,12 @@ protected:
             EXPECT_LE(thumbnail.picture.width, 240);
             EXPECT_LE(thumbnail.picture.height, 240);
         }
-        EXPECT_LT(std::chrono::steady_clock::now() - begin, 3 * kPatience);
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, 3 * kTimeout);
     }
 
     void expectThatWorkGoesOn()
     {
-        EXPECT_EQ(media.facts(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).duration, 4);
+        EXPECT_EQ(media.metadata(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).duration, 4);
         EXPECT_EQ(media.thumbnail(demoFile("Photos/2023/winter.jpg"), FILE_TYPE_PHOTO).picture.width, 240);
     }
 };
@@ -161,7 +161,7 @@ TEST_F(HostileMediaTest, FileFullOfNothing_IsAnErrorSoon)
 TEST_F(HostileMediaTest, DescriptorThatIsNoFile_IsAnError)
 {
     EXPECT_NE(media.workers.read(-1, FILE_TYPE_MUSIC).error, "");
-    EXPECT_NE(media.facts("/dev/zero", FILE_TYPE_PHOTO).error, "");
+    EXPECT_NE(media.metadata("/dev/zero", FILE_TYPE_PHOTO).error, "");
     expectThatWorkGoesOn();
 }
 

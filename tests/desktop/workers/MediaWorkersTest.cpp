@@ -36,7 +36,7 @@ void killAndWaitForTheEnd(pid_t pid)
 
 int durationOfTheCounter(MediaReading& media)
 {
-    return media.facts(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).duration;
+    return media.metadata(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).duration;
 }
 
 TEST(MediaWorkers, ManyFiles_AreReadByOneProcess)
@@ -74,10 +74,10 @@ TEST(MediaWorkers, ManyFilesAtOnce_AreAnsweredInTheirOrder)
         files.add("Music/The Sines/01 First.mp3", FILE_TYPE_MUSIC);
         files.add("Music/The Sines/02 Second.flac", FILE_TYPE_MUSIC);
     }
-    const std::vector<MediaFacts> facts = media.workers.readAll(files.media, false);
-    ASSERT_EQ(facts.size(), 20U);
-    for (std::size_t i = 0; i < facts.size(); ++i) {
-        EXPECT_EQ(facts[i].title, i % 2 == 0 ? "First" : "Second") << i;
+    const std::vector<MediaMetadata> metadata = media.workers.readAll(files.media, {});
+    ASSERT_EQ(metadata.size(), 20U);
+    for (std::size_t i = 0; i < metadata.size(); ++i) {
+        EXPECT_EQ(metadata[i].title, i % 2 == 0 ? "First" : "Second") << i;
     }
 }
 
@@ -90,11 +90,11 @@ TEST(MediaWorkers, WorkerThatDiesOfTheFirstOfManyFiles_CostsThatFileOnly)
     for (int i = 0; i < 3; ++i) {
         files.add("Movies/counter.mp4", FILE_TYPE_VIDEO);
     }
-    const std::vector<MediaFacts> facts = media.workers.readAll(files.media, false);
-    ASSERT_EQ(facts.size(), 3U);
-    EXPECT_EQ(facts[0].error, "The file stopped the process that read it.");
-    EXPECT_EQ(facts[1].duration, 4);
-    EXPECT_EQ(facts[2].duration, 4);
+    const std::vector<MediaMetadata> metadata = media.workers.readAll(files.media, {});
+    ASSERT_EQ(metadata.size(), 3U);
+    EXPECT_EQ(metadata[0].error, "The file stopped the process that read it.");
+    EXPECT_EQ(metadata[1].duration, 4);
+    EXPECT_EQ(metadata[2].duration, 4);
 }
 
 TEST(MediaWorkers, DescriptorThatIsNoneAmongManyFiles_CostsThatFileOnly)
@@ -104,11 +104,11 @@ TEST(MediaWorkers, DescriptorThatIsNoneAmongManyFiles_CostsThatFileOnly)
     files.add("Movies/counter.mp4", FILE_TYPE_VIDEO);
     files.media.push_back({-1, FILE_TYPE_VIDEO});
     files.add("Movies/counter.mp4", FILE_TYPE_VIDEO);
-    const std::vector<MediaFacts> facts = media.workers.readAll(files.media, false);
-    ASSERT_EQ(facts.size(), 3U);
-    EXPECT_EQ(facts[0].duration, 4);
-    EXPECT_NE(facts[1].error, "");
-    EXPECT_EQ(facts[2].duration, 4);
+    const std::vector<MediaMetadata> metadata = media.workers.readAll(files.media, {});
+    ASSERT_EQ(metadata.size(), 3U);
+    EXPECT_EQ(metadata[0].duration, 4);
+    EXPECT_NE(metadata[1].error, "");
+    EXPECT_EQ(metadata[2].duration, 4);
 }
 
 TEST(MediaWorkers, CancelledBetweenManyFiles_LeavesOutTheRest)
@@ -118,10 +118,12 @@ TEST(MediaWorkers, CancelledBetweenManyFiles_LeavesOutTheRest)
     for (int i = 0; i < 3; ++i) {
         files.add("Movies/counter.mp4", FILE_TYPE_VIDEO);
     }
-    const std::vector<MediaFacts> facts = media.workers.readAll(files.media, true);
-    ASSERT_EQ(facts.size(), 3U);
-    EXPECT_EQ(facts.back().error, "The file is not wanted any more.");
-    EXPECT_TRUE(facts.back().unread);
+    std::stop_source cancelled;
+    cancelled.request_stop();
+    const std::vector<MediaMetadata> metadata = media.workers.readAll(files.media, cancelled.get_token());
+    ASSERT_EQ(metadata.size(), 3U);
+    EXPECT_EQ(metadata.back().error, "The file is not wanted any more.");
+    EXPECT_TRUE(metadata.back().unread);
     EXPECT_EQ(durationOfTheCounter(media), 4);
 }
 
@@ -142,7 +144,7 @@ TEST(MediaWorkers, OneFileBehindManyFiles_DoesNotWaitForThemAll)
     std::vector<std::thread> readers;
     for (int i = 0; i < 2; ++i) {
         readers.emplace_back([&] {
-            EXPECT_EQ(media.workers.readAll(files.media, false).back().duration, 4);
+            EXPECT_EQ(media.workers.readAll(files.media, {}).back().duration, 4);
             ++finished;
         });
     }
@@ -173,9 +175,9 @@ TEST(MediaWorkers, WorkerThatDiesOfAFile_CostsThatFileOnly)
     // The first one dies as soon as there is something to read, later ones are real.
     StandIn dying("[ -e $0.log ] && exec '" MEDIA_WORKER "'; touch $0.log; sleep 0.1; kill -SEGV $$");
     MediaReading media({dying.program()});
-    const desktop::MediaFacts facts = media.facts(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO);
-    EXPECT_EQ(facts.error, "The file stopped the process that read it.");
-    EXPECT_TRUE(facts.unread) << "another try may succeed";
+    const desktop::MediaMetadata metadata = media.metadata(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO);
+    EXPECT_EQ(metadata.error, "The file stopped the process that read it.");
+    EXPECT_TRUE(metadata.unread) << "another try may succeed";
     EXPECT_EQ(durationOfTheCounter(media), 4);
 }
 
@@ -183,7 +185,7 @@ TEST(MediaWorkers, WorkerThatHangs_IsKilledAtTheDeadline)
 {
     StandIn hanging("[ -e $0.log ] && exec '" MEDIA_WORKER "'; echo $$ > $0.log; exec sleep 1000");
     MediaReading media({hanging.program(), std::chrono::seconds(2)});
-    EXPECT_EQ(media.facts(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).error, "The file took too long to read.");
+    EXPECT_EQ(media.metadata(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).error, "The file took too long to read.");
     EXPECT_EQ(kill(std::stoi(hanging.log()), 0), -1);
     EXPECT_EQ(durationOfTheCounter(media), 4);
 }
@@ -191,7 +193,7 @@ TEST(MediaWorkers, WorkerThatHangs_IsKilledAtTheDeadline)
 TEST(MediaWorkers, ProgramThatIsNotThere_IsNamedInTheError)
 {
     MediaReading media({"/nowhere/worker"});
-    EXPECT_EQ(media.facts(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).error,
+    EXPECT_EQ(media.metadata(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).error,
               "/nowhere/worker: No such file or directory");
 }
 
@@ -202,23 +204,23 @@ TEST(MediaWorkers, Stop_EndsWhatIsBeingReadAndEverythingLater)
     testsupport::Gathered<std::string> errors;
     std::vector<std::thread> readers;
     for (int i = 0; i < 4; ++i) { // two of them wait for a worker
-        readers.emplace_back([&] { errors.add(media.facts(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).error); });
+        readers.emplace_back([&] { errors.add(media.metadata(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).error); });
     }
     media.workers.stop();
     for (std::thread& reader : readers) {
         reader.join();
     }
     ASSERT_EQ(errors.sofar().size(), 4U);
-    EXPECT_EQ(media.facts(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).error, "No file is read any more.");
+    EXPECT_EQ(media.metadata(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).error, "No file is read any more.");
 }
 
 TEST(MediaWorkers, AbandonedThumbnail_ReturnsAtOnce)
 {
     StandIn hanging("exec sleep 1000");
     MediaReading media({hanging.program(), kLong});
-    std::thread abandoning([&media] { media.abandon.raise(); });
+    std::thread cancelling([&media] { media.cancelled.request_stop(); });
     EXPECT_EQ(media.thumbnail(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO).error, "The file is not wanted any more.");
-    abandoning.join();
+    cancelling.join();
 }
 
 TEST(MediaWorkers, TwoFilesAtATime_AreReadSideBySide)

@@ -1,0 +1,138 @@
+#include "desktop/browsing/ListingTask.h"
+
+#include <cerrno>
+#include <new>
+
+namespace desktop {
+
+namespace {
+
+constexpr std::chrono::seconds kEndTimeout(2);
+
+// With the outcome's mutex held. The first end counts.
+void finish(const ListingTask::OutcomePointer& outcome, int error, ListingPointer listing,
+            const ListingTask::Context& context)
+{
+    if (outcome->finished) {
+        return;
+    }
+    outcome->error = error;
+    if (!outcome->cancelled.stop_requested()) {
+        outcome->listing = error == 0 ? std::move(listing) : nullptr;
+        if (outcome->opened) {
+            context.done(outcome);
+        }
+    }
+    outcome->finished = true;
+}
+
+int openFolder(OpenedFolder& folder, ListingTask::Outcome& outcome)
+{
+    const int error = LocationOpener::open(folder);
+    const std::lock_guard<std::mutex> lock(outcome.mutex);
+    outcome.opened = error == 0 && !outcome.finished;
+    outcome.changed.notify_all();
+    return error;
+}
+
+int readOrFail(OpenedFolder folder, const ListingTask::Context& context, ListingTask::Outcome& outcome,
+               ListingPointer& listing)
+try {
+    const int error = openFolder(folder, outcome);
+    if (error != 0) {
+        return error;
+    }
+    listing = context.known(folder.stamp);
+    if (listing != nullptr) {
+        return 0;
+    }
+    listing = std::make_shared<Listing>();
+    return readListing(std::move(folder), context.catalog, outcome.stopping.get_token(), context.progress, *listing);
+} catch (const std::bad_alloc&) {
+    return ENOMEM;
+}
+
+void readOnThread(OpenedFolder folder, const ListingTask::Context& context, const ListingTask::OutcomePointer& outcome)
+{
+    ListingPointer listing;
+    const int error = readOrFail(std::move(folder), context, *outcome, listing);
+    const std::lock_guard<std::mutex> lock(outcome->mutex);
+    finish(outcome, error, std::move(listing), context);
+    outcome->threadEnded = true;
+    outcome->changed.notify_all();
+}
+
+} // namespace
+
+ListingTask::ListingTask(OpenedFolder folder, Context context)
+    : m_directory(folder.directory)
+    , m_volume(folder.location.volume)
+    , m_context(std::make_shared<const Context>(std::move(context)))
+    , m_outcome(std::make_shared<Outcome>())
+    , m_thread([folder = std::move(folder), context = m_context, outcome = m_outcome]() mutable {
+        readOnThread(std::move(folder), *context, outcome);
+    })
+{
+}
+
+ListingTask::~ListingTask()
+{
+    cancel();
+    bool ended = false;
+    {
+        std::unique_lock<std::mutex> lock(m_outcome->mutex);
+        ended = m_outcome->changed.wait_for(lock, kEndTimeout, [this] { return m_outcome->threadEnded; });
+    }
+    if (ended) {
+        m_thread.join();
+    } else {
+        m_thread.detach(); // it ends when the kernel lets go of it
+    }
+}
+
+void ListingTask::cancel()
+{
+    m_outcome->cancelled.request_stop();
+    m_outcome->stopping.request_stop();
+    const std::lock_guard<std::mutex> lock(m_outcome->mutex); // Context::done may be running
+    m_outcome->listing.reset();
+}
+
+void ListingTask::fail(int error)
+{
+    m_outcome->stopping.request_stop();
+    const std::lock_guard<std::mutex> lock(m_outcome->mutex);
+    finish(m_outcome, error, nullptr, *m_context);
+    m_outcome->changed.notify_all();
+}
+
+bool ListingTask::threadEnded() const
+{
+    const std::lock_guard<std::mutex> lock(m_outcome->mutex);
+    return m_outcome->threadEnded;
+}
+
+int ListingTask::waitUntilOpened(std::chrono::milliseconds time) const
+{
+    std::unique_lock<std::mutex> lock(m_outcome->mutex);
+    const bool answered =
+        m_outcome->changed.wait_for(lock, time, [this] { return m_outcome->opened || m_outcome->finished; });
+    if (!answered) {
+        return ETIMEDOUT;
+    }
+    return m_outcome->opened ? 0 : m_outcome->error;
+}
+
+bool ListingTask::waitFor(std::chrono::milliseconds time) const
+{
+    std::unique_lock<std::mutex> lock(m_outcome->mutex);
+    return m_outcome->changed.wait_for(lock, time, [this] { return m_outcome->finished; });
+}
+
+ListingPointer ListingTask::listing() const
+{
+    const std::lock_guard<std::mutex> lock(m_outcome->mutex);
+    return m_outcome->listing;
+}
+
+} // namespace desktop

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "desktop/browsing/ListingReader.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+namespace desktop {
+
+/// One folder being opened and listed on a thread of its own, so that a folder that does not answer holds up nothing but
+/// itself.
+class ListingTask {
+public:
+    /// What came of it. Owned by the reading thread too, which may outlive the ListingTask.
+    struct Outcome {
+        std::stop_source stopping;  ///< the reading thread is to end
+        std::stop_source cancelled; ///< the result is no longer wanted
+        std::mutex mutex;
+        std::condition_variable changed;
+        bool opened = false;      ///< there is such a folder
+        bool finished = false;    ///< nothing changes below any more
+        bool threadEnded = false; ///< later than finished when the read was broken off
+        int error = 0;
+        ListingPointer listing; ///< set when finished without error
+    };
+    using OutcomePointer = std::shared_ptr<Outcome>;
+
+    /// What a task works with. The reading thread may outlive the task, but never calls done then.
+    struct Context {
+        std::shared_ptr<MetadataCatalog> catalog; ///< may be null
+        ReadProgress progress;
+        /// The listing of the folder if it has been read already in the state @p stamp.
+        std::function<ListingPointer(const FolderStamp& stamp)> known;
+        /// Called at the end of a folder that could be opened, on the reading thread or that of fail(), the outcome's mutex
+        /// held; never once cancelled.
+        std::function<void(const OutcomePointer& outcome)> done;
+    };
+
+    ListingTask(OpenedFolder folder, Context context);
+    /// Cancels; waits for the thread, but not for long when the file system keeps it.
+    ~ListingTask();
+    ListingTask(const ListingTask&) = delete;
+    ListingTask& operator=(const ListingTask&) = delete;
+
+    const std::string& directory() const { return m_directory; }
+    const std::string& volume() const { return m_volume; }
+    /// Returns at once; when it has returned, Context::done is not called any more.
+    void cancel();
+    /// Ends the read at once with errno value @p error, whatever keeps its thread; nothing when it has ended. Safe on any
+    /// thread.
+    void fail(int error);
+    /// Waits until the folder has been opened, but no longer than @p time. Returns 0, or why it has not as an errno value.
+    int waitUntilOpened(std::chrono::milliseconds time) const;
+    /// Whether the read has ended, which it is given @p time for.
+    bool waitFor(std::chrono::milliseconds time) const;
+    bool finished() const { return waitFor(std::chrono::milliseconds(0)); }
+    /// Whether the object can go without waiting.
+    bool threadEnded() const;
+    /// The listing; null while it is being read, and when that failed or was cancelled.
+    ListingPointer listing() const;
+
+private:
+    std::string m_directory;
+    std::string m_volume;
+    std::shared_ptr<const Context> m_context;
+    OutcomePointer m_outcome;
+    std::thread m_thread;
+};
+
+} // namespace desktop

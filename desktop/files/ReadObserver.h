@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <shared_mutex>
+#include <string>
+
+namespace desktop {
+
+/// How a host follows what is read. Called on any thread; must not call back.
+struct ReadObserver {
+    /// How many entries of @p directory have been read so far.
+    std::function<void(const std::string& directory, std::size_t entries)> progress;
+    /// Why @p path cannot be read; called before the refusal or the empty listing that follows.
+    std::function<void(const std::string& path, const std::string& reason)> failed;
+};
+
+/// Passes reports on to a host's observer for as long as the host wants them: threads that a dead file system keeps may
+/// outlive the host. Safe on any thread.
+class ReadReporter {
+public:
+    explicit ReadReporter(ReadObserver observer = {});
+
+    /// @p entries of @p directory have been read so far.
+    void progress(const std::string& directory, std::size_t entries) const;
+    /// @p path cannot be read.
+    void failed(const std::string& path, const std::string& reason) const;
+    /// Nothing is passed on any more; waits for the calls that run.
+    void disconnect();
+
+private:
+    mutable std::shared_mutex m_mutex; ///< shared while the observer is called
+    ReadObserver m_observer;
+};
+
+} // namespace desktop

@@ -1,0 +1,270 @@
+#include "desktop/metadata/MetadataDatabase.h"
+
+#include "desktop/base/Log.h"
+#include "desktop/base/Sqlite.h"
+
+#include <filesystem>
+
+namespace desktop {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// A new layout of the tables gets a new name: it is only a cache.
+constexpr const char* kFileName = "media-index-1.sqlite";
+constexpr const char* kInMemory = ":memory:";
+
+constexpr const char* kSettings = "PRAGMA busy_timeout = 5000;"
+                                  "PRAGMA journal_mode = WAL;"
+                                  "PRAGMA synchronous = NORMAL;";
+
+constexpr const char* kTables =
+    "CREATE TABLE IF NOT EXISTS folders (id INTEGER PRIMARY KEY, volume TEXT NOT NULL, path BLOB NOT NULL,"
+    " UNIQUE (volume, path));"
+    "CREATE TABLE IF NOT EXISTS files (folder INTEGER NOT NULL, name BLOB NOT NULL, size INTEGER NOT NULL,"
+    " modified INTEGER NOT NULL, title TEXT NOT NULL, artist TEXT NOT NULL, album TEXT NOT NULL, genre TEXT NOT NULL,"
+    " year TEXT NOT NULL, taken TEXT NOT NULL, duration INTEGER NOT NULL, width INTEGER NOT NULL, height INTEGER NOT NULL,"
+    " rotation INTEGER NOT NULL, panorama INTEGER NOT NULL, error TEXT NOT NULL, PRIMARY KEY (folder, name)) WITHOUT ROWID;";
+
+// A folder and all below it: "0" is the character after "/".
+constexpr const char* kBelow = " FROM folders WHERE volume = ?1 AND (?2 = x'' OR path = ?2 OR"
+                               " (path > CAST(?2 || '/' AS BLOB) AND path < CAST(?2 || '0' AS BLOB)))";
+
+StoredFile fileOf(const SqliteStatement::Run& row)
+{
+    StoredFile file;
+    int column = 0;
+    file.name = row.bytes(column++);
+    file.stamp.size = static_cast<std::uint64_t>(row.integer(column++));
+    file.stamp.modified = row.integer(column++);
+    for (std::string* text : {&file.metadata.title, &file.metadata.artist, &file.metadata.album, &file.metadata.genre,
+                              &file.metadata.year, &file.metadata.taken}) {
+        *text = row.bytes(column++);
+    }
+    for (int* number : {&file.metadata.duration, &file.metadata.width, &file.metadata.height, &file.metadata.rotation}) {
+        *number = static_cast<int>(row.integer(column++));
+    }
+    file.metadata.panorama = row.integer(column++) != 0;
+    file.metadata.error = row.bytes(column++);
+    return file;
+}
+
+void bindFile(SqliteStatement::Run& run, const StoredFile& file)
+{
+    const MediaMetadata& metadata = file.metadata;
+    run.bindBytes(file.name).bind(static_cast<std::int64_t>(file.stamp.size)).bind(file.stamp.modified);
+    for (const std::string* text :
+         {&metadata.title, &metadata.artist, &metadata.album, &metadata.genre, &metadata.year, &metadata.taken}) {
+        run.bindText(*text);
+    }
+    for (const int number :
+         {metadata.duration, metadata.width, metadata.height, metadata.rotation, metadata.panorama ? 1 : 0}) {
+        run.bind(number);
+    }
+    run.bindText(metadata.error);
+}
+
+/// Undone unless it is committed.
+class Transaction {
+public:
+    explicit Transaction(SqliteDatabase& database)
+        : m_database(database)
+    {
+        m_database.execute("BEGIN IMMEDIATE");
+    }
+    ~Transaction()
+    {
+        if (!m_committed) {
+            sqlite3_exec(m_database.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+        }
+    }
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+
+    void commit()
+    {
+        m_database.execute("COMMIT");
+        m_committed = true;
+    }
+
+private:
+    SqliteDatabase& m_database;
+    bool m_committed = false;
+};
+
+// Empties a database that an older reading has filled.
+void bringUpToDate(SqliteDatabase& database)
+{
+    Transaction transaction(database);
+    SqliteStatement version(database, "PRAGMA user_version");
+    SqliteStatement::Run run(version);
+    if (run.step() && run.integer(0) == kReadingVersion) {
+        return;
+    }
+    database.execute("DELETE FROM files; DELETE FROM folders;");
+    database.execute(("PRAGMA user_version = " + std::to_string(kReadingVersion)).c_str());
+    transaction.commit();
+}
+
+SqliteDatabase openDatabase(const std::string& file)
+{
+    SqliteDatabase database(file);
+    database.execute(kSettings);
+    database.execute(kTables);
+    bringUpToDate(database);
+    return database;
+}
+
+} // namespace
+
+struct MetadataDatabase::Connection {
+    SqliteDatabase database;
+    SqliteStatement select{database,
+                           "SELECT name, size, modified, title, artist, album, genre, year, taken, duration, width,"
+                           " height, rotation, panorama, error FROM files WHERE folder ="
+                           " (SELECT id FROM folders WHERE volume = ?1 AND path = ?2)"};
+    SqliteStatement addFolder{database, "INSERT OR IGNORE INTO folders (volume, path) VALUES (?1, ?2)"};
+    SqliteStatement findFolder{database, "SELECT id FROM folders WHERE volume = ?1 AND path = ?2"};
+    SqliteStatement addFile{database, "INSERT OR REPLACE INTO files VALUES"
+                                      " (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15, ?16)"};
+    SqliteStatement dropFiles{database,
+                              (std::string("DELETE FROM files WHERE folder IN (SELECT id") + kBelow + ")").c_str()};
+    SqliteStatement dropFolders{database, (std::string("DELETE") + kBelow).c_str()};
+
+    explicit Connection(const std::string& file)
+        : database(openDatabase(file))
+    {
+    }
+
+    /// Runs @p statement on @p folder; the number in its first row, or 0.
+    static std::int64_t run(SqliteStatement& statement, const StoredFolder& folder)
+    {
+        SqliteStatement::Run run(statement);
+        return run.bindText(folder.volume).bindBytes(folder.path).step() ? run.integer(0) : 0;
+    }
+
+    void add(const StoredFolderFiles& known)
+    {
+        run(addFolder, known.folder);
+        const std::int64_t id = run(findFolder, known.folder);
+        for (const StoredFile& file : known.files) {
+            SqliteStatement::Run row(addFile);
+            row.bind(id);
+            bindFile(row, file);
+            row.step();
+        }
+    }
+};
+
+void KnownFiles::add(StoredFile file)
+{
+    std::string name = file.name;
+    m_files.insert_or_assign(std::move(name), std::move(file));
+}
+
+const MediaMetadata* KnownFiles::find(const std::string& name, const FileStamp& stamp) const
+{
+    const auto found = m_files.find(name);
+    return found != m_files.end() && found->second.stamp == stamp ? &found->second.metadata : nullptr;
+}
+
+MetadataDatabase::MetadataDatabase(const std::string& cacheFolder)
+{
+    std::error_code failed;
+    if (!cacheFolder.empty()) {
+        fs::create_directories(cacheFolder, failed); // when that fails, opening the file fails too
+        m_file = cacheFolder + "/" + kFileName;
+    }
+    guarded([] {});
+}
+
+MetadataDatabase::~MetadataDatabase() = default;
+
+KnownFiles MetadataDatabase::filesOf(const StoredFolder& folder)
+{
+    KnownFiles known;
+    guarded([&] {
+        SqliteStatement::Run run(m_connection->select);
+        run.bindText(folder.volume).bindBytes(folder.path);
+        while (run.step()) {
+            known.add(fileOf(run));
+        }
+    });
+    return known;
+}
+
+void MetadataDatabase::store(const std::vector<StoredFolderFiles>& folders)
+{
+    guarded([&] {
+        Transaction transaction(m_connection->database);
+        for (const StoredFolderFiles& folder : folders) {
+            m_connection->add(folder);
+        }
+        transaction.commit();
+    });
+}
+
+void MetadataDatabase::forgetBelow(const StoredFolder& folder)
+{
+    guarded([&] {
+        Transaction transaction(m_connection->database);
+        Connection::run(m_connection->dropFiles, folder);
+        Connection::run(m_connection->dropFolders, folder);
+        transaction.commit();
+    });
+}
+
+// Runs @p action on an open database; once more when the first one turns out to be damaged.
+template <typename Action>
+void MetadataDatabase::guarded(const Action& action)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        try {
+            open();
+            action();
+            return;
+        } catch (const SqliteError& error) {
+            if (!error.damaged()) {
+                logLine(LogLevel::Warning, std::string("the media index cannot be used: ") + error.what());
+                return;
+            }
+            setAside(error.what());
+        }
+    }
+}
+
+void MetadataDatabase::open()
+{
+    if (m_connection != nullptr) {
+        return;
+    }
+    if (!m_file.empty()) {
+        try {
+            m_connection = std::make_unique<Connection>(m_file);
+            return;
+        } catch (const SqliteError& error) {
+            if (error.damaged()) {
+                throw;
+            }
+            logLine(LogLevel::Warning, "the media index is kept in memory: " + m_file + ": " + error.what());
+            m_file.clear();
+        }
+    }
+    m_connection = std::make_unique<Connection>(kInMemory);
+}
+
+void MetadataDatabase::setAside(const std::string& reason)
+{
+    m_connection.reset();
+    const std::string aside = m_file + ".damaged";
+    logLine(LogLevel::Warning, "the media index is damaged (" + reason + "); it is set aside as " + aside);
+    std::error_code failed;
+    fs::rename(m_file, aside, failed);
+    for (const char* part : {"-wal", "-shm"}) {
+        fs::remove(m_file + part, failed);
+    }
+}
+
+} // namespace desktop

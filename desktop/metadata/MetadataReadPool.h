@@ -1,0 +1,56 @@
+#pragma once
+
+#include "desktop/metadata/MetadataCatalog.h"
+
+#include <condition_variable>
+#include <deque>
+#include <thread>
+
+namespace desktop {
+
+/// Reads the metadata of many media files, two at a time, and has the catalog remember them.
+class MetadataReadPool {
+public:
+    MetadataReadPool(std::shared_ptr<MetadataCatalog> catalog, std::stop_token cancelled);
+    ~MetadataReadPool() { finish(); }
+    MetadataReadPool(const MetadataReadPool&) = delete;
+    MetadataReadPool& operator=(const MetadataReadPool&) = delete;
+
+    /// Has regular file @p name, which has the metadata @p entry, of the open folder @p fd at @p folder read into @p
+    /// metadata, which must stay until finish(). Waits while many others are still to be read.
+    void add(const Location& folder, int fd, const std::string& name, const EntryStatus& entry, MediaMetadata& metadata);
+    /// Waits until all have been read; what is still to be read when cancelled is left out.
+    void finish();
+
+private:
+    /// One file to be read.
+    struct File {
+        Location folder;
+        std::string name; ///< bytes
+        EntryStatus entry;
+        UniqueFd fd;
+        MediaMetadata* metadata = nullptr;
+    };
+
+    using Files = std::vector<File>;
+    /// What has been read but not yet remembered.
+    struct Read {
+        std::vector<LocatedFiles> files;
+        std::size_t count = 0;
+    };
+
+    void readLoop();
+    Files takeSome();
+    void read(Files& files);
+    void keep(const Files& files, Read& known) const;
+
+    std::shared_ptr<MetadataCatalog> m_catalog;
+    std::stop_token m_cancelled;
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::deque<File> m_files;
+    bool m_finishing = false;
+    std::vector<std::thread> m_threads;
+};
+
+} // namespace desktop

@@ -1,0 +1,118 @@
+#include "desktop/worker/PhotoMetadata.h"
+
+#include "desktop/worker/MediaError.h"
+
+#include <exiv2/exiv2.hpp>
+
+#include <cstdio>
+#include <memory>
+#include <utility>
+
+namespace desktop {
+
+namespace {
+
+using ImagePointer = std::unique_ptr<Exiv2::Image>;
+
+ImagePointer openImage(const MappedFile& file)
+{
+    Exiv2::enableBMFF(true); // HEIC and its like are left out unless asked for
+    ImagePointer image(Exiv2::ImageFactory::open(file.data(), static_cast<long>(file.size())).release());
+    image->readMetadata();
+    return image;
+}
+
+std::string exifText(const Exiv2::ExifData& exif, const char* key)
+{
+    const auto found = exif.findKey(Exiv2::ExifKey(key));
+    return found != exif.end() ? found->toString() : "";
+}
+
+std::string xmpText(const Exiv2::XmpData& xmp, const char* key)
+{
+    const auto found = xmp.findKey(Exiv2::XmpKey(key));
+    return found != xmp.end() ? found->toString() : "";
+}
+
+/// @p date, "2024:05:01 12:00:02" or "2024-05-01T12:00:02" and the like, in our form; empty when it is no date.
+std::string uniformDate(const std::string& date)
+{
+    int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
+    const int read =
+        std::sscanf(date.c_str(), "%4d%*1[:-]%2d%*1[:-]%2d%*1[ T]%2d:%2d:%2d", &year, &month, &day, &hour, &minute, &second);
+    const bool isDate = read >= 3 && year > 0 && month >= 1 && month <= 12 && day >= 1 && day <= 31 && hour >= 0 &&
+                        hour < 24 && minute >= 0 && minute < 60 && second >= 0 && second <= 60;
+    char text[sizeof "YYYY-MM-DD hh:mm:ss"] = "";
+    if (isDate) {
+        std::snprintf(text, sizeof text, "%04u-%02u-%02u %02u:%02u:%02u", static_cast<unsigned int>(year) % 10000,
+                      static_cast<unsigned int>(month) % 100, static_cast<unsigned int>(day) % 100,
+                      static_cast<unsigned int>(hour) % 100, static_cast<unsigned int>(minute) % 100,
+                      static_cast<unsigned int>(second) % 100);
+    }
+    return text;
+}
+
+std::string dateTaken(const Exiv2::Image& image)
+{
+    for (const char* key : {"Exif.Photo.DateTimeOriginal", "Exif.Photo.DateTimeDigitized", "Exif.Image.DateTime"}) {
+        const std::string date = uniformDate(exifText(image.exifData(), key));
+        if (!date.empty()) {
+            return date;
+        }
+    }
+    for (const char* key : {"Xmp.exif.DateTimeOriginal", "Xmp.photoshop.DateCreated", "Xmp.xmp.CreateDate"}) {
+        const std::string date = uniformDate(xmpText(image.xmpData(), key));
+        if (!date.empty()) {
+            return date;
+        }
+    }
+    return "";
+}
+
+bool isPanorama(const Exiv2::Image& image)
+{
+    // The namespace is not one of the library's own.
+    Exiv2::XmpProperties::registerNs("http://ns.google.com/photos/1.0/panorama/", "GPano");
+    const std::string viewer = xmpText(image.xmpData(), "Xmp.GPano.UsePanoramaViewer");
+    if (!viewer.empty()) {
+        return viewer == "True" || viewer == "true";
+    }
+    return !xmpText(image.xmpData(), "Xmp.GPano.ProjectionType").empty();
+}
+
+Turn turnOf(const Exiv2::Image& image)
+{
+    constexpr Turn kTurns[] = {{false, 0}, {true, 0}, {false, 2}, {true, 2}, {true, 3}, {false, 1}, {true, 1}, {false, 3}};
+    const auto found = Exiv2::orientation(image.exifData());
+    const long orientation = found != image.exifData().end() && found->count() > 0 ? found->toLong() : 1;
+    return orientation >= 1 && orientation <= 8 ? kTurns[orientation - 1] : Turn();
+}
+
+} // namespace
+
+MediaMetadata readPhotoMetadata(const MappedFile& file)
+try {
+    const ImagePointer image = openImage(file);
+    const Turn turn = turnOf(*image);
+    MediaMetadata metadata;
+    metadata.taken = dateTaken(*image);
+    metadata.width = image->pixelWidth();
+    metadata.height = image->pixelHeight();
+    if (turn.swapsSides()) {
+        std::swap(metadata.width, metadata.height);
+    }
+    metadata.rotation = turn.degrees();
+    metadata.panorama = isPanorama(*image);
+    return metadata;
+} catch (const Exiv2::AnyError& error) {
+    throw MediaError(error.what());
+}
+
+Turn readPhotoTurn(const MappedFile& file)
+try {
+    return turnOf(*openImage(file));
+} catch (const Exiv2::AnyError&) {
+    return Turn();
+}
+
+} // namespace desktop
