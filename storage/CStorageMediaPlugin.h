@@ -25,6 +25,8 @@ namespace tvfirmware {
 /// A handler takes the request and the reply, runs on the host's command thread and returns whether the command succeeded.
 /// onRecvEvent and onUsbMountStatus run on the middleware's event thread. Nothing is locked: the request slots, the
 /// directory-change flag, the thumbnail total and the publish callback are shared between the two threads by design.
+///
+/// Members marked "no command" are reached by no command and no event: they are there for the host to call.
 class __attribute__((visibility("default"))) CStorageMediaPlugin {
 public:
     /// Sets the defaults, recreates the thumbnail directories and registers the listener.
@@ -39,6 +41,7 @@ public:
 
     // Devices
     bool isUsbDevicePlugIn(Json::Value* request, Json::Value* reply);
+    /// Whether a USB storage device is attached; no command.
     bool isUsbDevicePlugin();
     static void onUsbMountStatus(std::string& path, std::string& name, bool mounted, int devType);
     static void onUsbMountStatus(Json::Value& body, UsbDevStatus status);
@@ -57,13 +60,14 @@ public:
     bool chgdir(Json::Value* request, Json::Value* reply);
     bool setItemNumPerPage(Json::Value* request, Json::Value* reply);
     bool getOnePageFiles(Json::Value* request, Json::Value* reply);
-    /// Reads the paging keys of @p request into @p page; a null request or an unreadable key gives 0.
+    /// Reads the paging keys of @p request into @p page; a null request or an unreadable key gives 0. No command.
     void GetPageParams(Json::Value* request, PageData& page);
-    /// The part of @p path before its last "/", a trailing one not counted.
+    /// The part of @p path before its last "/", a trailing one not counted; no command.
     std::string GetParentPath(std::string path);
     bool searchFiles(Json::Value* request, Json::Value* reply);
+    /// Adds "outlineData", "pageNum" and "recordNum" to @p reply: how many pages the int list fills. No command.
     bool GetVideoList(Json::Value* request, Json::Value* reply);
-    /// Publishes the end of the file scan on the scan channel and disarms it; nothing when no scan is pending.
+    /// Publishes the end of the file scan on the scan channel and disarms it; nothing when no scan is pending. No command.
     void NotifyScanFinished(int count);
     bool getMediaFileInfo(Json::Value* request, Json::Value* reply);
     bool photosort(Json::Value* request, Json::Value* reply);
@@ -108,9 +112,11 @@ public:
     bool stopThumbnail(Json::Value* request, Json::Value* reply);
     /// Removes directory @p dir and creates it anew and empty; always 0.
     int thumbnailBUffDirInit(std::string dir);
-    /// Empties the tree under @p dir and leaves the process's working directory in it; -1 when @p dir cannot be opened.
+    /// Empties the tree under @p dir and leaves the process's working directory in it; -1 when @p dir cannot be opened. No
+    /// command.
     int emptyFilesUnderdir(std::string dir);
-    /// Publishes the result of the request in the thumbnail channel and disarms it; nothing when none is pending.
+    /// Publishes the result of the request in the thumbnail channel and disarms it; nothing when none is pending. No
+    /// command.
     void NotifyThumbnailInfo(bool success);
 
     // Events
