@@ -56,20 +56,22 @@ bool FolderListings::change(const std::string& directory, int itemsPerPage)
 {
     m_itemsPerPage = itemsPerPage;
     {
-        const std::lock_guard<std::mutex> lock(m_spellingMutex);
+        const LockGuard lock(m_spellingMutex);
         m_spelling = directory;
     }
     dropFinishedReads();
     retireChange(); // also when it has been read but not delivered: it has been overtaken
     const std::string folder = withoutTrailingSlash(directory);
+    ListingTask* change = nullptr;
     {
-        const std::lock_guard<std::mutex> lock(m_readsMutex);
-        m_change = makeTask(directory, [this, folder](const ListingTask::OutcomePointer& outcome) {
-            finishRead(folder, *outcome);
-            answer(outcome);
+        const LockGuard lock(m_readsMutex);
+        m_change = makeTask(directory, [this, folder](const ListingTask::Result& result) {
+            finishRead(folder, result);
+            answer(result);
         });
+        change = m_change.get();
     }
-    if (!waitUntilOpened(*m_change, directory)) {
+    if (!waitUntilOpened(*change, directory)) {
         retireChange();
         return false;
     }
@@ -78,6 +80,7 @@ bool FolderListings::change(const std::string& directory, int itemsPerPage)
 
 void FolderListings::cancel()
 {
+    const LockGuard lock(m_readsMutex);
     for (const auto& read : m_others) {
         read->cancel();
     }
@@ -88,7 +91,7 @@ void FolderListings::cancel()
 
 void FolderListings::volumeRemoved(const std::string& volume)
 {
-    const std::lock_guard<std::mutex> lock(m_readsMutex);
+    const LockGuard lock(m_readsMutex);
     const auto failIfThere = [&volume](const std::unique_ptr<ListingTask>& read) {
         if (read != nullptr && read->volume() == volume) {
             read->fail(ENODEV);
@@ -100,6 +103,7 @@ void FolderListings::volumeRemoved(const std::string& volume)
 
 ListingPointer FolderListings::current() const
 {
+    const LockGuard lock(m_readsMutex);
     return m_change != nullptr ? m_change->listing() : nullptr;
 }
 
@@ -154,14 +158,13 @@ std::string FolderListings::directoryOf(const std::string& path) const
         return "";
     }
     const std::string directory = path.substr(0, slash);
-    const std::lock_guard<std::mutex> lock(m_spellingMutex);
+    const LockGuard lock(m_spellingMutex);
     if (!m_spelling.empty() && withoutTrailingSlash(m_spelling) == withoutTrailingSlash(directory)) {
         return m_spelling;
     }
     return directory.empty() ? "/" : directory;
 }
 
-// With m_readsMutex held: its volume may go at any time.
 std::unique_ptr<ListingTask> FolderListings::makeTask(const std::string& directory, Done done)
 {
     OpenedFolder folder = m_opener.folderAt(directory);
@@ -181,6 +184,7 @@ std::unique_ptr<ListingTask> FolderListings::makeTask(const std::string& directo
 
 ListingTask* FolderListings::runningChange(const std::string& directory) const
 {
+    const LockGuard lock(m_readsMutex);
     const bool runs = m_change != nullptr && m_change->directory() == directory && !m_change->finished();
     return runs ? m_change.get() : nullptr;
 }
@@ -189,9 +193,9 @@ ListingTask* FolderListings::startPageRead(const std::string& directory)
 {
     dropFinishedReads();
     const std::string folder = withoutTrailingSlash(directory);
-    const std::lock_guard<std::mutex> lock(m_readsMutex);
+    const LockGuard lock(m_readsMutex);
     m_others.push_back(
-        makeTask(directory, [this, folder](const ListingTask::OutcomePointer& outcome) { finishRead(folder, *outcome); }));
+        makeTask(directory, [this, folder](const ListingTask::Result& result) { finishRead(folder, result); }));
     return m_others.back().get();
 }
 
@@ -208,34 +212,34 @@ bool FolderListings::waitUntilOpened(ListingTask& task, const std::string& direc
 
 void FolderListings::retireChange()
 {
+    const LockGuard lock(m_readsMutex);
     if (m_change != nullptr) {
         m_change->cancel();
-        const std::lock_guard<std::mutex> lock(m_readsMutex);
         m_others.push_back(std::move(m_change));
     }
 }
 
-void FolderListings::finishRead(const std::string& directory, const ListingTask::Outcome& outcome)
+void FolderListings::finishRead(const std::string& directory, const ListingTask::Result& result)
 {
-    if (outcome.listing != nullptr) {
-        m_cache->keep(outcome.listing);
+    if (result.listing != nullptr) {
+        m_cache->keep(result.listing);
     } else {
-        m_opener.report(directory, outcome.error);
+        m_opener.report(directory, result.error);
     }
 }
 
-// Whoever asked is answered, with an empty list if need be.
-void FolderListings::answer(const ListingTask::OutcomePointer& outcome)
+// Every change is answered, with an empty list if need be.
+void FolderListings::answer(const ListingTask::Result& result)
 {
-    const ListingPointer listing = outcome->listing != nullptr ? outcome->listing : std::make_shared<Listing>();
+    const ListingPointer listing = result.listing != nullptr ? result.listing : std::make_shared<Listing>();
     m_events.post(SOCMW_MM_EVENT_FB_CHANGE_DIR_COMPLETED, std::shared_ptr<void>(listing, &listing->entries),
-                  [outcome] { return !outcome->cancelled.stop_requested(); });
+                  [cancelled = result.cancelled] { return !cancelled.stop_requested(); });
 }
 
 void FolderListings::dropFinishedReads()
 {
     const auto ended = [](const std::unique_ptr<ListingTask>& read) { return read->threadEnded(); };
-    const std::lock_guard<std::mutex> lock(m_readsMutex);
+    const LockGuard lock(m_readsMutex);
     m_others.erase(std::remove_if(m_others.begin(), m_others.end(), ended), m_others.end());
 }
 

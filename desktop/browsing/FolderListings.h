@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/base/ThreadAnnotations.h"
 #include "desktop/browsing/ListingCache.h"
 #include "desktop/browsing/ListingTask.h"
 #include "desktop/jobs/EventQueue.h"
@@ -38,27 +39,28 @@ public:
     std::string directoryOf(const std::string& path) const;
 
 private:
-    using Done = std::function<void(const ListingTask::OutcomePointer& outcome)>;
+    using Done = std::function<void(const ListingTask::Result& result)>;
 
-    std::unique_ptr<ListingTask> makeTask(const std::string& directory, Done done);
+    std::unique_ptr<ListingTask> makeTask(const std::string& directory, Done done) REQUIRES(m_readsMutex);
     ListingTask* runningChange(const std::string& directory) const;
     ListingTask* startPageRead(const std::string& directory);
     bool waitUntilOpened(ListingTask& task, const std::string& directory) const;
     void retireChange();
-    void finishRead(const std::string& directory, const ListingTask::Outcome& outcome);
-    void answer(const ListingTask::OutcomePointer& outcome);
+    void finishRead(const std::string& directory, const ListingTask::Result& result);
+    void answer(const ListingTask::Result& result);
     void dropFinishedReads();
 
     LocationOpener m_opener;
     EventQueue& m_events;
     std::shared_ptr<MetadataCatalog> m_catalog;
     std::shared_ptr<ListingCache> m_cache = std::make_shared<ListingCache>(); ///< threads that are kept may still look at it
-    mutable std::mutex m_spellingMutex;
-    std::string m_spelling; ///< the latest change's directory, as it was asked for
+    mutable Mutex m_spellingMutex;
+    std::string m_spelling GUARDED_BY(m_spellingMutex); ///< the latest change's directory, as it was asked for
     int m_itemsPerPage = 9;
-    std::mutex m_readsMutex;               ///< for volumeRemoved(); only the command thread changes what it guards
-    std::unique_ptr<ListingTask> m_change; ///< the latest; null when it could not begin
-    std::vector<std::unique_ptr<ListingTask>> m_others; ///< reads for single pages, and overtaken changes that still end
+    mutable Mutex m_readsMutex; ///< only the command thread, which may keep pointers to the tasks, changes what it guards
+    std::unique_ptr<ListingTask> m_change GUARDED_BY(m_readsMutex); ///< the latest; null when it could not begin
+    std::vector<std::unique_ptr<ListingTask>>
+        m_others GUARDED_BY(m_readsMutex); ///< reads for single pages, and overtaken changes that still end
 };
 
 } // namespace desktop

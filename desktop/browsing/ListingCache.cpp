@@ -26,7 +26,7 @@ bool tooMuch(const std::vector<ListingPointer>& listings)
 
 void ListingCache::keep(ListingPointer listing)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     forget(listing->directory);
     m_listings.push_back(std::move(listing));
     while (tooMuch(m_listings)) {
@@ -36,7 +36,7 @@ void ListingCache::keep(ListingPointer listing)
 
 ListingPointer ListingCache::find(const std::string& directory, const FolderStamp& stamp)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     for (const ListingPointer& listing : m_listings) {
         if (listing->directory == directory && listing->stamp == stamp) {
             return listing;
@@ -47,14 +47,14 @@ ListingPointer ListingCache::find(const std::string& directory, const FolderStam
 
 void ListingCache::dropBelow(const std::string& folder)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     const auto below = [&folder](const ListingPointer& listing) { return liesIn(decodeName(listing->directory), folder); };
     m_listings.erase(std::remove_if(m_listings.begin(), m_listings.end(), below), m_listings.end());
 }
 
 void ListingCache::clear()
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     m_listings.clear();
 }
 

@@ -1,8 +1,7 @@
 #pragma once
 
+#include "desktop/base/ThreadAnnotations.h"
 #include "desktop/browsing/Listing.h"
-
-#include <mutex>
 
 namespace desktop {
 
@@ -18,10 +17,10 @@ public:
     void clear();
 
 private:
-    void forget(const std::string& directory);
+    void forget(const std::string& directory) REQUIRES(m_mutex);
 
-    std::mutex m_mutex;
-    std::vector<ListingPointer> m_listings; ///< newest last
+    Mutex m_mutex;
+    std::vector<ListingPointer> m_listings GUARDED_BY(m_mutex); ///< newest last
 };
 
 } // namespace desktop

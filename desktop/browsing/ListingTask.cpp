@@ -9,7 +9,10 @@ namespace {
 
 constexpr std::chrono::seconds kEndTimeout(2);
 
-// With the outcome's mutex held. The first end counts.
+// The first end counts.
+void finish(const ListingTask::OutcomePointer& outcome, int error, ListingPointer listing,
+            const ListingTask::Context& context) REQUIRES(outcome->mutex);
+
 void finish(const ListingTask::OutcomePointer& outcome, int error, ListingPointer listing,
             const ListingTask::Context& context)
 {
@@ -20,7 +23,7 @@ void finish(const ListingTask::OutcomePointer& outcome, int error, ListingPointe
     if (!outcome->cancelled.stop_requested()) {
         outcome->listing = error == 0 ? std::move(listing) : nullptr;
         if (outcome->opened) {
-            context.done(outcome);
+            context.done({outcome->listing, error, outcome->cancelled.get_token()});
         }
     }
     outcome->finished = true;
@@ -29,7 +32,7 @@ void finish(const ListingTask::OutcomePointer& outcome, int error, ListingPointe
 int openFolder(OpenedFolder& folder, ListingTask::Outcome& outcome)
 {
     const int error = LocationOpener::open(folder);
-    const std::lock_guard<std::mutex> lock(outcome.mutex);
+    const LockGuard lock(outcome.mutex);
     outcome.opened = error == 0 && !outcome.finished;
     outcome.changed.notify_all();
     return error;
@@ -56,7 +59,7 @@ void readOnThread(OpenedFolder folder, const ListingTask::Context& context, cons
 {
     ListingPointer listing;
     const int error = readOrFail(std::move(folder), context, *outcome, listing);
-    const std::lock_guard<std::mutex> lock(outcome->mutex);
+    const LockGuard lock(outcome->mutex);
     finish(outcome, error, std::move(listing), context);
     outcome->threadEnded = true;
     outcome->changed.notify_all();
@@ -80,8 +83,9 @@ ListingTask::~ListingTask()
     cancel();
     bool ended = false;
     {
-        std::unique_lock<std::mutex> lock(m_outcome->mutex);
-        ended = m_outcome->changed.wait_for(lock, kEndTimeout, [this] { return m_outcome->threadEnded; });
+        UniqueLock lock(m_outcome->mutex);
+        ended = m_outcome->changed.wait_for(lock.native(), kEndTimeout,
+                                            [this]() REQUIRES(m_outcome->mutex) { return m_outcome->threadEnded; });
     }
     if (ended) {
         m_thread.join();
@@ -94,29 +98,29 @@ void ListingTask::cancel()
 {
     m_outcome->cancelled.request_stop();
     m_outcome->stopping.request_stop();
-    const std::lock_guard<std::mutex> lock(m_outcome->mutex); // Context::done may be running
+    const LockGuard lock(m_outcome->mutex); // Context::done may be running
     m_outcome->listing.reset();
 }
 
 void ListingTask::fail(int error)
 {
     m_outcome->stopping.request_stop();
-    const std::lock_guard<std::mutex> lock(m_outcome->mutex);
+    const LockGuard lock(m_outcome->mutex);
     finish(m_outcome, error, nullptr, *m_context);
     m_outcome->changed.notify_all();
 }
 
 bool ListingTask::threadEnded() const
 {
-    const std::lock_guard<std::mutex> lock(m_outcome->mutex);
+    const LockGuard lock(m_outcome->mutex);
     return m_outcome->threadEnded;
 }
 
 int ListingTask::waitUntilOpened(std::chrono::milliseconds time) const
 {
-    std::unique_lock<std::mutex> lock(m_outcome->mutex);
-    const bool answered =
-        m_outcome->changed.wait_for(lock, time, [this] { return m_outcome->opened || m_outcome->finished; });
+    UniqueLock lock(m_outcome->mutex);
+    const bool answered = m_outcome->changed.wait_for(
+        lock.native(), time, [this]() REQUIRES(m_outcome->mutex) { return m_outcome->opened || m_outcome->finished; });
     if (!answered) {
         return ETIMEDOUT;
     }
@@ -125,13 +129,14 @@ int ListingTask::waitUntilOpened(std::chrono::milliseconds time) const
 
 bool ListingTask::waitFor(std::chrono::milliseconds time) const
 {
-    std::unique_lock<std::mutex> lock(m_outcome->mutex);
-    return m_outcome->changed.wait_for(lock, time, [this] { return m_outcome->finished; });
+    UniqueLock lock(m_outcome->mutex);
+    return m_outcome->changed.wait_for(lock.native(), time,
+                                       [this]() REQUIRES(m_outcome->mutex) { return m_outcome->finished; });
 }
 
 ListingPointer ListingTask::listing() const
 {
-    const std::lock_guard<std::mutex> lock(m_outcome->mutex);
+    const LockGuard lock(m_outcome->mutex);
     return m_outcome->listing;
 }
 

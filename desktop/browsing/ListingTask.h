@@ -1,10 +1,10 @@
 #pragma once
 
+#include "desktop/base/ThreadAnnotations.h"
 #include "desktop/browsing/ListingReader.h"
 
 #include <chrono>
 #include <condition_variable>
-#include <mutex>
 #include <thread>
 
 namespace desktop {
@@ -17,15 +17,22 @@ public:
     struct Outcome {
         std::stop_source stopping;  ///< the reading thread is to end
         std::stop_source cancelled; ///< the result is no longer wanted
-        std::mutex mutex;
+        Mutex mutex;
         std::condition_variable changed;
-        bool opened = false;      ///< there is such a folder
-        bool finished = false;    ///< nothing changes below any more
-        bool threadEnded = false; ///< later than finished when the read was broken off
-        int error = 0;
-        ListingPointer listing; ///< set when finished without error
+        bool opened GUARDED_BY(mutex) = false;      ///< there is such a folder
+        bool finished GUARDED_BY(mutex) = false;    ///< nothing changes below any more
+        bool threadEnded GUARDED_BY(mutex) = false; ///< later than finished when the read was broken off
+        int error GUARDED_BY(mutex) = 0;
+        ListingPointer listing GUARDED_BY(mutex); ///< set when finished without error
     };
     using OutcomePointer = std::shared_ptr<Outcome>;
+
+    /// How a read of a folder ended.
+    struct Result {
+        ListingPointer listing;    ///< null when it failed
+        int error = 0;             ///< why, as an errno value
+        std::stop_token cancelled; ///< has a stop requested once the listing is no longer wanted
+    };
 
     /// What a task works with. The reading thread may outlive the task, but never calls done then.
     struct Context {
@@ -33,9 +40,9 @@ public:
         ReadProgress progress;
         /// The listing of the folder if it has been read already in the state @p stamp.
         std::function<ListingPointer(const FolderStamp& stamp)> known;
-        /// Called at the end of a folder that could be opened, on the reading thread or that of fail(), the outcome's mutex
-        /// held; never once cancelled.
-        std::function<void(const OutcomePointer& outcome)> done;
+        /// Called at the end of a folder that could be opened, on the reading thread or that of fail(); never once
+        /// cancelled.
+        std::function<void(const Result& result)> done;
     };
 
     ListingTask(OpenedFolder folder, Context context);

@@ -86,13 +86,13 @@ PathResolver::PathResolver(const std::vector<std::string>& folders)
 
 void PathResolver::setVolumes(std::vector<PresentVolume> volumes) const
 {
-    const std::lock_guard<std::mutex> lock(m_shared->mutex);
+    const LockGuard lock(m_shared->mutex);
     m_shared->volumes = std::move(volumes);
 }
 
 std::vector<PresentVolume> PathResolver::volumes() const
 {
-    const std::lock_guard<std::mutex> lock(m_shared->mutex);
+    const LockGuard lock(m_shared->mutex);
     return m_shared->volumes;
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "desktop/base/ThreadAnnotations.h"
 #include "desktop/base/UniqueFd.h"
 
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -49,8 +49,8 @@ public:
 
 private:
     struct Shared {
-        std::mutex mutex;
-        std::vector<PresentVolume> volumes;
+        Mutex mutex;
+        std::vector<PresentVolume> volumes GUARDED_BY(mutex);
     };
 
     std::vector<PresentVolume> volumes() const;

@@ -161,7 +161,7 @@ bool Grouping::start(const std::string& directory, GroupFileType type)
             applyMetadata(entries);
             const auto groups = std::make_shared<const Groups>(std::move(entries), request->type);
             {
-                const std::lock_guard<std::mutex> lock(result->mutex);
+                const LockGuard lock(result->mutex);
                 result->groups = groups;
             }
             postKeys(answers, groups->keys());
@@ -197,7 +197,7 @@ std::optional<std::vector<FolderFileInfo_s>> Grouping::page(const std::string& k
 // All of the group, in the order that the latest list asked for.
 std::optional<std::vector<MediaEntry>> Grouping::group(const std::string& key) const
 {
-    const std::lock_guard<std::mutex> lock(m_result->mutex);
+    const LockGuard lock(m_result->mutex);
     const auto files = m_result->groups != nullptr ? m_result->groups->files(key, m_order) : std::nullopt;
     if (!files) {
         logLine(LogLevel::Warning, "there is no group " + key);

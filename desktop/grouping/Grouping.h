@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/base/ThreadAnnotations.h"
 #include "desktop/files/LocationOpener.h"
 #include "desktop/files/Pages.h"
 #include "desktop/grouping/Groups.h"
@@ -33,8 +34,8 @@ public:
 private:
     /// Where a grouping leaves what it has made.
     struct Result {
-        std::mutex mutex;
-        std::shared_ptr<const Groups> groups; ///< null until then
+        Mutex mutex;
+        std::shared_ptr<const Groups> groups GUARDED_BY(mutex); ///< null until then
     };
 
     std::optional<std::vector<MediaEntry>> group(const std::string& key) const;

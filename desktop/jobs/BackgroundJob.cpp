@@ -1,10 +1,10 @@
 #include "desktop/jobs/BackgroundJob.h"
 
 #include "desktop/base/Log.h"
+#include "desktop/base/ThreadAnnotations.h"
 
 #include <condition_variable>
 #include <exception>
-#include <mutex>
 
 namespace desktop {
 
@@ -16,9 +16,9 @@ constexpr std::chrono::seconds kTimeout(2);
 
 struct BackgroundJob::State {
     std::stop_source cancelled;
-    std::mutex mutex;
+    Mutex mutex;
     std::condition_variable changed;
-    bool finished = false;
+    bool finished GUARDED_BY(mutex) = false;
 
     void run(const Work& work)
     {
@@ -27,7 +27,7 @@ struct BackgroundJob::State {
         } catch (const std::exception& error) {
             logLine(LogLevel::Error, std::string("work in the background has failed: ") + error.what());
         }
-        const std::lock_guard<std::mutex> lock(mutex);
+        const LockGuard lock(mutex);
         finished = true;
         changed.notify_all();
     }
@@ -64,8 +64,8 @@ void BackgroundJob::detach()
 
 bool BackgroundJob::waitFor(std::chrono::milliseconds time) const
 {
-    std::unique_lock<std::mutex> lock(m_state->mutex);
-    return m_state->changed.wait_for(lock, time, [this] { return m_state->finished; });
+    UniqueLock lock(m_state->mutex);
+    return m_state->changed.wait_for(lock.native(), time, [this]() REQUIRES(m_state->mutex) { return m_state->finished; });
 }
 
 } // namespace desktop

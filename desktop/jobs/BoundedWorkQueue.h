@@ -1,9 +1,10 @@
 #pragma once
 
+#include "desktop/base/ThreadAnnotations.h"
+
 #include <condition_variable>
 #include <exception>
 #include <functional>
-#include <mutex>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -29,8 +30,8 @@ public:
     /// Waits while too many others wait.
     void put(Item item)
     {
-        std::unique_lock<std::mutex> lock(m_mutex);
-        m_changed.wait(lock, [this] { return m_items.size() < m_limit; });
+        UniqueLock lock(m_mutex);
+        m_changed.wait(lock.native(), [this]() REQUIRES(m_mutex) { return m_items.size() < m_limit; });
         m_items.push_back(std::move(item));
         if (m_items.size() == 1) {
             m_changed.notify_all();
@@ -50,7 +51,7 @@ private:
     void join()
     {
         {
-            const std::lock_guard<std::mutex> lock(m_mutex);
+            const LockGuard lock(m_mutex);
             m_finishing = true;
             m_changed.notify_all();
         }
@@ -69,8 +70,8 @@ private:
     // All at once: waking the other side for each would take longer than many an item does.
     std::vector<Item> takeAll()
     {
-        std::unique_lock<std::mutex> lock(m_mutex);
-        m_changed.wait(lock, [this] { return m_finishing || !m_items.empty(); });
+        UniqueLock lock(m_mutex);
+        m_changed.wait(lock.native(), [this]() REQUIRES(m_mutex) { return m_finishing || !m_items.empty(); });
         m_changed.notify_all();
         return std::exchange(m_items, {});
     }
@@ -87,10 +88,10 @@ private:
     const std::size_t m_limit;
     const std::function<void(Item&)> m_work;
     std::exception_ptr m_failure; ///< of the thread's, until it has ended
-    std::mutex m_mutex;
+    Mutex m_mutex;
     std::condition_variable m_changed;
-    std::vector<Item> m_items;
-    bool m_finishing = false;
+    std::vector<Item> m_items GUARDED_BY(m_mutex);
+    bool m_finishing GUARDED_BY(m_mutex) = false;
     std::thread m_thread; // last: it uses all the others
 };
 

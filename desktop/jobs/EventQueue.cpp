@@ -6,14 +6,14 @@ namespace desktop {
 
 void EventQueue::setListener(Listener listener)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     m_listener = listener;
 }
 
 void EventQueue::post(int id, std::shared_ptr<void> data, std::function<bool()> wanted)
 {
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const LockGuard lock(m_mutex);
         m_events.push_back({id, std::move(data), std::move(wanted)});
     }
     m_changed.notify_one();
@@ -28,7 +28,7 @@ void EventQueue::start()
 {
     if (!m_thread.joinable()) {
         {
-            const std::lock_guard<std::mutex> lock(m_mutex);
+            const LockGuard lock(m_mutex);
             m_stopping = false;
         }
         m_thread = std::thread(&EventQueue::run, this);
@@ -38,7 +38,7 @@ void EventQueue::start()
 void EventQueue::stop()
 {
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const LockGuard lock(m_mutex);
         m_stopping = true;
     }
     m_changed.notify_one();
@@ -51,15 +51,15 @@ void EventQueue::stop()
 // Their data is released by the caller without the lock: it may take locks of its own.
 std::deque<EventQueue::Event> EventQueue::takeAll()
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     return std::exchange(m_events, {});
 }
 
 void EventQueue::run()
 {
-    std::unique_lock<std::mutex> lock(m_mutex);
+    UniqueLock lock(m_mutex);
     while (true) {
-        m_changed.wait(lock, [this] { return m_stopping || !m_events.empty(); });
+        m_changed.wait(lock.native(), [this]() REQUIRES(m_mutex) { return m_stopping || !m_events.empty(); });
         if (m_events.empty()) {
             return;
         }

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "desktop/base/ThreadAnnotations.h"
+
 #include <condition_variable>
 #include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <thread>
 
 namespace desktop {
@@ -46,11 +47,11 @@ private:
     std::deque<Event> takeAll();
 
     std::recursive_mutex m_turn; ///< held while an event is delivered
-    std::mutex m_mutex;
+    Mutex m_mutex;
     std::condition_variable m_changed;
-    std::deque<Event> m_events;
-    Listener m_listener = nullptr;
-    bool m_stopping = false;
+    std::deque<Event> m_events GUARDED_BY(m_mutex);
+    Listener m_listener GUARDED_BY(m_mutex) = nullptr;
+    bool m_stopping GUARDED_BY(m_mutex) = false;
     std::thread m_thread;
 };
 

@@ -1,5 +1,7 @@
 #include "desktop/jobs/RequestAnswers.h"
 
+#include "desktop/base/ThreadAnnotations.h"
+
 #include <stop_token>
 
 namespace desktop {
@@ -14,29 +16,29 @@ class Backlog {
 public:
     void waitForRoom()
     {
-        std::unique_lock<std::mutex> lock(m_mutex);
-        m_changed.wait(lock, [this] { return m_count < kMaxPieces || m_open; });
+        UniqueLock lock(m_mutex);
+        m_changed.wait(lock.native(), [this]() REQUIRES(m_mutex) { return m_count < kMaxPieces || m_open; });
         ++m_count;
     }
     void leave()
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const LockGuard lock(m_mutex);
         --m_count;
         m_changed.notify_all();
     }
     /// Nobody waits from now on.
     void open()
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const LockGuard lock(m_mutex);
         m_open = true;
         m_changed.notify_all();
     }
 
 private:
-    std::mutex m_mutex;
+    Mutex m_mutex;
     std::condition_variable m_changed;
-    int m_count = 0;
-    bool m_open = false;
+    int m_count GUARDED_BY(m_mutex) = 0;
+    bool m_open GUARDED_BY(m_mutex) = false;
 };
 
 } // namespace
@@ -50,8 +52,8 @@ struct RequestAnswers::State {
     EventQueue& events;
     std::stop_source dropped;
     Backlog backlog;
-    std::mutex mutex;
-    bool ended = false;
+    Mutex mutex;
+    bool ended GUARDED_BY(mutex) = false;
 };
 
 RequestAnswers::RequestAnswers(EventQueue& events)
@@ -65,7 +67,7 @@ void RequestAnswers::piece(int event, std::shared_ptr<void> data)
     state->backlog.waitForRoom();
     void* const piece = data.get();
     const std::shared_ptr<void> counted(piece, [state, data = std::move(data)](void*) { state->backlog.leave(); });
-    const std::lock_guard<std::mutex> lock(state->mutex);
+    const LockGuard lock(state->mutex);
     if (!state->ended && !state->dropped.stop_requested()) {
         state->events.post(event, counted, [state] { return !state->dropped.stop_requested(); });
     }
@@ -75,7 +77,7 @@ void RequestAnswers::end(int event, std::shared_ptr<void> data)
 {
     const std::shared_ptr<State> state = m_state;
     state->backlog.open();
-    const std::lock_guard<std::mutex> lock(state->mutex);
+    const LockGuard lock(state->mutex);
     if (!state->ended && !state->dropped.stop_requested()) {
         state->ended = true;
         state->events.post(event, std::move(data), [state] { return !state->dropped.stop_requested(); });

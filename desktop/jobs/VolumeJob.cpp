@@ -13,7 +13,7 @@ void VolumeJob::start(const std::string& volume, Work work, OnRemoved onRemoved)
 {
     cancel();
     const auto ended = [](const std::unique_ptr<BackgroundJob>& job) { return job->waitFor(std::chrono::milliseconds(0)); };
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     m_jobs.erase(std::remove_if(m_jobs.begin(), m_jobs.end(), ended), m_jobs.end());
     m_volume = volume;
     m_onRemoved = std::move(onRemoved);
@@ -24,7 +24,7 @@ void VolumeJob::start(const std::string& volume, Work work, OnRemoved onRemoved)
 
 void VolumeJob::cancel()
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     if (m_answers != nullptr) {
         m_answers->drop();
         m_jobs.back()->cancel();
@@ -33,7 +33,7 @@ void VolumeJob::cancel()
 
 void VolumeJob::volumeRemoved(const std::string& volume)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     if (m_answers != nullptr && m_volume == volume) {
         m_onRemoved(*m_answers);
         m_jobs.back()->cancel();
@@ -43,7 +43,7 @@ void VolumeJob::volumeRemoved(const std::string& volume)
 void VolumeJob::stop()
 {
     cancel();
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     m_answers.reset();
     m_jobs.clear();
 }

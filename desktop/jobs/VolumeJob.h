@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/base/ThreadAnnotations.h"
 #include "desktop/jobs/BackgroundJob.h"
 #include "desktop/jobs/RequestAnswers.h"
 
@@ -30,11 +31,12 @@ public:
 
 private:
     EventQueue& m_events;
-    std::mutex m_mutex; ///< for volumeRemoved()
-    std::string m_volume;
-    OnRemoved m_onRemoved;
-    std::shared_ptr<RequestAnswers> m_answers;          ///< null before the first start
-    std::vector<std::unique_ptr<BackgroundJob>> m_jobs; ///< the latest last, and cancelled ones that still end
+    Mutex m_mutex; ///< for volumeRemoved()
+    std::string m_volume GUARDED_BY(m_mutex);
+    OnRemoved m_onRemoved GUARDED_BY(m_mutex);
+    std::shared_ptr<RequestAnswers> m_answers GUARDED_BY(m_mutex); ///< null before the first start
+    std::vector<std::unique_ptr<BackgroundJob>>
+        m_jobs GUARDED_BY(m_mutex); ///< the latest last, and cancelled ones that still end
 };
 
 } // namespace desktop

@@ -176,7 +176,7 @@ MetadataDatabase::MetadataDatabase(const std::string& cacheFolder)
         fs::create_directories(cacheFolder, failed); // when that fails, opening the file fails too
         m_file = cacheFolder + "/" + kFileName;
     }
-    guarded([] {});
+    guarded([](Connection&) {});
 }
 
 MetadataDatabase::~MetadataDatabase() = default;
@@ -184,8 +184,8 @@ MetadataDatabase::~MetadataDatabase() = default;
 KnownFiles MetadataDatabase::filesOf(const StoredFolder& folder)
 {
     KnownFiles known;
-    guarded([&] {
-        SqliteStatement::Run run(m_connection->select);
+    guarded([&](Connection& connection) {
+        SqliteStatement::Run run(connection.select);
         run.bindText(folder.volume).bindBytes(folder.path);
         while (run.step()) {
             known.add(fileOf(run));
@@ -196,10 +196,10 @@ KnownFiles MetadataDatabase::filesOf(const StoredFolder& folder)
 
 void MetadataDatabase::store(const std::vector<StoredFolderFiles>& folders)
 {
-    guarded([&] {
-        Transaction transaction(m_connection->database);
+    guarded([&](Connection& connection) {
+        Transaction transaction(connection.database);
         for (const StoredFolderFiles& folder : folders) {
-            m_connection->add(folder);
+            connection.add(folder);
         }
         transaction.commit();
     });
@@ -207,10 +207,10 @@ void MetadataDatabase::store(const std::vector<StoredFolderFiles>& folders)
 
 void MetadataDatabase::forgetBelow(const StoredFolder& folder)
 {
-    guarded([&] {
-        Transaction transaction(m_connection->database);
-        Connection::run(m_connection->dropFiles, folder);
-        Connection::run(m_connection->dropFolders, folder);
+    guarded([&](Connection& connection) {
+        Transaction transaction(connection.database);
+        Connection::run(connection.dropFiles, folder);
+        Connection::run(connection.dropFolders, folder);
         transaction.commit();
     });
 }
@@ -219,11 +219,11 @@ void MetadataDatabase::forgetBelow(const StoredFolder& folder)
 template <typename Action>
 void MetadataDatabase::guarded(const Action& action)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     for (int attempt = 0; attempt < 2; ++attempt) {
         try {
             open();
-            action();
+            action(*m_connection);
             return;
         } catch (const SqliteError& error) {
             if (!error.damaged()) {

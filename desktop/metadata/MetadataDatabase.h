@@ -1,10 +1,10 @@
 #pragma once
 
+#include "desktop/base/ThreadAnnotations.h"
 #include "desktop/workers/MediaMetadata.h"
 
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -67,14 +67,14 @@ public:
 private:
     struct Connection;
 
-    void open();
-    void setAside(const std::string& reason);
+    void open() REQUIRES(m_mutex);
+    void setAside(const std::string& reason) REQUIRES(m_mutex);
     template <typename Action>
     void guarded(const Action& action);
 
-    std::mutex m_mutex;
-    std::string m_file; ///< empty: in memory
-    std::unique_ptr<Connection> m_connection;
+    Mutex m_mutex;
+    std::string m_file GUARDED_BY(m_mutex); ///< empty: in memory
+    std::unique_ptr<Connection> m_connection GUARDED_BY(m_mutex);
 };
 
 } // namespace desktop

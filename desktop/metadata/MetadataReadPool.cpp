@@ -38,8 +38,8 @@ void MetadataReadPool::add(const Location& folder, int fd, const std::string& na
     }
     // The volume fetches it while others are being read.
     posix_fadvise(opened.get(), 0, kHead, POSIX_FADV_WILLNEED);
-    std::unique_lock<std::mutex> lock(m_mutex);
-    m_changed.wait(lock, [this] { return m_files.size() < kMaxWaiting; });
+    UniqueLock lock(m_mutex);
+    m_changed.wait(lock.native(), [this]() REQUIRES(m_mutex) { return m_files.size() < kMaxWaiting; });
     m_files.push_back({folder, name, entry, std::move(opened), &metadata});
     if (m_files.size() == 1) { // readers that are at work look for more by themselves
         m_changed.notify_all();
@@ -49,7 +49,7 @@ void MetadataReadPool::add(const Location& folder, int fd, const std::string& na
 void MetadataReadPool::finish()
 {
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const LockGuard lock(m_mutex);
         m_finishing = true;
         m_changed.notify_all();
     }
@@ -81,8 +81,8 @@ void MetadataReadPool::readLoop()
 // A batch; empty once there are no more.
 MetadataReadPool::Files MetadataReadPool::takeSome()
 {
-    std::unique_lock<std::mutex> lock(m_mutex);
-    m_changed.wait(lock, [this] { return m_finishing || !m_files.empty(); });
+    UniqueLock lock(m_mutex);
+    m_changed.wait(lock.native(), [this]() REQUIRES(m_mutex) { return m_finishing || !m_files.empty(); });
     const auto end = m_files.begin() + static_cast<std::ptrdiff_t>(std::min(m_files.size(), kBatch));
     Files files(std::make_move_iterator(m_files.begin()), std::make_move_iterator(end));
     m_files.erase(m_files.begin(), end);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/base/ThreadAnnotations.h"
 #include "desktop/metadata/MetadataCatalog.h"
 
 #include <condition_variable>
@@ -46,10 +47,10 @@ private:
 
     std::shared_ptr<MetadataCatalog> m_catalog;
     std::stop_token m_cancelled;
-    std::mutex m_mutex;
+    Mutex m_mutex;
     std::condition_variable m_changed;
-    std::deque<File> m_files;
-    bool m_finishing = false;
+    std::deque<File> m_files GUARDED_BY(m_mutex);
+    bool m_finishing GUARDED_BY(m_mutex) = false;
     std::vector<std::thread> m_threads;
 };
 

@@ -42,7 +42,7 @@ NewPicture PictureFolder::begin()
 {
     NewPicture picture;
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const LockGuard lock(m_mutex);
         picture.path = m_folder + "/" + std::to_string(m_count++) + ".jpg";
     }
     picture.fd = UniqueFd(open(picture.path.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0644));
@@ -54,7 +54,7 @@ NewPicture PictureFolder::begin()
 
 void PictureFolder::keep(const NewPicture& picture)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     m_files.push_back(picture.path);
 }
 
@@ -65,7 +65,7 @@ void PictureFolder::discard(const NewPicture& picture)
 
 void PictureFolder::trim()
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     while (m_files.size() > kMaxHandedOver) {
         unlink(m_files.front().c_str());
         m_files.pop_front();

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "desktop/base/ThreadAnnotations.h"
 #include "desktop/base/UniqueFd.h"
 
 #include <atomic>
 #include <cstdint>
 #include <deque>
-#include <mutex>
 #include <string>
 
 namespace desktop {
@@ -35,9 +35,9 @@ public:
 
 private:
     const std::string m_folder;
-    std::mutex m_mutex;
-    std::uint64_t m_count = 0;
-    std::deque<std::string> m_files; ///< oldest first
+    Mutex m_mutex;
+    std::uint64_t m_count GUARDED_BY(m_mutex) = 0;
+    std::deque<std::string> m_files GUARDED_BY(m_mutex); ///< oldest first
 };
 
 /// Keeps pictures from one run of the program to the next, by the content that they were made of. Safe on any thread.

@@ -1,6 +1,7 @@
 #include "desktop/thumbnails/ThumbnailRun.h"
 
 #include "desktop/base/Log.h"
+#include "desktop/base/ThreadAnnotations.h"
 #include "desktop/text/NameEncoding.h"
 
 #include "platform/SocMwEvents.h"
@@ -53,16 +54,16 @@ struct ThumbnailRun::State : std::enable_shared_from_this<State> {
     EventQueue& events;
     std::stop_source making;    ///< stopped when no more pictures are needed
     std::stop_source cancelled; ///< stopped when no more events are wanted
-    std::mutex mutex;
-    std::vector<Entry> entries;
-    std::size_t begun = 0;  ///< entries that a thread has taken
-    std::size_t posted = 0; ///< entries whose events are on their way
+    Mutex mutex;
+    std::vector<Entry> entries GUARDED_BY(mutex);
+    std::size_t begun GUARDED_BY(mutex) = 0;  ///< entries that a thread has taken
+    std::size_t posted GUARDED_BY(mutex) = 0; ///< entries whose events are on their way
 
     void work();
     bool take(std::size_t& index);
     std::string make(const std::string& path);
     void finish(std::size_t index, std::string picture);
-    void postFinished();
+    void postFinished() REQUIRES(mutex);
     void volumeRemoved(const std::string& volume);
 };
 
@@ -76,7 +77,7 @@ void ThumbnailRun::State::work()
 
 bool ThumbnailRun::State::take(std::size_t& index)
 {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const LockGuard lock(mutex);
     while (begun < entries.size() && entries[begun].finished) {
         ++begun;
     }
@@ -96,7 +97,7 @@ std::string ThumbnailRun::State::make(const std::string& path)
 
 void ThumbnailRun::State::finish(std::size_t index, std::string picture)
 {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const LockGuard lock(mutex);
     if (!entries[index].finished) { // its volume may have been removed meanwhile
         entries[index] = {true, std::move(picture)};
         postFinished();
@@ -115,7 +116,7 @@ void ThumbnailRun::State::postFinished()
 
 void ThumbnailRun::State::volumeRemoved(const std::string& volume)
 {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const LockGuard lock(mutex);
     for (std::size_t i = posted; i < entries.size(); ++i) {
         if (request.paths[i].empty() || liesIn(decodeName(request.paths[i]), volume)) {
             entries[i].finished = true;

@@ -66,7 +66,7 @@ bool Thumbnails::start(unsigned int width, unsigned int height, FileType type)
     const auto& folder = m_listIsRange ? m_rangeFolder : m_singleFolder;
     folder->trim();
     auto run = std::make_unique<ThumbnailRun>(std::move(request), m_maker, folder, m_events);
-    const std::lock_guard<std::mutex> lock(m_runMutex);
+    const LockGuard lock(m_runMutex);
     m_run = std::move(run);
     return true;
 }
@@ -85,7 +85,7 @@ void Thumbnails::close()
 
 void Thumbnails::volumeRemoved(const std::string& volume)
 {
-    const std::lock_guard<std::mutex> lock(m_runMutex);
+    const LockGuard lock(m_runMutex);
     if (m_run != nullptr) {
         m_run->volumeRemoved(volume);
     }
@@ -97,7 +97,7 @@ void Thumbnails::endRun()
                   m_ended.end());
     std::unique_ptr<ThumbnailRun> run;
     {
-        const std::lock_guard<std::mutex> lock(m_runMutex);
+        const LockGuard lock(m_runMutex);
         run = std::move(m_run);
     }
     if (run != nullptr) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/base/ThreadAnnotations.h"
 #include "desktop/files/Pages.h"
 #include "desktop/thumbnails/ThumbnailRun.h"
 
@@ -41,9 +42,9 @@ private:
     const std::shared_ptr<PictureFolder> m_singleFolder;
     std::vector<std::string> m_list;
     bool m_listIsRange = false;
-    std::mutex m_runMutex;               ///< for volumeRemoved(); only the command thread changes what it guards
-    std::unique_ptr<ThumbnailRun> m_run; ///< the latest
-    std::vector<std::unique_ptr<ThumbnailRun>> m_ended; ///< cancelled ones whose threads still end
+    Mutex m_runMutex; ///< for volumeRemoved(); only the command thread changes what it guards
+    std::unique_ptr<ThumbnailRun> m_run GUARDED_BY(m_runMutex); ///< the latest
+    std::vector<std::unique_ptr<ThumbnailRun>> m_ended;         ///< cancelled ones whose threads still end
 };
 
 } // namespace desktop

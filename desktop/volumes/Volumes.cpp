@@ -74,7 +74,7 @@ Volumes::~Volumes()
 
 Json::Value Volumes::deviceList() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     Json::Value list(Json::arrayValue);
     for (const Volume& volume : m_volumes) {
         Json::Value device;
@@ -127,13 +127,14 @@ void Volumes::refresh()
             return volume.folder == wanted.folder && volume.identity == wanted.identity;
         });
     };
-    for (const Volume& volume : std::vector<Volume>(m_volumes)) {
+    for (const Volume& volume : present()) {
         if (!isIn(found, volume)) {
             remove(volume);
         }
     }
+    const std::vector<Volume> known = present();
     for (Volume& volume : found) {
-        if (!isIn(m_volumes, volume)) {
+        if (!isIn(known, volume)) {
             describe(volume, mounts);
             add(std::move(volume));
         }
@@ -204,7 +205,7 @@ void Volumes::describe(Volume& volume, const std::vector<Mount>& mounts)
 void Volumes::remove(const Volume& volume)
 {
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const LockGuard lock(m_mutex);
         m_volumes.erase(std::find_if(m_volumes.begin(), m_volumes.end(),
                                      [&volume](const Volume& known) { return known.folder == volume.folder; }));
     }
@@ -222,7 +223,7 @@ void Volumes::remove(const Volume& volume)
 void Volumes::add(Volume volume)
 {
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const LockGuard lock(m_mutex);
         m_volumes.push_back(std::move(volume));
     }
     updateResolver();
@@ -231,13 +232,19 @@ void Volumes::add(Volume volume)
     announceList();
 }
 
+std::vector<Volumes::Volume> Volumes::present() const
+{
+    const LockGuard lock(m_mutex);
+    return m_volumes;
+}
+
 void Volumes::updateResolver() const
 {
-    std::vector<PresentVolume> present;
-    for (const Volume& volume : m_volumes) {
-        present.push_back({volume.folder, volume.id});
+    std::vector<PresentVolume> volumes;
+    for (const Volume& volume : present()) {
+        volumes.push_back({volume.folder, volume.id});
     }
-    m_resolver.setVolumes(std::move(present));
+    m_resolver.setVolumes(std::move(volumes));
 }
 
 void Volumes::announceList()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/base/ThreadAnnotations.h"
 #include "desktop/base/Wakeup.h"
 #include "desktop/files/PathResolver.h"
 #include "desktop/jobs/EventQueue.h"
@@ -10,7 +11,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <mutex>
 #include <set>
 #include <string>
 #include <thread>
@@ -71,6 +71,7 @@ private:
     void addMounted(const std::vector<Mount>& mounts, std::vector<Volume>& found) const;
     void remove(const Volume& volume);
     void add(Volume volume);
+    std::vector<Volume> present() const;
     void updateResolver() const;
     void announceList();
 
@@ -81,8 +82,9 @@ private:
     FolderWatch m_folderWatch;
     MountMonitor m_mountMonitor;
     std::set<std::string> m_mountPoints; ///< the given folders that something has been mounted on
-    mutable std::mutex m_mutex;
-    std::vector<Volume> m_volumes; ///< those that are there, in the order they came; changed by one thread only
+    mutable Mutex m_mutex;
+    std::vector<Volume>
+        m_volumes GUARDED_BY(m_mutex); ///< those that are there, in the order they came; changed by one thread only
     Wakeup m_stop;
     std::thread m_thread;
 };

@@ -18,13 +18,21 @@ extern "C" {
 #include <memory>
 #include <thread>
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define SANITIZER_WITH_SHADOW
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define SANITIZER_WITH_SHADOW
+#endif
+#endif
+
 namespace desktop {
 
 namespace {
 
 // The libraries alone take 200 MiB of address space; what is left decodes 24 million points or a frame of 8K video, refuses
 // what only claims to be huge, and two workers at their limit still leave a small computer its memory.
-constexpr rlim_t kMemory = 512UL << 20;      // bytes of address space
+[[maybe_unused]] constexpr rlim_t kMemory = 512UL << 20; // bytes of address space
 constexpr std::size_t kOnePiece = 300 << 20; // bytes that a decoder may ask for at once, also where no such limit can be set
 constexpr rlim_t kPictureFile = 16UL << 20;  // bytes
 constexpr rlim_t kProcessorTime = 6;         // seconds: more than the other side waits
@@ -38,8 +46,8 @@ bool limit(__rlimit_resource resource, rlim_t value)
 bool limitResources()
 {
     av_max_alloc(kOnePiece);
-    mallopt(M_ARENA_MAX, 1); // each further thread would reserve 64 MiB of addresses
-#ifndef __SANITIZE_ADDRESS__ // the sanitizer's own shadow is larger than any limit
+    mallopt(M_ARENA_MAX, 1);  // each further thread would reserve 64 MiB of addresses
+#ifndef SANITIZER_WITH_SHADOW // which is larger than any limit
     if (!limit(RLIMIT_AS, kMemory)) {
         return false;
     }

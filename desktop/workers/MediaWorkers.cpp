@@ -83,12 +83,13 @@ std::string MediaWorkers::makeThumbnail(int fd, FileType type, int width, int he
 
 void MediaWorkers::stop()
 {
-    std::unique_lock<std::mutex> lock(m_mutex);
+    UniqueLock lock(m_mutex);
     m_stopped = true;
     m_stop.raise();
     m_slotReleased.notify_all();
-    m_slotReleased.wait(
-        lock, [this] { return std::none_of(m_slots.begin(), m_slots.end(), [](const Slot& slot) { return slot.taken; }); });
+    m_slotReleased.wait(lock.native(), [this] {
+        return std::none_of(m_slots.begin(), m_slots.end(), [](const Slot& slot) { return slot.taken; });
+    });
     for (Slot& slot : m_slots) {
         slot.worker.reset();
     }
@@ -135,9 +136,11 @@ Json::Value MediaWorkers::ask(const Json::Value& request, std::initializer_list<
 
 MediaWorkers::SlotPointer MediaWorkers::acquireSlot()
 {
-    std::unique_lock<std::mutex> lock(m_mutex);
-    const unsigned int turn = m_ticketsIssued++;
-    m_slotReleased.wait(lock, [this, turn] { return m_stopped || (turn == m_ticketsServed && freeSlot() != nullptr); });
+    UniqueLock lock(m_mutex);
+    const unsigned int ticket = m_ticketsIssued++;
+    m_slotReleased.wait(lock.native(), [this, ticket]() REQUIRES(m_mutex) {
+        return m_stopped || (ticket == m_ticketsServed && freeSlot() != nullptr);
+    });
     if (m_stopped) {
         return nullptr;
     }
@@ -162,13 +165,13 @@ MediaWorkers::Slot* MediaWorkers::freeSlot()
 
 bool MediaWorkers::othersWait()
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     return m_ticketsIssued != m_ticketsServed;
 }
 
 void MediaWorkers::releaseSlot(Slot& slot)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     slot.taken = false;
     m_slotReleased.notify_all();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/base/ThreadAnnotations.h"
 #include "desktop/base/Wakeup.h"
 #include "desktop/workers/MediaMetadata.h"
 #include "desktop/workers/WorkerProcess.h"
@@ -11,7 +12,6 @@
 #include <condition_variable>
 #include <initializer_list>
 #include <memory>
-#include <mutex>
 
 namespace desktop {
 
@@ -57,7 +57,7 @@ private:
     void readSome(Slot& slot, const std::vector<OpenMedia>& files, const std::stop_token& cancelled,
                   std::vector<MediaMetadata>& metadata);
     SlotPointer acquireSlot();
-    Slot* freeSlot();
+    Slot* freeSlot() REQUIRES(m_mutex);
     void releaseSlot(Slot& slot);
     bool othersWait();
     bool sendFile(Worker& worker, const OpenMedia& file, bool first) const;
@@ -65,11 +65,12 @@ private:
     Json::Value waitForAnswer(Worker& worker, const Wakeup* cancelled) const;
 
     const MediaWorkerSettings m_settings;
-    std::mutex m_mutex;
+    Mutex m_mutex;
     std::condition_variable m_slotReleased;
-    bool m_stopped = false;
-    unsigned int m_ticketsIssued = 0; ///< callers that have asked for a slot; they are served in their order
-    unsigned int m_ticketsServed = 0; ///< how many of them have had one
+    bool m_stopped GUARDED_BY(m_mutex) = false;
+    unsigned int
+        m_ticketsIssued GUARDED_BY(m_mutex) = 0; ///< callers that have asked for a slot; they are served in their order
+    unsigned int m_ticketsServed GUARDED_BY(m_mutex) = 0; ///< how many of them have had one
     Wakeup m_stop;
     std::array<Slot, kWorkerCount> m_slots;
 };

@@ -59,7 +59,7 @@ protected:
 
     testsupport::TemporaryDirectory folder;
     const LocationOpener opener{PathResolver({folder.path()}), std::make_shared<ReadReporter>()};
-    const std::stop_token goOn;
+    const std::stop_token goOn{};
 };
 
 std::vector<std::string> namesOf(const Listing& listing)
@@ -224,7 +224,7 @@ protected:
             goOnReading.wait();
         };
         context.known = [this](const FolderStamp&) { return known; };
-        context.done = [this](const ListingTask::OutcomePointer&) { ++done; };
+        context.done = [this](const ListingTask::Result&) { ++done; };
     }
 
     testsupport::Door reading;
