@@ -41,7 +41,7 @@ protected:
         folder.makeFile("a/one.jpg");
         folder.makeDirectory("b");
         folder.makeFile("b/two.jpg");
-        folder.makeDirectory("big"); // big enough to tell of progress
+        folder.makeDirectory("big"); // big enough to report progress
         testsupport::makeManyFiles(folder.path("big"), 600);
     }
     ~FolderListingsTest() override { events.stop(); }

@@ -160,7 +160,7 @@ TEST_F(GroupingTest, NewGrouping_DropsTheGroupsBefore)
     EXPECT_FALSE(grouping.list("Beta", 9, GroupOrder::AsWalked));
 }
 
-/// A grouping whose reader waits at a door, which it tells that it has reached.
+/// A grouping whose reader opens one door and waits at another.
 class StuckGroupingTest : public testing::Test {
 protected:
     StuckGroupingTest()

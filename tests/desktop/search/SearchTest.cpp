@@ -31,7 +31,7 @@ protected:
         stick.events.setListener([](int event, void* data) { s_received->add({event, *static_cast<Json::Value*>(data)}); });
     }
 
-    /// What the search of @p directory tells, its end last.
+    /// The events of the search of @p directory, its end last.
     std::vector<Received> find(const std::string& directory, FileType type = FILE_TYPE_VIDEO, int itemsPerPage = 9)
     {
         EXPECT_TRUE(search.start(directory, type, itemsPerPage));

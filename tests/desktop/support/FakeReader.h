@@ -9,13 +9,13 @@
 
 namespace testsupport {
 
-/// Tells of every file what a test wants, and counts what it is asked to read.
+/// Answers for every file what a test wants, and counts what it is asked to read.
 class FakeReader : public desktop::MediaReader {
 public:
-    using Tell = std::function<desktop::MediaMetadata(const std::string& content, FileType type)>;
+    using Read = std::function<desktop::MediaMetadata(const std::string& content, FileType type)>;
 
-    explicit FakeReader(Tell tell)
-        : m_tell(std::move(tell))
+    explicit FakeReader(Read reader)
+        : m_read(std::move(reader))
     {
     }
 
@@ -27,7 +27,7 @@ public:
             const std::lock_guard<std::mutex> lock(m_mutex);
             ++m_reads;
         }
-        return m_tell(std::string(bytes, got > 0 ? static_cast<std::size_t>(got) : 0), type);
+        return m_read(std::string(bytes, got > 0 ? static_cast<std::size_t>(got) : 0), type);
     }
 
     std::vector<desktop::MediaMetadata> readAll(const std::vector<desktop::OpenMedia>& files,
@@ -47,7 +47,7 @@ public:
     }
 
 private:
-    Tell m_tell;
+    Read m_read;
     mutable std::mutex m_mutex;
     int m_reads = 0;
 };
