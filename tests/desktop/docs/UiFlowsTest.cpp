@@ -89,10 +89,15 @@ bool isSameLine(const Json::Value& come, const Json::Value& shown)
            come["body"]["reqId"] == shown["body"]["reqId"];
 }
 
+/// A copy of the demo stick as folder @p folder; its path.
+std::string copyOfDemoStick(const std::string& folder)
+{
+    fs::copy(testsupport::demoFile(""), folder, fs::copy_options::recursive);
+    return folder;
+}
+
 class UiFlow : public testing::TestWithParam<Example> {
 protected:
-    UiFlow() { fs::copy(testsupport::demoFile(""), stick, fs::copy_options::recursive); }
-
     void TearDown() override
     {
         EXPECT_EQ(shell.program.wait(), 0);
@@ -112,7 +117,7 @@ protected:
     }
 
     testsupport::TemporaryDirectory parent;
-    const std::string stick = parent.path("stick");
+    const std::string stick = copyOfDemoStick(parent.path("stick")); // there before the shell starts
 
 private:
     void expectLine(const std::string& text)
