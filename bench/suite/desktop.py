@@ -20,8 +20,8 @@ SUBJECT = "the desktop"
 GROUP_BY_ARTIST = 3
 BOUND = 320  # pixels that a thumbnail must fit into
 
-# The facts that the listing of a folder shows of each entry.
-FIND_FACTS = r"%y\t%s\t%C+\t%p\t%f\n"
+# What the listing of a folder shows of each entry.
+FIND_FORMAT = r"%y\t%s\t%C+\t%p\t%f\n"
 
 
 class Desktop:
@@ -49,10 +49,10 @@ def measure(build):
 
 def compare_folder(desktop):
     browse = desktop.command("folder", "browse", "--page-size", "9", "--page", "1")
-    find = ["find", desktop.folders["folder"], "-maxdepth", "1", "-printf", FIND_FACTS]
+    find = ["find", desktop.folders["folder"], "-maxdepth", "1", "-printf", FIND_FORMAT]
     ours, floor = interleaved(15, lambda: run(browse), lambda: run(find))
     return Row(f"change to a folder of {material.FOLDER_FILES:,} files", ours, floor,
-               "`find -maxdepth 1 -printf` of the same facts", 1.5)
+               "`find -maxdepth 1 -printf` with the same output", 1.5)
 
 
 def compare_search(desktop):

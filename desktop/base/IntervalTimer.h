@@ -4,7 +4,7 @@
 
 namespace desktop {
 
-/// Tells when something that is done every so often is due again.
+/// Says when something that is done every so often is due again.
 class IntervalTimer {
 public:
     explicit IntervalTimer(std::chrono::milliseconds interval)

@@ -24,7 +24,7 @@ struct DesktopSettings {
     /// Folder that keeps what has been read, for the next time; empty: nothing is kept.
     std::string cacheFolder;
     ReadObserver observer;
-    /// Told whenever the screen has been switched, on the thread that did. May be null.
+    /// Called whenever the screen has been switched, on the thread that did. May be null.
     std::function<void(bool off)> screenSwitched;
 };
 

@@ -16,7 +16,7 @@ Output::Output(UniqueFd fd, const Interrupts& interrupts)
 
 bool Output::write(std::string_view text)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     while (m_good && !text.empty()) {
         m_good = writeSome(text);
     }
@@ -25,7 +25,7 @@ bool Output::write(std::string_view text)
 
 bool Output::good() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     return m_good;
 }
 

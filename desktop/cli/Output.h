@@ -2,7 +2,8 @@
 
 #include "desktop/cli/Interrupts.h"
 
-#include <mutex>
+#include "desktop/base/ThreadAnnotations.h"
+
 #include <string_view>
 
 namespace desktop {
@@ -25,8 +26,8 @@ private:
 
     UniqueFd m_fd;
     const Interrupts& m_interrupts;
-    mutable std::mutex m_mutex;
-    bool m_good = true;
+    mutable Mutex m_mutex;
+    bool m_good GUARDED_BY(m_mutex) = true;
 };
 
 } // namespace desktop

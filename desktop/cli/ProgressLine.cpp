@@ -31,14 +31,14 @@ void ProgressLine::show(const std::string& text)
     if (!m_terminal) {
         return;
     }
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     std::fprintf(stderr, "\r\x1b[K%s", truncated(text, terminalColumns() - 1).c_str());
     m_shown = true;
 }
 
 void ProgressLine::clear()
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     if (m_shown) {
         std::fputs("\r\x1b[K", stderr);
         m_shown = false;

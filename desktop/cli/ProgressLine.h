@@ -1,7 +1,8 @@
 #pragma once
 
+#include "desktop/base/ThreadAnnotations.h"
+
 #include <cstddef>
-#include <mutex>
 #include <string>
 
 namespace desktop {
@@ -19,8 +20,8 @@ public:
 
 private:
     const bool m_terminal;
-    std::mutex m_mutex;
-    bool m_shown = false;
+    Mutex m_mutex;
+    bool m_shown GUARDED_BY(m_mutex) = false;
 };
 
 /// A bar for @p done of @p total: "[######              ] 30 of 100".

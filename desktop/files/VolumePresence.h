@@ -6,7 +6,7 @@
 
 namespace desktop {
 
-/// Tells whether a volume is still the one it was: descriptors outlive a volume that has been removed.
+/// Says whether a volume is still the one it was: descriptors outlive a volume that has been removed.
 class VolumePresence {
 public:
     explicit VolumePresence(std::string volume)

@@ -22,7 +22,7 @@ std::future<CommandReply> CommandQueue::add(std::string name, Json::Value reques
     QueuedCommand command = {std::move(name), std::move(request), {}};
     std::future<CommandReply> reply = command.reply.get_future();
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const LockGuard lock(m_mutex);
         if (!m_closed) {
             m_commands.push_back(std::move(command));
             m_changed.notify_one();
@@ -37,7 +37,7 @@ void CommandQueue::close()
 {
     std::deque<QueuedCommand> refused;
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const LockGuard lock(m_mutex);
         m_closed = true;
         refused.swap(m_commands);
         m_changed.notify_one();
@@ -52,11 +52,11 @@ void CommandQueue::close()
 
 void CommandQueue::runCommands()
 {
-    std::unique_lock<std::mutex> lock(m_mutex);
-    while (true) {
-        m_changed.wait(lock, [this] { return m_closed || !m_commands.empty(); });
-        if (m_closed) {
-            return;
+    UniqueLock lock(m_mutex);
+    while (!m_closed) {
+        if (m_commands.empty()) {
+            m_changed.wait(lock.native());
+            continue;
         }
         QueuedCommand command = std::move(m_commands.front());
         m_commands.pop_front();

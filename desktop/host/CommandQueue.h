@@ -1,12 +1,13 @@
 #pragma once
 
+#include "desktop/base/ThreadAnnotations.h"
+
 #include <json/json.h>
 
 #include <condition_variable>
 #include <deque>
 #include <functional>
 #include <future>
-#include <mutex>
 #include <string>
 #include <thread>
 
@@ -46,9 +47,9 @@ private:
     void runCommands();
 
     const Runner m_run;
-    std::mutex m_mutex; ///< guards the next two
-    std::deque<QueuedCommand> m_commands;
-    bool m_closed = false;
+    Mutex m_mutex;
+    std::deque<QueuedCommand> m_commands GUARDED_BY(m_mutex);
+    bool m_closed GUARDED_BY(m_mutex) = false;
     std::condition_variable m_changed;
     std::thread m_thread; ///< last: it uses the others
 };

@@ -11,7 +11,7 @@ Subscription::Subscription(std::size_t limit)
 
 HostUpdatePointer Subscription::take()
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     if (m_queue.empty()) {
         return nullptr;
     }
@@ -25,19 +25,19 @@ HostUpdatePointer Subscription::take()
 
 Subscription::State Subscription::state() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     return m_state;
 }
 
 void Subscription::end()
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     close(State::Ended);
 }
 
 bool Subscription::add(const HostUpdatePointer& update)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     if (m_state != State::Open) {
         return false;
     }
@@ -52,14 +52,13 @@ bool Subscription::add(const HostUpdatePointer& update)
 
 void Subscription::endAfterQueue()
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     if (m_state == State::Open) {
         m_state = State::Ended;
         m_wakeup.raise();
     }
 }
 
-// With the mutex held.
 void Subscription::close(State state)
 {
     m_state = state;
@@ -70,7 +69,7 @@ void Subscription::close(State state)
 SubscriptionPointer SubscriberList::subscribe(std::size_t limit)
 {
     auto subscription = std::make_shared<Subscription>(limit);
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     if (m_closed) {
         subscription->end();
     } else {
@@ -82,7 +81,7 @@ SubscriptionPointer SubscriberList::subscribe(std::size_t limit)
 void SubscriberList::publish(HostUpdate update)
 {
     const auto shared = std::make_shared<const HostUpdate>(std::move(update));
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     const auto closed = [&shared](const std::weak_ptr<Subscription>& subscription) {
         const SubscriptionPointer open = subscription.lock();
         return open == nullptr || !open->add(shared);
@@ -92,7 +91,7 @@ void SubscriberList::publish(HostUpdate update)
 
 void SubscriberList::close()
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const LockGuard lock(m_mutex);
     m_closed = true;
     for (const auto& subscription : m_subscriptions) {
         if (const SubscriptionPointer open = subscription.lock()) {

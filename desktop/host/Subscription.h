@@ -2,11 +2,11 @@
 
 #include "desktop/host/HostUpdate.h"
 
+#include "desktop/base/ThreadAnnotations.h"
 #include "desktop/base/Wakeup.h"
 
 #include <deque>
 #include <memory>
-#include <mutex>
 #include <vector>
 
 namespace desktop {
@@ -41,12 +41,12 @@ private:
     bool add(const HostUpdatePointer& update);
     /// Ends the subscription, but leaves what is in the queue.
     void endAfterQueue();
-    void close(State state);
+    void close(State state) REQUIRES(m_mutex);
 
     const std::size_t m_limit;
-    mutable std::mutex m_mutex; ///< guards what follows
-    State m_state = State::Open;
-    std::deque<HostUpdatePointer> m_queue;
+    mutable Mutex m_mutex;
+    State m_state GUARDED_BY(m_mutex) = State::Open;
+    std::deque<HostUpdatePointer> m_queue GUARDED_BY(m_mutex);
     Wakeup m_wakeup;
 };
 
@@ -63,9 +63,9 @@ public:
     void close();
 
 private:
-    std::mutex m_mutex; ///< guards what follows
-    std::vector<std::weak_ptr<Subscription>> m_subscriptions;
-    bool m_closed = false;
+    Mutex m_mutex;
+    std::vector<std::weak_ptr<Subscription>> m_subscriptions GUARDED_BY(m_mutex);
+    bool m_closed GUARDED_BY(m_mutex) = false;
 };
 
 } // namespace desktop

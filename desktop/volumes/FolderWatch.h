@@ -6,7 +6,7 @@
 
 namespace desktop {
 
-/// Tells that something has appeared or gone where a folder is or should be.
+/// Reports that something has appeared or gone where a folder is or should be.
 class FolderWatch {
 public:
     /// Throws std::system_error when the kernel gives no watch.

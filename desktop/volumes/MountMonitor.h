@@ -16,7 +16,7 @@ struct Mount {
     std::string root;   ///< the folder of the file system that is seen there; "/" for all of it
 };
 
-/// Tells that mounts have come or gone. What has is for the reader of the table to find out: several changes may be one
+/// Reports that mounts have come or gone. What has is for the reader of the table to find out: several changes may be one
 /// piece of news.
 class MountMonitor {
 public:

@@ -46,7 +46,7 @@ public:
     Json::Value deviceList() const;
 
 private:
-    /// Tells a folder from another that has taken its place.
+    /// Distinguishes a folder from another that has taken its place.
     struct Identity {
         std::uint64_t mount = 0; ///< the kernel's id of the mount
         std::uint64_t device = 0;

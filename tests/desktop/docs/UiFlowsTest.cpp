@@ -65,7 +65,7 @@ std::string replaceAll(std::string text, const std::string& from, const std::str
     return text;
 }
 
-/// The keys of @p value and of what it holds, with the types of their values; of a list its first entry tells.
+/// The keys of @p value and of what it holds, with the types of their values; of a list those of its first entry.
 std::string shapeOf(const Json::Value& value)
 {
     if (value.isArray()) {

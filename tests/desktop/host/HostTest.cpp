@@ -181,7 +181,7 @@ TEST_F(HostTest, WhileACommandRuns_NoEventIsDelivered)
     const auto subscription = host.subscribe(kLimit);
     auto reply = host.execute("wait");
     ASSERT_TRUE(plugin.commandRuns.wait());
-    host.switchScreen(true); // no event: it is told at once
+    host.switchScreen(true); // no event: it is published at once
     DesktopMiddleware::instance().events().post(kEvent);
     EXPECT_TRUE(next<ScreenSwitched>(*subscription)->off);
     EXPECT_EQ(subscription->take(), nullptr);

@@ -150,10 +150,10 @@ TEST_F(HostileStickTest, Info_TellsOfEveryFile)
         ASSERT_FALSE(files.empty());
         std::vector<std::string> words = {"info", "--json", "--"};
         words.insert(words.end(), files.begin(), files.end());
-        const std::vector<Json::Value> told = lines(words);
-        ASSERT_EQ(told.size(), files.size()) << folder;
+        const std::vector<Json::Value> reported = lines(words);
+        ASSERT_EQ(reported.size(), files.size()) << folder;
         for (std::size_t i = 0; i < files.size(); ++i) {
-            EXPECT_EQ(told[i]["path"], files[i]);
+            EXPECT_EQ(reported[i]["path"], files[i]);
         }
     }
 }
@@ -163,9 +163,9 @@ TEST_F(HostileStickTest, Thumbnails_AreMadeOrRefusedForEveryFile)
     const testsupport::TemporaryDirectory out;
     for (const char* folder : {"mutations", "bombs", "sparse", "names", "specials", "links"}) {
         const std::vector<std::string> files = filesIn(folder, {"music", "photo", "video"});
-        const std::vector<Json::Value> told = lines({"thumbnails", folder, "--json", "--out", out.path()});
+        const std::vector<Json::Value> reported = lines({"thumbnails", folder, "--json", "--out", out.path()});
         std::set<std::string> paths;
-        for (const Json::Value& picture : told) {
+        for (const Json::Value& picture : reported) {
             paths.insert(picture["path"].asString());
             if (picture.isMember("picture")) {
                 EXPECT_TRUE(std::filesystem::exists(desktop::decodeName(picture["picture"].asString()))) << picture;
@@ -179,8 +179,8 @@ TEST_F(HostileStickTest, PathsOutOfTheStick_AreRefused)
 {
     for (const char* link :
          {"links/out.mp4", "links/process/etc/passwd", "links/above/etc", "links/one", "links/nowhere.mp4"}) {
-        const std::vector<Json::Value> told = lines({"info", "--json", link}, 1);
-        EXPECT_TRUE(told.empty()) << link;
+        const std::vector<Json::Value> reported = lines({"info", "--json", link}, 1);
+        EXPECT_TRUE(reported.empty()) << link;
     }
 }
 

@@ -144,11 +144,11 @@ TEST_F(MediaCommandsTest, ThumbnailsOnATerminal_ShowHowFarTheyAre)
 TEST_F(MediaCommandsTest, WhatIsNotThere_IsToldWithItsReason)
 {
     const std::string missing = testsupport::demoFile("missing");
-    const std::string told = "desktop-tv: " + missing + ": No such file or directory\n";
-    EXPECT_EQ(complaint({"search", "missing"}), told);
-    EXPECT_EQ(complaint({"groups", "missing", "--by", "genre"}), told);
-    EXPECT_EQ(complaint({"info", "missing"}), told);
-    EXPECT_EQ(complaint({"thumbnails", "missing"}), told);
+    const std::string expected = "desktop-tv: " + missing + ": No such file or directory\n";
+    EXPECT_EQ(complaint({"search", "missing"}), expected);
+    EXPECT_EQ(complaint({"groups", "missing", "--by", "genre"}), expected);
+    EXPECT_EQ(complaint({"info", "missing"}), expected);
+    EXPECT_EQ(complaint({"thumbnails", "missing"}), expected);
     EXPECT_EQ(complaint({"groups", "--by", "genre", "--key", "Polka"}), "desktop-tv: Polka: There is no such group\n");
     EXPECT_EQ(complaint({"info", "/etc/passwd"}), "desktop-tv: /etc/passwd: Not on a stick\n");
 }

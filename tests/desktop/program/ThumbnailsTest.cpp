@@ -39,12 +39,12 @@ TEST_F(ThumbnailCommandTest, RangeOfTheCurrentFolder_ComesPictureByPicture)
     shell.send(kStart, request);
     EXPECT_TRUE(shell.reply()["result"].asBool());
     for (int i = 0; i < 6; ++i) {
-        const Json::Value told = shell.notification(i < 5 ? "startThumbnail.fragment" : "startThumbnail.complete");
-        EXPECT_EQ(told["source"], "pictures");
-        EXPECT_EQ(told["body"]["reqId"], "range");
-        EXPECT_EQ(told["body"]["index"], i);
-        EXPECT_EQ(told["body"]["path"].asString().empty(), i >= 4);
-        EXPECT_EQ(told["body"].isMember("filepath"), i < 4);
+        const Json::Value published = shell.notification(i < 5 ? "startThumbnail.fragment" : "startThumbnail.complete");
+        EXPECT_EQ(published["source"], "pictures");
+        EXPECT_EQ(published["body"]["reqId"], "range");
+        EXPECT_EQ(published["body"]["index"], i);
+        EXPECT_EQ(published["body"]["path"].asString().empty(), i >= 4);
+        EXPECT_EQ(published["body"].isMember("filepath"), i < 4);
     }
     EXPECT_EQ(shell.program.wait(), 0);
 }
@@ -54,9 +54,9 @@ TEST_F(ThumbnailCommandTest, SingleFile_IsCompleteWithItsPicture)
     Json::Value request = thumbnailRequest("single");
     request["path"] = demoFile("Movies/counter.mp4");
     shell.send(kStart, request);
-    const Json::Value told = shell.notification("startThumbnail.complete");
-    EXPECT_EQ(told["body"]["path"], request["path"]);
-    EXPECT_EQ(told["body"]["filepath"], "/mtd_rwarea/apdat/Thumbnaildata/Sing/0.jpg");
+    const Json::Value published = shell.notification("startThumbnail.complete");
+    EXPECT_EQ(published["body"]["path"], request["path"]);
+    EXPECT_EQ(published["body"]["filepath"], "/mtd_rwarea/apdat/Thumbnaildata/Sing/0.jpg");
     EXPECT_EQ(shell.program.wait(), 0);
     EXPECT_FALSE(std::filesystem::exists("/mtd_rwarea")); // the program's own, not the computer's
 }

@@ -135,7 +135,7 @@ private:
         EXPECT_EQ(m_shell.program.wait(), m_isInterrupted ? 128 + SIGTERM : 0) << m_shell.program.errors() << unanswered();
     }
 
-    /// What was sent and accepted, and has not been told to be complete, a line each.
+    /// What was sent and accepted, and has not been reported as complete, a line each.
     std::string unanswered()
     {
         const std::vector<Json::Value> found = replies();
@@ -281,7 +281,7 @@ private:
         return found;
     }
 
-    /// How often each reqId has been told to be complete.
+    /// How often each reqId has been reported as complete.
     static std::map<std::string, int> completions(const std::vector<Json::Value>& lines)
     {
         std::map<std::string, int> found;

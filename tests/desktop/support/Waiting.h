@@ -11,7 +11,7 @@ namespace testsupport {
 /// After this long a test has waited in vain.
 constexpr std::chrono::seconds kDeadline(20);
 
-/// Gathers what other threads tell, for a test that waits for it.
+/// Gathers what other threads report, for a test that waits for it.
 template <typename T>
 class Gathered {
 public:

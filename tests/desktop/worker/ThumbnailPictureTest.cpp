@@ -98,7 +98,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Orientation{3, "-1 0 0 -1", "white blue green red"}, Orientation{4, "1 0 0 -1", "blue white red green"},
                     Orientation{5, "0 1 1 0", "red blue green white"}, Orientation{6, "0 1 -1 0", "blue red white green"},
                     Orientation{7, "0 -1 -1 0", "white green blue red"}, Orientation{8, "0 -1 1 0", "green white red blue"}),
-    [](const auto& orientation) { return std::to_string(orientation.param.value); });
+    [](const auto& orientation) { return "Orientation" + std::to_string(orientation.param.value); });
 
 TEST_F(ThumbnailPictureTest, MusicWithACover_ShowsIt)
 {

@@ -23,7 +23,7 @@ using testsupport::StandIn;
 
 constexpr std::chrono::minutes kLong(10);
 
-// Tells its process id, then is the worker.
+// Writes its process id, then is the worker.
 constexpr const char* kTelling = "echo $$ >> $0.log; exec '" MEDIA_WORKER "'";
 
 void killAndWaitForTheEnd(pid_t pid)
