@@ -61,7 +61,7 @@ std::string Session::pathOf(const std::string& typed) const
 {
     // As typed: bad bytes are escaped, and a path pasted from a listing keeps its escapes.
     const std::string path = escapeBadBytes(typed);
-    const std::string first = m_devices[0]["path"].asString();
+    std::string first = m_devices[0]["path"].asString();
     if (path.empty()) {
         return first;
     }

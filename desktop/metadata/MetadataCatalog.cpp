@@ -62,6 +62,7 @@ bool MetadataCatalog::lasts(const MediaMetadata& metadata, int fd, const EntrySt
 void MetadataCatalog::remember(const std::vector<LocatedFiles>& files)
 {
     std::vector<StoredFolderFiles> folders;
+    folders.reserve(files.size());
     for (const LocatedFiles& of : files) {
         folders.push_back({storedAs(of.folder), of.files});
     }
@@ -88,7 +89,7 @@ MediaMetadata MetadataCatalog::metadataOf(const Location& file, const EntryStatu
         none.error = describeError(errno);
         return none;
     }
-    const MediaMetadata metadata = read({{fd.get(), entry.type}}, {}).front();
+    MediaMetadata metadata = read({{fd.get(), entry.type}}, {}).front();
     if (!metadata.error.empty()) {
         logUnreadable(file, metadata.error);
     }

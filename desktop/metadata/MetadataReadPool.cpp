@@ -12,7 +12,7 @@ namespace desktop {
 namespace {
 
 constexpr std::size_t kMaxWaiting = 128; // each holds a descriptor
-constexpr off_t kHead = 32 * 1024;       // bytes of a file that most of its metadata lie in
+constexpr off_t kHead = 32L * 1024;      // bytes of a file that most of its metadata lie in
 constexpr std::size_t kBatch = 32;       // files read at a time
 constexpr std::size_t kRemembered = 512; // files remembered at a time: the index writes much for each time
 

@@ -135,10 +135,10 @@ public:
 private:
     std::optional<FolderFileInfo_s> find(const PlaylistEntry& entry)
     {
-        const std::string folder = m_file.relative.substr(0, m_file.relative.rfind('/'));
+        const std::string folder = m_file.relative.substr(0, m_file.relative.rfind('/')) + "/";
         for (const std::string& target : readings(entry)) {
             const bool absolute = target.front() == '/';
-            Paths places = {absolute ? target : folder + "/" + target};
+            Paths places = {absolute ? target : folder + target};
             if (absolute && liesIn(target, m_file.volume)) {
                 places.insert(places.begin(), target.substr(std::min(target.size(), m_file.volume.size())));
             }

@@ -88,7 +88,7 @@ bool ThumbnailRun::State::take(std::size_t& index)
 std::string ThumbnailRun::State::make(const std::string& path)
 {
     std::string error;
-    const std::string file = path.empty() ? "" : maker->make(path, request.form, *folder, making.get_token(), error);
+    std::string file = path.empty() ? "" : maker->make(path, request.form, *folder, making.get_token(), error);
     if (!error.empty() && !cancelled.stop_requested()) {
         logLine(LogLevel::Warning, "no thumbnail of " + path + ": " + error);
     }

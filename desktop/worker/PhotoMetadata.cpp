@@ -55,13 +55,13 @@ std::string uniformDate(const std::string& date)
 std::string dateTaken(const Exiv2::Image& image)
 {
     for (const char* key : {"Exif.Photo.DateTimeOriginal", "Exif.Photo.DateTimeDigitized", "Exif.Image.DateTime"}) {
-        const std::string date = uniformDate(exifText(image.exifData(), key));
+        std::string date = uniformDate(exifText(image.exifData(), key));
         if (!date.empty()) {
             return date;
         }
     }
     for (const char* key : {"Xmp.exif.DateTimeOriginal", "Xmp.photoshop.DateCreated", "Xmp.xmp.CreateDate"}) {
-        const std::string date = uniformDate(xmpText(image.xmpData(), key));
+        std::string date = uniformDate(xmpText(image.xmpData(), key));
         if (!date.empty()) {
             return date;
         }

@@ -12,7 +12,7 @@ namespace desktop {
 
 namespace {
 
-constexpr std::size_t kLongestMessage = 64 * 1024; // bytes
+constexpr std::size_t kMaxMessage = 64UL * 1024; // bytes
 constexpr std::size_t kMaxFiles = 2;
 
 struct TextMember {
@@ -111,8 +111,8 @@ bool sendMessage(int channel, const Json::Value& body, std::initializer_list<int
 
 std::optional<WorkerMessage> receiveMessage(int channel)
 {
-    const std::unique_ptr<char[]> text(new char[kLongestMessage]); // not to be filled for nothing
-    iovec part = {text.get(), kLongestMessage};
+    const std::unique_ptr<char[]> text(new char[kMaxMessage]); // not to be filled for nothing
+    iovec part = {text.get(), kMaxMessage};
     msghdr message = {};
     message.msg_iov = &part;
     message.msg_iovlen = 1;
