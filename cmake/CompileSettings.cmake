@@ -11,6 +11,8 @@ target_compile_options(compile_settings INTERFACE
     -Wall -Wextra -Wshadow -Wconversion -Wformat=2
     $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>
     $<$<BOOL:${STORAGEMEDIA_WERROR}>:-Werror>)
+# A program loads only the libraries that it calls, whatever their descriptions list; docs/libraries.md shows them.
+target_link_options(compile_settings INTERFACE -Wl,--as-needed)
 # Sizes and counts beyond 4 GiB on 32-bit televisions. The C library's own functions for large files need both.
 target_compile_definitions(compile_settings INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64 _GNU_SOURCE)
 # tools/abi reads every record's layout from the release build's debug information; gcc leaves out those whose key function
