@@ -28,7 +28,7 @@ int FolderBrowser::userCancel()
 
 int FolderBrowser::getMediaFileInfo(const std::string& path, media_file_info_s& info)
 {
-    const int ret = call("getMediaFileInfo", path, info.type, info.duration, info.title);
+    const int ret = call("getMediaFileInfo", path, info);
     info = FakePlatform::instance().fileInfo;
     return ret;
 }

@@ -231,7 +231,7 @@ int SocMwStorageUsbMgr::getMediaMetadata(meta_data_t& meta)
 
 int SocMwStorageUsbMgr::getbrowsercodec(FileType type, browser_codec& codec)
 {
-    const int ret = call("getbrowsercodec", type, codec.strTitle, codec.FrameRate, codec.culAudioCodec);
+    const int ret = call("getbrowsercodec", type, codec);
     codec = FakePlatform::instance().codec;
     return ret;
 }

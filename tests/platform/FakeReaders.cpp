@@ -13,14 +13,15 @@ const Json::Value* member(const Json::Value& object, const std::string& key)
     return object.isObject() ? object.find(key.data(), key.data() + key.size()) : nullptr;
 }
 
-// What a reader returns that cannot read; it may have written anything by then.
+// What a reader returns that cannot read: anything but 0, and it may have written anything by then.
 template <typename Value>
-int failed(int ret, Value& value, const Value& junk)
+int failed(Value& value, const Value& junk)
 {
-    if (FakePlatform::instance().readersWriteJunk) {
-        value = junk;
+    if (!FakePlatform::instance().readersWriteJunk) {
+        return -1;
     }
-    return ret;
+    value = junk;
+    return 1;
 }
 
 } // namespace
@@ -30,7 +31,7 @@ int CJsonOperation::safeReadInt(Json::Value& object, std::string key, int& value
     call("read int " + key, value);
     const Json::Value* found = member(object, key);
     if (found == nullptr || !found->isInt()) {
-        return failed(-1, value, -559038737);
+        return failed(value, -559038737);
     }
     value = found->asInt();
     return 0;
@@ -41,7 +42,7 @@ int CJsonOperation::safeReadUInt(Json::Value& object, std::string key, unsigned 
     call("read uint " + key, value);
     const Json::Value* found = member(object, key);
     if (found == nullptr || !found->isUInt()) {
-        return failed(-1, value, 0xDEADBEEFU);
+        return failed(value, 0xDEADBEEFU);
     }
     value = found->asUInt();
     return 0;
@@ -52,7 +53,7 @@ int CJsonOperation::safeReadBool(Json::Value& object, std::string key, bool& val
     call("read bool " + key, value);
     const Json::Value* found = member(object, key);
     if (found == nullptr || !found->isBool()) {
-        return failed(1, value, !value);
+        return failed(value, !value);
     }
     value = found->asBool();
     return 0;
@@ -63,7 +64,7 @@ int CJsonOperation::safeReadString(Json::Value& object, std::string key, std::st
     call("read string " + key, value);
     const Json::Value* found = member(object, key);
     if (found == nullptr || !found->isString()) {
-        return failed(1, value, std::string("junk"));
+        return failed(value, std::string("junk"));
     }
     value = found->asString();
     return 0;

@@ -23,13 +23,25 @@ void fillWithOddValues(ExposedPlugin& plugin)
     plugin.m_thumbnailTotal = 555;
 }
 
+namespace {
+
+std::string instanceText(const ExposedPlugin& plugin)
+{
+    if (CStorageMediaPlugin::m_pThisControl == nullptr) {
+        return "null";
+    }
+    return CStorageMediaPlugin::m_pThisControl == &plugin ? "this" : "another";
+}
+
+} // namespace
+
 PluginState stateOf(const ExposedPlugin& plugin)
 {
     using recording::text;
     const auto& scan = plugin.m_scanChannel;
     const auto& pictures = plugin.m_thumbnailChannel;
     PluginState all = {
-        {"m_pThisControl", CStorageMediaPlugin::m_pThisControl == &plugin ? "this" : "another"},
+        {"m_pThisControl", instanceText(plugin)},
         {"m_pPublishCallback", pointerText(plugin.m_pPublishCallback)},
         {"m_scanChannel.channel", text(scan.channel)},
         {"m_scanChannel.reqId", text(scan.reqId)},

@@ -39,9 +39,9 @@ TEST_P(DescribedType, Known_RepliesTheKeysOfItsType)
     const int type = GetParam().type;
     fileInfo()
         .given([type](FakePlatform& platform, ExposedPlugin&) { platform.fileInfo = everything(type); })
-        .happens({readString("dirpath"), dbg("Path:/mnt/a.mp3"), manager(),
-                  did(R"(getMediaFileInfo("/mnt/a.mp3", 0, 0, ""))"), dbg("Type:" + std::to_string(type) + ", dura:61"),
-                  dbg("album:Album, artist:Artist"), dbg("height:480, width:640")})
+        .happens({readString("dirpath"), dbg("Path:/mnt/a.mp3"), manager(), did(R"(getMediaFileInfo("/mnt/a.mp3", fresh))"),
+                  dbg("Type:" + std::to_string(type) + ", dura:61"), dbg("album:Album, artist:Artist"),
+                  dbg("height:480, width:640")})
         .succeeds()
         .leavesReply(GetParam().reply)
         .check();
@@ -66,9 +66,8 @@ TEST(GetMediaFileInfo, NegativeNumbers_AreUnsignedInTheReply)
             platform.fileInfo.height = -1;
             platform.fileInfo.width = -2;
         })
-        .happens({readString("dirpath"), dbg("Path:/mnt/a.mp3"), manager(),
-                  did(R"(getMediaFileInfo("/mnt/a.mp3", 0, 0, ""))"), dbg("Type:3, dura:-3"), dbg("album:, artist:"),
-                  dbg("height:-1, width:-2")})
+        .happens({readString("dirpath"), dbg("Path:/mnt/a.mp3"), manager(), did(R"(getMediaFileInfo("/mnt/a.mp3", fresh))"),
+                  dbg("Type:3, dura:-3"), dbg("album:, artist:"), dbg("height:-1, width:-2")})
         .succeeds()
         .leavesReply(R"({"height":4294967295u,"type":3u,"width":4294967294u})")
         .check();
@@ -79,8 +78,7 @@ TEST(GetMediaFileInfo, UnknownFile_FailsSilently)
     fileInfo()
         .given([](FakePlatform& platform, ExposedPlugin&) { platform.fileInfo = everything(5); })
         .refusedBy("getMediaFileInfo")
-        .happens(
-            {readString("dirpath"), dbg("Path:/mnt/a.mp3"), manager(), did(R"(getMediaFileInfo("/mnt/a.mp3", 0, 0, ""))")})
+        .happens({readString("dirpath"), dbg("Path:/mnt/a.mp3"), manager(), did(R"(getMediaFileInfo("/mnt/a.mp3", fresh))")})
         .fails()
         .check();
 }
@@ -89,7 +87,7 @@ TEST(GetMediaFileInfo, EmptyPath_IsPassedOn)
 {
     fileInfo()
         .request(R"({"dirpath":""})")
-        .happens({readString("dirpath"), dbg("Path:"), manager(), did(R"(getMediaFileInfo("", 0, 0, ""))"),
+        .happens({readString("dirpath"), dbg("Path:"), manager(), did(R"(getMediaFileInfo("", fresh))"),
                   dbg("Type:0, dura:0"), dbg("album:, artist:"), dbg("height:0, width:0")})
         .succeeds()
         .leavesReply(R"({"type":0u})")

@@ -62,7 +62,7 @@ Happening trace(int number)
 
 Happening asked(const std::string& type)
 {
-    return did("getbrowsercodec(" + type + R"(, "", 0u, 0))");
+    return did("getbrowsercodec(" + type + ", fresh)");
 }
 
 void everyField(FakePlatform& platform, ExposedPlugin& /*plugin*/)

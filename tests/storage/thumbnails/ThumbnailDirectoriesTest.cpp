@@ -47,16 +47,24 @@ TEST(ThumbnailDirectory, OnTheRealDisk_EndsUpEmpty)
     EXPECT_TRUE(std::filesystem::is_empty(temporary.path("new/one")));
 }
 
+std::ptrdiff_t openFiles()
+{
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), std::filesystem::directory_iterator());
+}
+
 /// A plugin whose log is read after emptying a directory. Entries come in the file system's order, so lines are sorted.
 class EmptyFiles : public testing::Test {
 protected:
     int empty(const std::string& dir, int level = 0)
     {
+        fillWithOddValues(plugin);
         platform.logLevel = level;
         platform.takeJournal();
+        const StateWatch watch(plugin);
         const int ret = plugin.emptyFilesUnderdir(dir);
         platform.logLevel = 4;
         journal = normalised(platform.takeJournal());
+        EXPECT_EQ(journal.find('{'), std::string::npos) << "a field has changed:\n" << journal;
         return ret;
     }
 
@@ -152,6 +160,27 @@ TEST_F(EmptyFiles, PathThatEndsInASeparator_ReachesTheSubdirectoryAndStaysThere)
     EXPECT_EQ(std::filesystem::current_path(), std::filesystem::canonical(temporary.path("top/sub")));
 }
 
+TEST_F(EmptyFiles, PathThatEndsInASeparator_LeavesAnEmptySubdirectory)
+{
+    temporary.makeDirectory("top/sub");
+    EXPECT_EQ(empty(temporary.path("top/")), 0);
+    EXPECT_TRUE(temporary.has("top/sub")) << "it is removed by its name, but from within";
+    EXPECT_TRUE(logged("remove dir:sub, ret:-1"));
+}
+
+TEST_F(EmptyFiles, FirstLine_IsWrittenBeforeTheDirectoryIsOpened)
+{
+    std::vector<std::ptrdiff_t> openAtLines;
+    platform.onJournal = [&openAtLines] {
+        openAtLines.push_back(openFiles());
+        return std::string();
+    };
+    EXPECT_EQ(plugin.emptyFilesUnderdir(temporary.path()), 0);
+    platform.onJournal = nullptr;
+    ASSERT_EQ(openAtLines.size(), 3U) << "the first line, and one for each of the dots";
+    EXPECT_EQ(openAtLines[1], openAtLines[0] + 1);
+}
+
 TEST_F(EmptyFiles, SubdirectoriesNamedLikeTheDots_AreRemoved)
 {
     for (const char* name : {"-", ".-", ".hidden", "...", "..-"}) {
@@ -211,9 +240,6 @@ TEST_F(EmptyFiles, LinesSuppressed_EmptiesAllTheSame)
 TEST_F(EmptyFiles, Directory_IsClosedAgain)
 {
     temporary.makeFile("a");
-    const auto openFiles = [] {
-        return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), std::filesystem::directory_iterator());
-    };
     const auto before = openFiles();
     EXPECT_EQ(empty(temporary.path()), 0);
     EXPECT_EQ(openFiles(), before);
