@@ -58,6 +58,7 @@ protected:
     int empty(const std::string& dir, int level = 0)
     {
         fillWithOddValues(plugin);
+        plugin.m_pPublishCallback = recordPublication;
         platform.logLevel = level;
         platform.takeJournal();
         const StateWatch watch(plugin);
