@@ -17,9 +17,9 @@ namespace desktop {
 
 /// What a host sets before the plugin is loaded.
 struct DesktopSettings {
-    /// The folders that stand for USB volumes. They may come and go while the desktop runs.
+    /// The folders that stand for USB sticks. They may come and go while the desktop runs.
     std::vector<std::string> sticks;
-    /// Whether the devices that this computer mounts where it mounts volumes are volumes, too.
+    /// Whether what is mounted under /media, /run/media and /mnt is a stick, too.
     bool mountedSticks = false;
     /// Folder that keeps what has been read, for the next time; empty: nothing is kept.
     std::string cacheFolder;
@@ -36,7 +36,7 @@ public:
     /// The one of the process. It is never destroyed: threads that a dead file system keeps may still look at it.
     static DesktopMiddleware& instance();
 
-    /// Puts the volumes in. Their events gather until startEvents().
+    /// Puts the sticks in. Their events gather until startEvents().
     void open(DesktopSettings settings);
     void startEvents();
     /// Stops every read, delivers the events that are due and stops all threads; no event comes after it.

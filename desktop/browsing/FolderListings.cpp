@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <stop_token>
 
 namespace desktop {
 

@@ -53,7 +53,7 @@ private:
     LocationOpener m_opener;
     EventQueue& m_events;
     std::shared_ptr<MetadataCatalog> m_catalog;
-    std::shared_ptr<ListingCache> m_cache = std::make_shared<ListingCache>(); ///< threads that are kept may still look at it
+    std::shared_ptr<ListingCache> m_cache = std::make_shared<ListingCache>(); ///< threads left behind may still look at it
     mutable Mutex m_spellingMutex;
     std::string m_spelling GUARDED_BY(m_spellingMutex); ///< the latest change's directory, as it was asked for
     int m_itemsPerPage = 9;

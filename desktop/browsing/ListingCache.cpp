@@ -52,12 +52,6 @@ void ListingCache::dropBelow(const std::string& folder)
     m_listings.erase(std::remove_if(m_listings.begin(), m_listings.end(), below), m_listings.end());
 }
 
-void ListingCache::clear()
-{
-    const LockGuard lock(m_mutex);
-    m_listings.clear();
-}
-
 void ListingCache::forget(const std::string& directory)
 {
     const auto same = [&directory](const ListingPointer& listing) { return listing->directory == directory; };

@@ -14,7 +14,6 @@ public:
     ListingPointer find(const std::string& directory, const FolderStamp& stamp);
     /// Forgets the listings of @p folder, a path as bytes, and of all folders below it.
     void dropBelow(const std::string& folder);
-    void clear();
 
 private:
     void forget(const std::string& directory) REQUIRES(m_mutex);

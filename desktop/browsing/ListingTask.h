@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <stop_token>
 #include <thread>
 
 namespace desktop {

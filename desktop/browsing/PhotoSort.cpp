@@ -7,6 +7,7 @@
 #include "desktop/text/NameEncoding.h"
 
 #include <algorithm>
+#include <stop_token>
 
 namespace desktop {
 

@@ -9,6 +9,7 @@
 #include <sys/statfs.h>
 
 #include <algorithm>
+#include <stop_token>
 
 namespace desktop {
 

@@ -2,7 +2,6 @@
 
 #include "desktop/text/NameEncoding.h"
 
-#include <cstdio>
 #include <memory>
 
 namespace desktop {

@@ -6,6 +6,7 @@
 #include "desktop/jobs/BackgroundJob.h"
 
 #include <cerrno>
+#include <stop_token>
 
 namespace desktop {
 

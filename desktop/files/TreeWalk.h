@@ -4,9 +4,11 @@
 #include "desktop/files/DirectoryStream.h"
 #include "desktop/files/PathResolver.h"
 #include "desktop/files/VolumePresence.h"
-#include "desktop/jobs/BackgroundJob.h"
 
 #include <sys/types.h>
+
+#include <functional>
+#include <stop_token>
 
 namespace desktop {
 

@@ -10,6 +10,7 @@
 #include "platform/SocMwEvents.h"
 
 #include <cerrno>
+#include <stop_token>
 
 namespace desktop {
 

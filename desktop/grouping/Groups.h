@@ -17,7 +17,7 @@ struct MediaEntry {
 };
 using MediaEntries = std::deque<MediaEntry>;
 
-/// How a group's files are added order.
+/// The order in which a group's files are listed.
 enum class GroupOrder { AsWalked, NameAscending, NameDescending };
 
 /// Media files in groups. A file has one group; files whose metadata has none share one, which comes last.
@@ -30,7 +30,7 @@ public:
 
     /// The groups' names, in natural order.
     const std::vector<std::string>& keys() const { return m_keys; }
-    /// The files of group @p key; null when there is no such group. Valid with this object.
+    /// The files of group @p key; nothing when there is no such group. Valid with this object.
     std::optional<std::vector<const MediaEntry*>> files(const std::string& key, GroupOrder order) const;
 
 private:

@@ -4,6 +4,7 @@
 #include "desktop/jobs/BackgroundJob.h"
 #include "desktop/jobs/RequestAnswers.h"
 
+#include <stop_token>
 #include <string>
 #include <vector>
 

@@ -14,7 +14,7 @@ namespace desktop {
 FolderFileInfo_s describeEntry(const std::string& directory, const std::string& name, const EntryStatus& status,
                                const MediaMetadata* known = nullptr);
 
-/// What a page shows of file @p path of @p type: @p metadata, and @p title where they have none.
+/// What a page shows of file @p path of @p type: @p metadata, and @p title where it has none.
 media_file_info_s describeMedia(const std::string& path, FileType type, const std::string& title,
                                 const MediaMetadata& metadata);
 

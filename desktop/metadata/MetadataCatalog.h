@@ -1,8 +1,9 @@
 #pragma once
 
 #include "desktop/files/EntryStatus.h"
-#include "desktop/jobs/BackgroundJob.h"
 #include "desktop/metadata/MetadataDatabase.h"
+
+#include <stop_token>
 
 namespace desktop {
 

@@ -41,7 +41,7 @@ struct StoredFolderFiles {
 class KnownFiles {
 public:
     void add(StoredFile file);
-    /// The metadata of file @p name; null when they are not known, or of another state of the file. Valid with this object.
+    /// The metadata of file @p name; null when it is not known, or of another state of the file. Valid with this object.
     const MediaMetadata* find(const std::string& name, const FileStamp& stamp) const;
     bool empty() const { return m_files.empty(); }
 
@@ -50,7 +50,7 @@ private:
 };
 
 /// Remembers the metadata of media files, in a database that outlasts the program. What it cannot do it logs: a damaged
-/// database is set aside and a new one begun; without a usable folder the metadata live in memory. Safe on any thread.
+/// database is set aside and a new one begun; without a usable folder the metadata lives in memory. Safe on any thread.
 class MetadataDatabase {
 public:
     /// Keeps the database in folder @p cacheFolder, made when missing; in memory when that is empty.

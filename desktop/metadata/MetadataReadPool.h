@@ -5,11 +5,12 @@
 
 #include <condition_variable>
 #include <deque>
+#include <stop_token>
 #include <thread>
 
 namespace desktop {
 
-/// Reads the metadata of many media files, two at a time, and has the catalog remember them.
+/// Reads the metadata of many media files on two threads and has the catalog remember them.
 class MetadataReadPool {
 public:
     MetadataReadPool(std::shared_ptr<MetadataCatalog> catalog, std::stop_token cancelled);
@@ -17,8 +18,8 @@ public:
     MetadataReadPool(const MetadataReadPool&) = delete;
     MetadataReadPool& operator=(const MetadataReadPool&) = delete;
 
-    /// Has regular file @p name, which has the metadata @p entry, of the open folder @p fd at @p folder read into @p
-    /// metadata, which must stay until finish(). Waits while many others are still to be read.
+    /// Has regular file @p name of the open folder @p fd at @p folder read into @p metadata, which must stay until finish().
+    /// @p entry is the file's status. Waits while many others are still to be read.
     void add(const Location& folder, int fd, const std::string& name, const EntryStatus& entry, MediaMetadata& metadata);
     /// Waits until all have been read; what is still to be read when cancelled is left out.
     void finish();

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <stop_token>
 
 namespace desktop {
 

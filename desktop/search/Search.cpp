@@ -9,12 +9,14 @@
 
 #include "platform/SocMwEvents.h"
 
+#include <atomic>
 #include <json/json.h>
 
 #include <fcntl.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <stop_token>
 
 namespace desktop {
 

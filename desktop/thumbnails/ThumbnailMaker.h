@@ -6,6 +6,8 @@
 
 #include "platform/SocMwTypes.h"
 
+#include <stop_token>
+
 namespace desktop {
 
 /// What the pictures of one request are like.

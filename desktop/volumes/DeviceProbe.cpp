@@ -1,6 +1,7 @@
 #include "desktop/volumes/DeviceProbe.h"
 
 #include "desktop/base/UniqueFd.h"
+#include "desktop/jobs/BackgroundJob.h"
 
 #include <blkid/blkid.h>
 #include <fcntl.h>
@@ -8,9 +9,7 @@
 
 #include <chrono>
 #include <filesystem>
-#include <future>
 #include <memory>
-#include <thread>
 
 namespace desktop {
 
@@ -70,10 +69,8 @@ DeviceDescription describeDevice(const std::string& device)
 
 DeviceDescription probeDevice(const std::string& device)
 {
-    std::packaged_task<DeviceDescription()> task([device] { return describeDevice(device); });
-    std::future<DeviceDescription> description = task.get_future();
-    std::thread(std::move(task)).detach(); // a device that does not answer keeps only this thread
-    return description.wait_for(kTimeout) == std::future_status::ready ? description.get() : DeviceDescription();
+    const auto probe = [device](const std::stop_token&) { return describeDevice(device); };
+    return runWithin<DeviceDescription>(kTimeout, probe).value_or(DeviceDescription());
 }
 
 } // namespace desktop

@@ -12,7 +12,7 @@ namespace desktop {
 /// The version of what is read of files, metadata and pictures alike; what was kept under an older one is not used.
 constexpr int kReadingVersion = 2;
 
-/// How many processes read media files; as many files are handed to them at a time.
+/// How many processes read media files.
 constexpr std::size_t kWorkerCount = 2;
 
 /// What a media file says of itself. Texts are UTF-8 and empty where the file has none; numbers are 0.

@@ -151,7 +151,7 @@ MediaWorkers::SlotPointer MediaWorkers::acquireSlot()
     return SlotPointer(slot, {this});
 }
 
-// With the mutex held. One whose worker runs already is the better one.
+// One whose worker runs already is the better one.
 MediaWorkers::Slot* MediaWorkers::freeSlot()
 {
     Slot* free = nullptr;

@@ -12,6 +12,7 @@
 #include <condition_variable>
 #include <initializer_list>
 #include <memory>
+#include <stop_token>
 
 namespace desktop {
 
@@ -34,8 +35,7 @@ public:
 
     /// Writes the picture that stands for the open file @p fd of kind @p type into @p output as a JPEG file, at most
     /// @p width x @p height pixels, turned as it is to be shown and never enlarged. Returns why there is none; empty when
-    /// there is. Returns at once when @p cancelled has a stop
-    /// requested.
+    /// there is. Returns at once when a stop of @p cancelled is requested.
     std::string makeThumbnail(int fd, FileType type, int width, int height, int output, const std::stop_token& cancelled);
 
     /// Every file that is being read, or comes later, has an error at once.
