@@ -9,16 +9,6 @@ namespace {
 
 std::atomic<LogLevel> currentLevel{LogLevel::Warning};
 
-void logFormatted(const char* tag, LogLevel level, const char* format, ...) __attribute__((format(printf, 3, 4)));
-
-void logFormatted(const char* tag, LogLevel level, const char* format, ...)
-{
-    std::va_list arguments;
-    va_start(arguments, format);
-    logTagged(tag, static_cast<int>(level), format, arguments);
-    va_end(arguments);
-}
-
 } // namespace
 
 LogLevel logLevel()
@@ -33,20 +23,15 @@ void setLogLevel(LogLevel level)
 
 void logLine(LogLevel level, const std::string& text)
 {
-    logFormatted("DESKTOP", level, "%s", text.c_str());
+    logTagged("DESKTOP", static_cast<int>(level), text.c_str());
 }
 
 // Standard output, where the plugin prints its own lines: whoever redirects one has both, in order.
-void logTagged(const char* tag, int level, const char* format, std::va_list arguments)
+void logTagged(const char* tag, int level, const char* text)
 {
-    if (level < static_cast<int>(logLevel())) {
-        return;
+    if (level >= static_cast<int>(logLevel())) {
+        std::printf("[%s] %s\r\n", tag, text);
     }
-    flockfile(stdout);
-    std::printf("[%s] ", tag);
-    std::vprintf(format, arguments);
-    std::printf("\r\n");
-    funlockfile(stdout);
 }
 
 } // namespace desktop

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdarg>
 #include <string>
 
 namespace desktop {
@@ -15,8 +14,7 @@ void setLogLevel(LogLevel level);
 /// Logs @p text as the desktop's own line, on standard output like every line. Safe on any thread.
 void logLine(LogLevel level, const std::string& text);
 
-/// Logs a line under @p tag: @p format with @p arguments, as vprintf takes them. @p level is a number that LogLevel has, or
-/// one below or above. Safe on any thread.
-void logTagged(const char* tag, int level, const char* format, std::va_list arguments) __attribute__((format(printf, 3, 0)));
+/// Logs @p text under @p tag. @p level is a number that LogLevel has, or one below or above. Safe on any thread.
+void logTagged(const char* tag, int level, const char* text);
 
 } // namespace desktop
