@@ -20,7 +20,7 @@ public:
     explicit ElfFile(const std::string& path)
     {
         std::ifstream file(path, std::ios::binary);
-        m_bytes.resize(std::filesystem::file_size(path));
+        m_bytes.resize(static_cast<std::size_t>(std::filesystem::file_size(path)));
         file.read(m_bytes.data(), static_cast<std::streamsize>(m_bytes.size()));
         m_header = at<ElfW(Ehdr)>(0);
         if (std::memcmp(m_header.e_ident, ELFMAG, SELFMAG) != 0) {
