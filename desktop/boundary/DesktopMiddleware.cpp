@@ -44,6 +44,7 @@ void DesktopMiddleware::open(DesktopSettings settings)
         sources.mountFolders.assign(std::begin(kMountFolders), std::end(kMountFolders));
     }
     m_screenSwitched = std::move(settings.screenSwitched);
+    m_requestDropped = std::move(settings.requestDropped);
     makeParts(settings.cacheFolder, settings.observer);
     m_volumes = std::make_unique<Volumes>(std::move(sources), m_resolver, m_events,
                                           [this](const std::string& volume) { volumeRemoved(volume); });
@@ -66,6 +67,7 @@ void DesktopMiddleware::close()
     m_events.stop();
     m_events.setListener(nullptr);
     m_reporter->disconnect();
+    m_requestDropped = nullptr;
     makeParts("", ReadObserver()); // joins what still ends
 }
 
@@ -78,6 +80,13 @@ void DesktopMiddleware::screenSwitched(bool off) const
 {
     if (m_screenSwitched) {
         m_screenSwitched(off);
+    }
+}
+
+void DesktopMiddleware::requestDropped(BackgroundRequest kind) const
+{
+    if (m_requestDropped) {
+        m_requestDropped(kind);
     }
 }
 

@@ -15,6 +15,10 @@
 
 namespace desktop {
 
+/// Requests that run in the background and end in an event.
+enum class BackgroundRequest { DirectoryChange, Search, Grouping, Thumbnails };
+constexpr std::size_t kBackgroundRequests = 4;
+
 /// What a host sets before the plugin is loaded.
 struct DesktopSettings {
     /// The folders that stand for USB sticks. They may come and go while the desktop runs.
@@ -26,6 +30,9 @@ struct DesktopSettings {
     ReadObserver observer;
     /// Called whenever the screen has been switched, on the thread that did. May be null.
     std::function<void(bool off)> screenSwitched;
+    /// Called when what runs of this kind has been ended without its event, if anything did, on the command thread. May be
+    /// null.
+    std::function<void(BackgroundRequest kind)> requestDropped;
 };
 
 /// The desktop behind the platform's boundary, as the host controls it: open(), load the plugin and give it its callback,
@@ -53,6 +60,8 @@ public:
     Json::Value deviceList() const;
     /// Safe on any thread.
     void screenSwitched(bool off) const;
+    /// What runs of @p kind, if anything does, is ended without its event.
+    void requestDropped(BackgroundRequest kind) const;
 
 private:
     DesktopMiddleware();
@@ -62,6 +71,7 @@ private:
     EventQueue m_events;
     PathResolver m_resolver;
     std::function<void(bool off)> m_screenSwitched;
+    std::function<void(BackgroundRequest kind)> m_requestDropped;
     std::shared_ptr<ReadReporter> m_reporter = std::make_shared<ReadReporter>();
     LocationOpener m_opener;
     std::shared_ptr<MediaWorkers> m_workers;

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 
+using desktop::BackgroundRequest;
 using desktop::DesktopMiddleware;
 using desktop::FolderListings;
 
@@ -28,6 +29,11 @@ FolderListings& listings()
 desktop::Thumbnails& thumbnails()
 {
     return DesktopMiddleware::instance().thumbnails();
+}
+
+void dropped(BackgroundRequest kind)
+{
+    DesktopMiddleware::instance().requestDropped(kind);
 }
 
 desktop::EntryList entriesOf(const desktop::ListingPointer& listing)
@@ -97,6 +103,7 @@ FolderBrowser::~FolderBrowser() = default;
 
 int FolderBrowser::chdir(const std::string& path, int itemsPerPage)
 {
+    dropped(BackgroundRequest::DirectoryChange);
     return listings().change(path, itemsPerPage) ? kOk : kFailed;
 }
 
@@ -123,6 +130,9 @@ int FolderBrowser::userCancel()
     listings().cancel();
     DesktopMiddleware::instance().search().cancel();
     grouping().cancel();
+    dropped(BackgroundRequest::DirectoryChange);
+    dropped(BackgroundRequest::Search);
+    dropped(BackgroundRequest::Grouping);
     return kOk;
 }
 
@@ -159,6 +169,7 @@ int FolderBrowser::getMediaFileInfo(const std::string& key, std::vector<FolderFi
 
 int FolderBrowser::groupFiles(const std::string& path, GroupFileType type)
 {
+    dropped(BackgroundRequest::Grouping);
     return grouping().start(path, type) ? kOk : kFailed;
 }
 
@@ -180,12 +191,14 @@ int FolderBrowser::appendThumbnailList(const std::string& path)
 
 int FolderBrowser::startThumbnail(unsigned int width, unsigned int height, FileType type)
 {
+    dropped(BackgroundRequest::Thumbnails);
     return thumbnails().start(width, height, type) ? kOk : kFailed;
 }
 
 int FolderBrowser::stopThumbnail()
 {
     thumbnails().stop();
+    dropped(BackgroundRequest::Thumbnails);
     return kOk;
 }
 

@@ -45,6 +45,7 @@ int SocMwStorageUsbMgr::closeAllMMPlayer(bool /*keepBackgroundMusic*/)
 
 int SocMwStorageUsbMgr::searchFileType(const std::string& path, FileType type, int itemsPerPage)
 {
+    DesktopMiddleware::instance().requestDropped(desktop::BackgroundRequest::Search);
     return DesktopMiddleware::instance().search().start(path, type, itemsPerPage) ? 0 : -1;
 }
 

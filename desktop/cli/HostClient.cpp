@@ -22,10 +22,8 @@ HostClient::HostClient(Host& host, const Interrupts& interrupts)
 CommandReply HostClient::execute(const std::string& command, const Json::Value& request)
 {
     CommandReply reply = m_host.execute(command, request).get();
-    if (reply.result) {
-        m_answers.accepted(command, request);
-    } else if (reply.error.empty()) {
-        m_answers.refused(command);
+    if (reply.request != 0) {
+        m_pending[reply.request] = {command, request.get("reqId", "")};
     }
     return reply;
 }
@@ -33,8 +31,8 @@ CommandReply HostClient::execute(const std::string& command, const Json::Value& 
 void HostClient::takeUpdates(const UpdateHandler& handle)
 {
     while (const HostUpdatePointer update = m_subscription->take()) {
-        if (const auto* notification = std::get_if<Notification>(update.get())) {
-            m_answers.notified(notification->name, notification->body);
+        if (const auto* ended = std::get_if<RequestEnded>(update.get())) {
+            m_pending.erase(ended->number);
         }
         handle(*update);
     }
@@ -44,7 +42,7 @@ HostClient::WaitResult HostClient::waitForAnswers(std::chrono::milliseconds time
 {
     std::array<pollfd, 2> waits = {{{fd(), POLLIN, 0}, {m_interrupts.fd(), POLLIN, 0}}};
     takeUpdates(handle);
-    while (!isAnswered()) {
+    while (!m_pending.empty()) {
         const int ready = poll(waits.data(), waits.size(), static_cast<int>(timeout.count()));
         if (waits[1].revents != 0) {
             return WaitResult::Interrupted;
@@ -53,7 +51,7 @@ HostClient::WaitResult HostClient::waitForAnswers(std::chrono::milliseconds time
             return WaitResult::TimedOut;
         }
         takeUpdates(handle);
-        if (!isAnswered() && isCutOff()) {
+        if (!m_pending.empty() && isCutOff()) {
             return WaitResult::CutOff;
         }
     }

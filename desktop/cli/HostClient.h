@@ -2,10 +2,10 @@
 
 #include "desktop/cli/Interrupts.h"
 #include "desktop/host/Host.h"
-#include "desktop/host/PendingAnswers.h"
 
 #include <chrono>
 #include <functional>
+#include <map>
 
 namespace desktop {
 
@@ -27,8 +27,13 @@ public:
     void takeUpdates(const UpdateHandler& handle);
     /// Hands over updates until no command of this client waits for an answer; gives up when none has come for @p timeout.
     WaitResult waitForAnswers(std::chrono::milliseconds timeout, const UpdateHandler& handle);
-    /// The commands that wait for an answer, each with its reqId.
-    const std::map<std::string, std::string>& pendingAnswers() const { return m_answers.pending(); }
+    /// A request of this client whose answer is still to come.
+    struct PendingAnswer {
+        std::string command;
+        Json::Value reqId;
+    };
+    /// Those there are, the oldest first.
+    const std::map<std::uint64_t, PendingAnswer>& pendingAnswers() const { return m_pending; }
 
     Host& host() { return m_host; }
     /// For poll(2): readable while there are updates to take, and once the client is cut off.
@@ -37,12 +42,10 @@ public:
     bool isCutOff() const { return m_subscription->state() != Subscription::State::Open; }
 
 private:
-    bool isAnswered() const { return m_answers.pending().empty(); }
-
     Host& m_host;
     const Interrupts& m_interrupts;
     const SubscriptionPointer m_subscription;
-    PendingAnswers m_answers;
+    std::map<std::uint64_t, PendingAnswer> m_pending; ///< by CommandReply::request
 };
 
 } // namespace desktop

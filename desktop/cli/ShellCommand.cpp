@@ -58,6 +58,7 @@ private:
     bool writeUpdates();
     void writeUpdate(const HostUpdate& update);
     void writeNotification(const Notification& notification);
+    void writeUnansweredEnd(const RequestEnded& request);
     void writeScreen(bool off);
     void writeError(int column, const std::string& reason);
     void writeMissingAnswers();
@@ -155,6 +156,8 @@ void Shell::writeUpdate(const HostUpdate& update)
         writeNotification(*notification);
     } else if (const auto* screen = std::get_if<ScreenSwitched>(&update)) {
         writeScreen(screen->off);
+    } else if (const auto* ended = std::get_if<RequestEnded>(&update); ended != nullptr && !ended->answered) {
+        writeUnansweredEnd(*ended);
     }
 }
 
@@ -164,6 +167,15 @@ void Shell::writeNotification(const Notification& notification)
     line["notification"] = notification.name;
     line["source"] = notification.source;
     line["body"] = notification.body;
+    write(line);
+}
+
+void Shell::writeUnansweredEnd(const RequestEnded& request)
+{
+    Json::Value line;
+    line["ended"] = request.command;
+    line["channelId"] = request.channel;
+    line["reqId"] = request.reqId;
     write(line);
 }
 
@@ -186,11 +198,11 @@ void Shell::writeError(int column, const std::string& reason)
 
 void Shell::writeMissingAnswers()
 {
-    for (const auto& [command, reqId] : m_client.pendingAnswers()) {
+    for (const auto& [number, pending] : m_client.pendingAnswers()) {
         Json::Value missing;
         missing["error"] = "No answer has come.";
-        missing["command"] = command;
-        missing["reqId"] = reqId;
+        missing["command"] = pending.command;
+        missing["reqId"] = pending.reqId;
         write(missing);
     }
 }

@@ -5,6 +5,7 @@
 #include <json/json.h>
 
 #include <condition_variable>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <future>
@@ -18,6 +19,8 @@ struct CommandReply {
     bool result = false; ///< whether the plugin says that it succeeded
     Json::Value body{Json::objectValue};
     std::string error; ///< why the plugin has no result to give; empty when it has one
+    /// Names the request in RequestEnded, when its answer comes later; 0 when it does not.
+    std::uint64_t request = 0;
 };
 
 /// A command on its way to the plugin.

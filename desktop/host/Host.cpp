@@ -30,6 +30,7 @@ Host::Host(const PluginEntryPoints& plugin, DesktopSettings settings)
     , m_commands([this](QueuedCommand& command) { runCommand(command); })
 {
     s_running = this;
+    settings.requestDropped = [this](BackgroundRequest kind) { publishEnd(m_requests.dropped(kind)); };
     DesktopMiddleware::instance().open(observedBy(m_subscribers, std::move(settings)));
     m_plugin.load();
     m_plugin.setPublishCallback(&Host::publish);
@@ -80,17 +81,18 @@ void Host::runCommand(QueuedCommand& command)
     CommandReply reply = replyOf(command);
     m_commandRuns = false;
     command.reply.set_value(std::move(reply));
-    for (Notification& notification : std::exchange(m_publishedByCommand, {})) {
-        m_subscribers->publish(std::move(notification));
+    for (HostUpdate& update : std::exchange(m_publishedByCommand, {})) {
+        m_subscribers->publish(std::move(update));
     }
 }
 
-CommandReply Host::replyOf(QueuedCommand& command) const
+CommandReply Host::replyOf(QueuedCommand& command)
 {
     CommandReply reply;
     try {
         command.request["CmdHash"] = commandHash(command.name);
         reply.result = m_plugin.execute(command.name.c_str(), &command.request, &reply.body);
+        reply.request = reply.result ? m_requests.accepted(command.name, command.request) : 0;
     } catch (const std::exception& unusable) {
         reply.error = std::string("The request cannot be used: ") + unusable.what();
     }
@@ -100,11 +102,23 @@ CommandReply Host::replyOf(QueuedCommand& command) const
 // On the event thread, or on the command thread while a command runs: either way nobody else is in the plugin.
 void Host::publish(const char* source, const char* name, Json::Value& body)
 {
-    Notification notification = {source, name, std::move(body)};
-    if (s_running->m_commandRuns) {
-        s_running->m_publishedByCommand.push_back(std::move(notification));
+    s_running->publishUpdate(Notification{source, name, std::move(body)});
+    s_running->publishEnd(s_running->m_requests.published(name));
+}
+
+void Host::publishUpdate(HostUpdate update)
+{
+    if (m_commandRuns) {
+        m_publishedByCommand.push_back(std::move(update));
     } else {
-        s_running->m_subscribers->publish(std::move(notification));
+        m_subscribers->publish(std::move(update));
+    }
+}
+
+void Host::publishEnd(std::optional<RequestEnded> request)
+{
+    if (request) {
+        publishUpdate(std::move(*request));
     }
 }
 

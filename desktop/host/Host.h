@@ -2,6 +2,7 @@
 
 #include "desktop/host/CommandQueue.h"
 #include "desktop/host/PluginLibrary.h"
+#include "desktop/host/RunningRequests.h"
 #include "desktop/host/Subscription.h"
 
 #include "desktop/boundary/DesktopMiddleware.h"
@@ -50,16 +51,19 @@ public:
 
 private:
     static void publish(const char* source, const char* name, Json::Value& body);
+    void publishUpdate(HostUpdate update);
+    void publishEnd(std::optional<RequestEnded> request);
     void runCommand(QueuedCommand& command);
-    CommandReply replyOf(QueuedCommand& command) const;
+    CommandReply replyOf(QueuedCommand& command);
     void unload();
 
     static Host* s_running;
 
     const PluginEntryPoints m_plugin;
     const std::shared_ptr<SubscriberList> m_subscribers; ///< shared with threads that may outlive the host
-    bool m_commandRuns = false; ///< this and the next are used only while the delivery of events is held
-    std::vector<Notification> m_publishedByCommand;
+    bool m_commandRuns = false; ///< this and the next two are used only while the delivery of events is held
+    std::vector<HostUpdate> m_publishedByCommand;
+    RunningRequests m_requests;
     std::once_flag m_closing;
     CommandQueue m_commands; ///< last: its thread uses the others
 };

@@ -3,6 +3,7 @@
 #include <json/json.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <variant>
@@ -33,8 +34,18 @@ struct ScreenSwitched {
     bool off = false;
 };
 
+/// A request whose answer comes later has come to its end. When it is answered this follows the notification that ends the
+/// answer; when it is not, another request or a command has ended it, and no answer comes.
+struct RequestEnded {
+    std::uint64_t number = 0; ///< as in the request's CommandReply
+    std::string command;
+    std::string channel; ///< "channelId" of the request
+    std::string reqId;   ///< "reqId" of the request
+    bool answered = false;
+};
+
 /// What a host has for its subscribers. It is shared by all of them, so it never changes.
-using HostUpdate = std::variant<Notification, FolderProgress, ReadFailure, ScreenSwitched>;
+using HostUpdate = std::variant<Notification, FolderProgress, ReadFailure, ScreenSwitched, RequestEnded>;
 using HostUpdatePointer = std::shared_ptr<const HostUpdate>;
 
 } // namespace desktop

@@ -104,6 +104,40 @@ TEST_F(ShellTest, SecondChange_IsTheOneThatIsAnsweredLast)
     }
 }
 
+TEST_F(ShellTest, RequestThatAnotherCommandEnds_IsToldAndNotWaitedFor)
+{
+    struct Row {
+        const char* command;
+        const char* ending;
+    };
+    constexpr Row kRows[] = {{"storagemedia.folder.chgdir", "storagemedia.folder.user.cancel"},
+                             {"storagemedia.video.searchFiles", "storagemedia.folder.user.cancel"},
+                             {"storagemedia.group.musicorphoto", "storagemedia.folder.user.cancel"},
+                             {"storagemedia.start.thumbnail", "storagemedia.stop.thumbnail"},
+                             {"storagemedia.start.thumbnail", "storagemedia.folder.chgdir"},
+                             {"storagemedia.video.searchFiles", "storagemedia.video.searchFiles"}};
+    testsupport::makeManyFiles(stick.path("Films"), 20'000);
+    for (const Row& row : kRows) {
+        Shell shell(options());
+        Json::Value request = changeRequest(stick.path("Films"), "overtaken");
+        request["path"] = stick.path("Films/1.jpg");
+        request["Group"] = GROUP_TYPE_DATE;
+        request["type"] = FILE_TYPE_UNKNOWN;
+        shell.send(row.command, request);
+        shell.send(row.ending, changeRequest(stick.path("nothing")));
+        EXPECT_EQ(shell.program.wait(), 0) << row.command;
+        int answers = 0;
+        for (const Json::Value& line : shell.lines()) {
+            const bool isEnd = line["ended"] == row.command;
+            EXPECT_EQ(isEnd, line.isMember("ended"));
+            EXPECT_FALSE(line.isMember("error")) << line;
+            answers += isEnd && line["reqId"] == "overtaken" && line["channelId"] == "channel" ? 1 : 0;
+            answers += line["notification"].asString().ends_with(".complete") ? 1 : 0;
+        }
+        EXPECT_EQ(answers, 1) << row.command << " ended by " << row.ending;
+    }
+}
+
 TEST_F(ShellTest, LineThatIsNoJson_IsToldWithItsPlaceAndTheShellGoesOn)
 {
     Shell shell(options());

@@ -14,7 +14,6 @@
 #include <filesystem>
 #include <map>
 #include <random>
-#include <set>
 #include <sstream>
 
 namespace {
@@ -85,6 +84,7 @@ public:
         end();
         checkReplies();
         checkCompletions();
+        checkEndings();
     }
 
 private:
@@ -109,26 +109,11 @@ private:
     {
         m_sent.push_back({command, request});
         m_shell.send(command, request);
-        noteWhatItEnds(command);
     }
 
-    /// Keeps in m_ended the commands whose last request may never be answered, because @p command has come after it.
-    void noteWhatItEnds(const std::string& command)
-    {
-        m_ended.erase(command);
-        if (command == kCancel) {
-            m_ended.insert({kSearch, kGroup});
-        } else if (command == kStopPictures || command == kChange || command == kSearch || command == kGroup ||
-                   command == kGroupFiles) {
-            m_ended.insert(kPictures);
-        }
-    }
-
-    // The shell waits for answers at the end of its input, also for those of requests that have been ended: then an
-    // interrupt must do.
     void end()
     {
-        m_isInterrupted = !m_ended.empty() || below(4) == 0;
+        m_isInterrupted = below(4) == 0;
         if (m_isInterrupted) {
             m_shell.program.signal(SIGTERM);
         }
@@ -281,6 +266,18 @@ private:
         return found;
     }
 
+    /// How often each reqId has been reported as ended by another request or command.
+    static std::map<std::string, int> endings(const std::vector<Json::Value>& lines)
+    {
+        std::map<std::string, int> found;
+        for (const Json::Value& line : lines) {
+            if (line.isMember("ended")) {
+                ++found[line["reqId"].asString()];
+            }
+        }
+        return found;
+    }
+
     /// How often each reqId has been reported as complete.
     static std::map<std::string, int> completions(const std::vector<Json::Value>& lines)
     {
@@ -316,6 +313,23 @@ private:
         }
     }
 
+    // Unless the shell was interrupted.
+    void checkEndings()
+    {
+        const std::vector<Json::Value> found = replies();
+        const auto completed = completions(m_shell.lines());
+        const auto ended = endings(m_shell.lines());
+        const auto timesIn = [](const std::map<std::string, int>& counts, const std::string& reqId) {
+            const auto times = counts.find(reqId);
+            return times != counts.end() ? times->second : 0;
+        };
+        for (std::size_t i = 0; !m_isInterrupted && i < found.size(); ++i) {
+            const std::string reqId = std::to_string(i);
+            const bool isAnsweredLater = found[i]["result"].asBool() && m_sent[i].request.isMember("reqId");
+            EXPECT_EQ(timesIn(completed, reqId) + timesIn(ended, reqId), isAnsweredLater ? 1 : 0) << m_sent[i].command;
+        }
+    }
+
     struct Sent {
         std::string command;
         Json::Value request;
@@ -325,7 +339,6 @@ private:
     Stick m_stick;
     Shell m_shell{{"--stick", m_stick.path(), "--log-level", "off"}};
     std::vector<Sent> m_sent;
-    std::set<std::string> m_ended;
     bool m_isInterrupted = false;
 };
 
