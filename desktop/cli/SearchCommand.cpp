@@ -3,6 +3,8 @@
 #include "desktop/cli/EntryTable.h"
 #include "desktop/cli/JsonLines.h"
 
+#include "desktop/files/UnreadableFiles.h"
+
 namespace desktop {
 
 namespace {
@@ -11,10 +13,14 @@ constexpr int kPieceSize = 200; // files to a piece of the answer
 
 std::string summary(const Json::Value& totals)
 {
-    std::string text =
-        counted(totals["total"].asUInt64(), "video") + " in " + counted(totals["folders"].asUInt64(), "folder");
-    const std::uint64_t unreadable = totals["unreadable"].asUInt64();
-    return text + (unreadable > 0 ? ", " + counted(unreadable, "folder") + " that cannot be read" : "") + "\n";
+    return counted(totals["total"].asUInt64(), "video") + " in " + counted(totals["folders"].asUInt64(), "folder") + "\n";
+}
+
+// Why the videos found may not be all; empty when they are.
+std::string gapsOf(const Json::Value& totals)
+{
+    const std::string error = totals["error"].asString();
+    return error.empty() ? describeUnreadable(totals["unreadable"].asUInt(), totals["unreadableFiles"].asUInt()) : error;
 }
 
 } // namespace
@@ -49,8 +55,8 @@ void runSearch(Session& session, const SearchOptions& options, Output& output)
     }
     totals.removeMember("reqId");
     output.write(options.json ? jsonLine(totals) : summary(totals));
-    if (totals.isMember("error")) {
-        session.fail(directory, totals["error"].asString());
+    if (const std::string gaps = gapsOf(totals); !gaps.empty()) {
+        session.fail(directory, gaps);
     }
 }
 

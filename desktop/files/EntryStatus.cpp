@@ -37,6 +37,9 @@ EntryStatus plainFileStatus(int folder, const std::string& name, const struct st
     // Most files need no descriptor: their extension says it all.
     const bool needed = status.stx_size > 0 && typeByExtension(name) == FILE_TYPE_UNKNOWN;
     const UniqueFd pinned(needed ? openat(folder, name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC) : -1);
+    if (needed && !pinned) {
+        return {};
+    }
     return regularFileStatus(name, status, pinned.get());
 }
 
@@ -45,10 +48,10 @@ EntryStatus plainFileStatus(int folder, const std::string& name, const struct st
 std::optional<EntryStatus> inspectFile(int folder, const std::string& name)
 {
     struct statx status = {};
-    if (!look(folder, name, status) || !S_ISREG(status.stx_mode)) {
-        return std::nullopt;
+    if (!look(folder, name, status)) {
+        return errno == ENOENT ? std::nullopt : std::optional<EntryStatus>(EntryStatus());
     }
-    return plainFileStatus(folder, name, status);
+    return S_ISREG(status.stx_mode) ? std::optional<EntryStatus>(plainFileStatus(folder, name, status)) : std::nullopt;
 }
 
 std::optional<EntryStatus> inspectPinned(int pinned, const std::string& name)
@@ -76,7 +79,7 @@ std::optional<struct statx> statusWithoutWaiting(const std::string& path, unsign
 UniqueFd openRegularFile(int pinned)
 {
     struct stat status = {};
-    if (fstat(pinned, &status) != 0) {
+    if (pinned < 0 || fstat(pinned, &status) != 0) { // errno says already why there is no descriptor
         return UniqueFd();
     }
     if (!S_ISREG(status.st_mode)) {

@@ -40,7 +40,8 @@ private:
     std::vector<struct stat> m_path; ///< the volume's folder and every folder on the way to this one
 };
 
-/// The status of entry @p name of the open folder @p folder when it is a regular file; nothing when it is not or has gone.
+/// The status of entry @p name of the open folder @p folder when it is a regular file, of unknown type when it cannot be
+/// looked at, for the reason in errno; nothing when it is no regular file or has gone.
 std::optional<EntryStatus> inspectFile(int folder, const std::string& name);
 
 /// The status of the folder or regular file that @p pinned, an O_PATH descriptor, stands for; anything else is unknown.
@@ -55,7 +56,8 @@ FileType regularFileType(const std::string& name, std::uint64_t size, int pinned
 /// when it is not there.
 std::optional<struct statx> statusWithoutWaiting(const std::string& path, unsigned int fields);
 
-/// Opens the regular file that @p pinned, an O_PATH descriptor, stands for; nothing else is opened. Sets errno.
+/// Opens the regular file that @p pinned, an O_PATH descriptor, stands for; nothing else is opened. Sets errno, and leaves
+/// it when @p pinned is -1, the result of an open(2) that failed.
 UniqueFd openRegularFile(int pinned);
 
 } // namespace desktop

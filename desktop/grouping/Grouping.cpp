@@ -4,6 +4,7 @@
 #include "desktop/base/Log.h"
 #include "desktop/files/MediaTypes.h"
 #include "desktop/files/TreeWalk.h"
+#include "desktop/files/UnreadableFiles.h"
 #include "desktop/metadata/EntryDescription.h"
 #include "desktop/metadata/MetadataReadPool.h"
 
@@ -49,10 +50,13 @@ public:
             [this](const WalkedFolder& folder, const WalkTotals&) { inspectFiles(folder); });
         const int error = walk.run();
         m_readers.finish();
+        m_unreadableFolders = walk.totals().unreadable;
         return m_cancelled.stop_requested() ? ECANCELED : error;
     }
 
     MediaEntries takeEntries() { return std::move(m_entries); }
+    /// What the groups may lack, as describeUnreadable() says it.
+    std::string unreadable() const { return describeUnreadable(m_unreadableFolders, m_unreadableFiles); }
 
 private:
     bool mayMatch(std::string_view name) const
@@ -68,18 +72,23 @@ private:
         }
         const std::string directory = m_folder.directoryOf(folder.location);
         const KnownFiles known = m_catalog.known(folder.location);
+        UnreadableFiles unreadable;
         for (const std::string& name : folder.files) {
             const auto entry = m_cancelled.stop_requested() ? std::nullopt : inspectFile(folder.fd, name);
             if (entry && isGrouped(entry->type, m_type)) {
                 const MediaMetadata* metadata = known.find(name, stampOf(*entry));
                 m_entries.push_back(
                     {describeEntry(directory, name, *entry, metadata), metadata != nullptr ? *metadata : MediaMetadata()});
-                if (metadata == nullptr) {
-                    m_readers.add(folder.location, folder.fd, name, *entry, m_entries.back().metadata);
+                if (metadata == nullptr &&
+                    !m_readers.add(folder.location, folder.fd, name, *entry, m_entries.back().metadata)) {
+                    ++m_unreadableFiles;
                 }
                 reportProgress();
+            } else if (entry && entry->type == FILE_TYPE_UNKNOWN) {
+                unreadable.add(errno);
             }
         }
+        m_unreadableFiles += unreadable.log(folder.location);
     }
 
     void reportProgress()
@@ -96,6 +105,8 @@ private:
     std::stop_token m_cancelled;
     MediaEntries m_entries; ///< of which the readers fill in the metadata
     MetadataReadPool m_readers;
+    std::size_t m_unreadableFolders = 0;
+    std::size_t m_unreadableFiles = 0; ///< of which it is not known whether, or in which group, they belong here
     IntervalTimer m_reportTimer{kInterval};
 };
 
@@ -157,6 +168,9 @@ bool Grouping::start(const std::string& directory, GroupFileType type)
             if (error != 0) {
                 postFailure(answers, *request, error);
                 return;
+            }
+            if (const std::string unreadable = run.unreadable(); !unreadable.empty()) {
+                request->opener.reporter().failed(request->folder.directory, unreadable);
             }
             MediaEntries entries = run.takeEntries();
             applyMetadata(entries);

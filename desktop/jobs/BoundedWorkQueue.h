@@ -38,6 +38,13 @@ public:
         }
     }
 
+    /// Waits until all that was put has been worked on and let go.
+    void waitUntilIdle()
+    {
+        UniqueLock lock(m_mutex);
+        m_changed.wait(lock.native(), [this]() REQUIRES(m_mutex) { return m_items.empty() && !m_working; });
+    }
+
     /// Waits until all has been done; throws what the work has thrown, after which nothing more was done. The last call.
     void finish()
     {
@@ -63,7 +70,7 @@ private:
     void run()
     {
         for (std::vector<Item> items = takeAll(); !items.empty(); items = takeAll()) {
-            workOn(items);
+            workOn(std::move(items));
         }
     }
 
@@ -71,15 +78,19 @@ private:
     std::vector<Item> takeAll()
     {
         UniqueLock lock(m_mutex);
+        m_working = false;
+        m_changed.notify_all();
         m_changed.wait(lock.native(), [this]() REQUIRES(m_mutex) { return m_finishing || !m_items.empty(); });
+        m_working = !m_items.empty();
         m_changed.notify_all();
         return std::exchange(m_items, {});
     }
 
-    void workOn(std::vector<Item>& items)
+    void workOn(std::vector<Item> items)
     try {
         for (auto item = items.begin(); m_failure == nullptr && item != items.end(); ++item) {
-            m_work(*item);
+            Item taken = std::move(*item); // let go before the next one: it may hold a descriptor
+            m_work(taken);
         }
     } catch (...) {
         m_failure = std::current_exception();
@@ -91,6 +102,7 @@ private:
     Mutex m_mutex;
     std::condition_variable m_changed;
     std::vector<Item> m_items GUARDED_BY(m_mutex);
+    bool m_working GUARDED_BY(m_mutex) = false; ///< on items that have been taken
     bool m_finishing GUARDED_BY(m_mutex) = false;
     std::thread m_thread; // last: it uses all the others
 };

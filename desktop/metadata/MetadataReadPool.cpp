@@ -11,7 +11,7 @@ namespace desktop {
 
 namespace {
 
-constexpr std::size_t kMaxWaiting = 128; // each holds a descriptor
+constexpr std::size_t kMaxWaiting = 64;  // each holds a descriptor
 constexpr off_t kHead = 32L * 1024;      // bytes of a file that most of its metadata lie in
 constexpr std::size_t kBatch = 32;       // files read at a time
 constexpr std::size_t kRemembered = 512; // files remembered at a time: the index writes much for each time
@@ -27,14 +27,14 @@ MetadataReadPool::MetadataReadPool(std::shared_ptr<MetadataCatalog> catalog, std
     }
 }
 
-void MetadataReadPool::add(const Location& folder, int fd, const std::string& name, const EntryStatus& entry,
+bool MetadataReadPool::add(const Location& folder, int fd, const std::string& name, const EntryStatus& entry,
                            MediaMetadata& metadata)
 {
     const UniqueFd pinned(openat(fd, name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
     UniqueFd opened = openRegularFile(pinned.get());
     if (!opened) {
         logUnreadable(folder.child(name), describeError(errno));
-        return;
+        return false;
     }
     // The volume fetches it while others are being read.
     posix_fadvise(opened.get(), 0, kHead, POSIX_FADV_WILLNEED);
@@ -44,6 +44,7 @@ void MetadataReadPool::add(const Location& folder, int fd, const std::string& na
     if (m_files.size() == 1) { // readers that are at work look for more by themselves
         m_changed.notify_all();
     }
+    return true;
 }
 
 void MetadataReadPool::finish()

@@ -19,8 +19,9 @@ public:
     MetadataReadPool& operator=(const MetadataReadPool&) = delete;
 
     /// Has regular file @p name of the open folder @p fd at @p folder read into @p metadata, which must stay until finish().
-    /// @p entry is the file's status. Waits while many others are still to be read.
-    void add(const Location& folder, int fd, const std::string& name, const EntryStatus& entry, MediaMetadata& metadata);
+    /// @p entry is the file's status. Waits while many others are still to be read. False, which is logged, when the file
+    /// cannot be opened.
+    bool add(const Location& folder, int fd, const std::string& name, const EntryStatus& entry, MediaMetadata& metadata);
     /// Waits until all have been read; what is still to be read when cancelled is left out.
     void finish();
 

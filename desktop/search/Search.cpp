@@ -4,6 +4,7 @@
 #include "desktop/base/Log.h"
 #include "desktop/files/MediaTypes.h"
 #include "desktop/files/TreeWalk.h"
+#include "desktop/files/UnreadableFiles.h"
 #include "desktop/jobs/BoundedWorkQueue.h"
 #include "desktop/metadata/EntryDescription.h"
 
@@ -26,7 +27,7 @@ namespace {
 constexpr std::chrono::milliseconds kInterval(200);
 constexpr int kMaxFiles = 1000;
 // How many folders the walk may be ahead of the inspection of their files; each may hold a descriptor.
-constexpr std::size_t kMaxAhead = 64;
+constexpr std::size_t kMaxAhead = 16;
 
 /// What is searched for, and where.
 struct SearchRequest {
@@ -41,7 +42,8 @@ struct SearchRequest {
 struct SearchCounts {
     std::atomic<std::size_t> found{0};
     std::atomic<std::size_t> folders{0};
-    std::atomic<std::size_t> unreadable{0};
+    std::atomic<std::size_t> unreadable{0};      ///< folders
+    std::atomic<std::size_t> unreadableFiles{0}; ///< of which it is not known whether they are of the type
 };
 
 Json::Value listEntry(const FolderFileInfo_s& file)
@@ -64,6 +66,7 @@ void postEnd(RequestAnswers& answers, const std::string& directory, const Search
     end["total"] = static_cast<Json::UInt64>(counts.found);
     end["folders"] = static_cast<Json::UInt64>(counts.folders);
     end["unreadable"] = static_cast<Json::UInt64>(counts.unreadable);
+    end["unreadableFiles"] = static_cast<Json::UInt64>(counts.unreadableFiles);
     if (error != 0) {
         end["error"] = describeError(error);
         logLine(LogLevel::Warning, "the search of " + directory + " has ended early: " + describeError(error));
@@ -73,7 +76,8 @@ void postEnd(RequestAnswers& answers, const std::string& directory, const Search
 
 /// A folder that the walk has found, to be inspected while the walk continues.
 struct FolderToSearch {
-    UniqueFd fd; ///< of none that has no files
+    UniqueFd fd;   ///< of none that has no files
+    int error = 0; ///< why there is no descriptor though there are files, as an errno value
     Location location;
     std::vector<std::string> files;
     WalkTotals totals; ///< of the walk until then
@@ -82,7 +86,8 @@ struct FolderToSearch {
 FolderToSearch forSearching(const WalkedFolder& folder, const WalkTotals& totals)
 {
     UniqueFd fd(folder.files.empty() ? -1 : fcntl(folder.fd, F_DUPFD_CLOEXEC, 0));
-    return {std::move(fd), folder.location, folder.files, totals};
+    const int error = fd || folder.files.empty() ? 0 : errno;
+    return {std::move(fd), error, folder.location, folder.files, totals};
 }
 
 /// One search at work, on two threads: one walks, the other inspects the files and sends the results.
@@ -105,7 +110,14 @@ public:
         });
         TreeWalk walk(
             m_request.folder.location, m_cancelled, [this](std::string_view name) { return mayMatch(name); },
-            [&walked](const WalkedFolder& folder, const WalkTotals& totals) { walked.put(forSearching(folder, totals)); });
+            [&walked](const WalkedFolder& folder, const WalkTotals& totals) {
+                FolderToSearch next = forSearching(folder, totals);
+                if (next.error == EMFILE || next.error == ENFILE) {
+                    walked.waitUntilIdle(); // those before it hold the descriptors
+                    next = forSearching(folder, totals);
+                }
+                walked.put(std::move(next));
+            });
         const int error = walk.run();
         walked.finish();
         if (error != ECANCELED) {
@@ -129,12 +141,16 @@ private:
         }
         const std::string directory = m_request.folder.directoryOf(folder.location);
         const KnownFiles known = knownFiles(m_request.catalog, folder.location);
+        UnreadableFiles unreadable;
         for (const std::string& name : folder.files) {
             const auto status = m_cancelled.stop_requested() ? std::nullopt : inspectFile(folder.fd.get(), name);
             if (status && status->type == m_request.type) {
                 add(describeEntry(directory, name, *status, known.find(name, stampOf(*status))));
+            } else if (status && status->type == FILE_TYPE_UNKNOWN) {
+                unreadable.add(folder.error != 0 ? folder.error : errno);
             }
         }
+        m_counts.unreadableFiles += unreadable.log(folder.location);
     }
 
     void add(const FolderFileInfo_s& file)

@@ -3,6 +3,7 @@
 #include "platform/SocMwEvents.h"
 
 #include "tests/desktop/support/MediaStick.h"
+#include "tests/desktop/support/UsedUpDescriptors.h"
 #include "tests/desktop/support/Waiting.h"
 
 #include <gmock/gmock.h>
@@ -204,6 +205,27 @@ TEST_F(StuckGroupingTest, PulledStick_IsAnsweredAtOnceWithoutGroups)
     grouping.volumeRemoved("/another/stick");
     grouping.volumeRemoved(stick.path());
     EXPECT_THAT(received.waitFor(1), ElementsAre(IsEmpty()));
+}
+
+TEST_F(GroupingTest, DescriptorsThatRunOut_NeverLoseFilesSilently)
+{
+    testsupport::UsedUpDescriptors usedUp;
+    std::size_t told = 0;
+    for (int left = 12; left > 2; --left) {
+        usedUp.leave(left);
+        Grouping afresh(stick.opener, std::make_shared<MetadataCatalog>(stick.reader, ""), stick.events);
+        const std::size_t before = received.sofar().size();
+        if (!afresh.start(stick.folder.path(), GROUP_TYPE_ALBUM)) {
+            continue;
+        }
+        const std::vector<Keys> all = received.waitFor(before + 1);
+        ASSERT_GT(all.size(), before);
+        const std::size_t failures = stick.failures().size();
+        EXPECT_TRUE(all.back() == Keys({"One 9", "One 10", "Two", "Unknown"}) || failures > told) << left;
+        told = failures;
+    }
+    EXPECT_GT(told, 0U);
+    EXPECT_THAT(stick.failures().back(), testing::HasSubstr("cannot be read"));
 }
 
 } // namespace

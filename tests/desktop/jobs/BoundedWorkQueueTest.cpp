@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <memory>
 #include <numeric>
 #include <stdexcept>
 #include <vector>
@@ -46,6 +48,24 @@ TEST(BoundedWorkQueue, WorkThatFails_EndsAndTellsAtTheEnd)
     }
     EXPECT_THROW(queue.finish(), std::runtime_error);
     EXPECT_EQ(done, std::vector<int>{1});
+}
+
+TEST(BoundedWorkQueue, WaitUntilIdle_WaitsForTheWorkAndForItsItemsToGo)
+{
+    std::atomic<int> alive{0};
+    const auto makeItem = [&alive] {
+        ++alive;
+        return std::shared_ptr<void>(nullptr, [&alive](void*) { --alive; });
+    };
+    BoundedWorkQueue<std::shared_ptr<void>> queue(2, [](std::shared_ptr<void>&) { std::this_thread::yield(); });
+    for (int round = 0; round < 200; ++round) {
+        for (int i = 0; i < 3; ++i) {
+            queue.put(makeItem());
+        }
+        queue.waitUntilIdle();
+        ASSERT_EQ(alive, 0);
+    }
+    queue.finish();
 }
 
 TEST(BoundedWorkQueue, WithoutItems_Ends)

@@ -4,6 +4,7 @@
 
 #include "tests/desktop/support/ManyFiles.h"
 #include "tests/desktop/support/MediaStick.h"
+#include "tests/desktop/support/UsedUpDescriptors.h"
 #include "tests/desktop/support/Waiting.h"
 
 #include <gmock/gmock.h>
@@ -35,6 +36,11 @@ protected:
     std::vector<Received> find(const std::string& directory, FileType type = FILE_TYPE_VIDEO, int itemsPerPage = 9)
     {
         EXPECT_TRUE(search.start(directory, type, itemsPerPage));
+        return waitForEnd();
+    }
+
+    std::vector<Received> waitForEnd()
+    {
         stick.events.start();
         for (std::size_t count = 1;; ++count) {
             const std::vector<Received> all = received.waitFor(count);
@@ -122,6 +128,29 @@ TEST_F(SearchTest, SecondSearch_IsTheOnlyOneAnswered)
     const std::vector<Received> all = find(stick.folder.path("b"));
     EXPECT_THAT(namesIn(all), ElementsAre("2.mkv"));
     EXPECT_EQ(all.size(), 2U);
+}
+
+TEST_F(SearchTest, DescriptorsThatRunOut_NeverLoseFilesSilently)
+{
+    constexpr int kFolders = 40;
+    for (int i = 0; i < kFolders; ++i) {
+        stick.write(std::to_string(i) + "/film.mkv", "x");
+        stick.write(std::to_string(i) + "/film", "\x1A\x45\xDF\xA3");
+    }
+    testsupport::UsedUpDescriptors usedUp;
+    int incomplete = 0;
+    for (int left = 24; left > 0; --left) {
+        received.clear();
+        usedUp.leave(left);
+        if (!search.start(stick.folder.path(), FILE_TYPE_VIDEO, 1000)) {
+            continue;
+        }
+        const Json::Value end = waitForEnd().back().object;
+        const bool told = end["unreadable"].asUInt() + end["unreadableFiles"].asUInt() > 0 || end.isMember("error");
+        EXPECT_EQ(end["total"].asInt() == 2 * kFolders, !told) << end;
+        incomplete += told ? 1 : 0;
+    }
+    EXPECT_GT(incomplete, 0);
 }
 
 TEST_F(SearchTest, Cancelled_RaisesNoEvent)

@@ -3,6 +3,7 @@
 #include "desktop/browsing/FolderListings.h"
 
 #include "tests/desktop/support/FakeReader.h"
+#include "tests/desktop/support/Waiting.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <fstream>
@@ -16,7 +17,7 @@ public:
     explicit MediaStick(const std::string& cacheFolder = "")
         : catalog(std::make_shared<desktop::MetadataCatalog>(reader, cacheFolder))
         , resolver({folder.path()})
-        , opener(resolver, std::make_shared<desktop::ReadReporter>())
+        , opener(resolver, std::make_shared<desktop::ReadReporter>(observer()))
         , listings(opener, events, catalog)
     {
     }
@@ -48,7 +49,11 @@ public:
         return metadata;
     }
 
+    /// What has been reported as unreadable.
+    std::vector<std::string> failures() { return m_failures->sofar(); }
+
     TemporaryDirectory folder;
+    std::shared_ptr<Gathered<std::string>> m_failures = std::make_shared<Gathered<std::string>>();
     std::shared_ptr<FakeReader> reader =
         std::make_shared<FakeReader>([](const std::string& content, FileType) { return metadataIn(content); });
     std::shared_ptr<desktop::MetadataCatalog> catalog;
@@ -56,6 +61,16 @@ public:
     desktop::PathResolver resolver;
     desktop::LocationOpener opener;
     desktop::FolderListings listings;
+
+private:
+    desktop::ReadObserver observer()
+    {
+        desktop::ReadObserver observer;
+        observer.failed = [failures = m_failures](const std::string& path, const std::string& reason) {
+            failures->add(path + ": " + reason);
+        };
+        return observer;
+    }
 };
 
 } // namespace testsupport
