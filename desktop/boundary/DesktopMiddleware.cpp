@@ -97,7 +97,7 @@ void DesktopMiddleware::makeParts(const std::string& cacheFolder, const ReadObse
     m_workers = std::make_shared<MediaWorkers>(); // their processes start with the first file
     m_catalog = std::make_shared<MetadataCatalog>(m_workers, cacheFolder);
     m_listings = std::make_unique<FolderListings>(m_opener, m_events, m_catalog);
-    m_search = std::make_unique<Search>(m_opener, m_catalog, m_events);
+    m_search = std::make_unique<Search>(m_opener, m_events);
     m_grouping = std::make_unique<Grouping>(m_opener, m_catalog, m_events);
     m_playlists = std::make_unique<Playlists>(m_opener, m_catalog);
     m_thumbnails =

@@ -50,6 +50,7 @@ FolderListings::FolderListings(LocationOpener opener, EventQueue& events, std::s
     : m_opener(std::move(opener))
     , m_events(events)
     , m_catalog(std::move(catalog))
+    , m_panoramas(std::make_shared<PanoramaFinder>(m_catalog))
 {
 }
 
@@ -88,6 +89,7 @@ void FolderListings::cancel()
     if (m_change != nullptr && !m_change->finished()) {
         m_change->cancel();
     }
+    m_panoramas->cancel();
 }
 
 void FolderListings::volumeRemoved(const std::string& volume)
@@ -100,6 +102,7 @@ void FolderListings::volumeRemoved(const std::string& volume)
     };
     failIfThere(m_change);
     std::for_each(m_others.begin(), m_others.end(), failIfThere);
+    m_panoramas->cancel();
 }
 
 ListingPointer FolderListings::current() const
@@ -172,7 +175,7 @@ std::unique_ptr<ListingTask> FolderListings::makeTask(const std::string& directo
     const std::string key = folder.directory;
     const std::string volume = folder.location.volume;
     ListingTask::Context context;
-    context.catalog = m_catalog;
+    context.panoramas = m_panoramas;
     context.progress = [opener = m_opener, key](std::size_t entries) { opener.reporter().progress(key, entries); };
     context.known = [cache = m_cache, key](const FolderStamp& stamp) { return cache->find(key, stamp); };
     context.done = std::move(done);

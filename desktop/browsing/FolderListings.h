@@ -18,7 +18,7 @@ public:
     /// entries when the reading fails. A change that is overtaken before its event is delivered raises none. False, and no
     /// event, when there is no such folder on a volume, or the volume does not answer for 3 seconds.
     bool change(const std::string& directory, int itemsPerPage);
-    /// Stops what is being read; it raises no event.
+    /// Stops what is being read, in the background too; it raises no event.
     void cancel();
     /// Volume @p volume, a path as bytes, has been removed: what is being read from it fails at once. Safe on any thread.
     void volumeRemoved(const std::string& volume);
@@ -53,6 +53,7 @@ private:
     LocationOpener m_opener;
     EventQueue& m_events;
     std::shared_ptr<MetadataCatalog> m_catalog;
+    std::shared_ptr<PanoramaFinder> m_panoramas;                              ///< threads left behind may still use it
     std::shared_ptr<ListingCache> m_cache = std::make_shared<ListingCache>(); ///< threads left behind may still look at it
     mutable Mutex m_spellingMutex;
     std::string m_spelling GUARDED_BY(m_spellingMutex); ///< the latest change's directory, as it was asked for

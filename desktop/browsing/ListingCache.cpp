@@ -38,7 +38,8 @@ ListingPointer ListingCache::find(const std::string& directory, const FolderStam
 {
     const LockGuard lock(m_mutex);
     for (const ListingPointer& listing : m_listings) {
-        if (listing->directory == directory && listing->stamp == stamp) {
+        const bool isOutdated = listing->outdated != nullptr && *listing->outdated;
+        if (listing->directory == directory && listing->stamp == stamp && !isOutdated) {
             return listing;
         }
     }

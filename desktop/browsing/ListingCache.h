@@ -10,7 +10,7 @@ class ListingCache {
 public:
     /// Keeps @p listing, in place of an older one of its directory.
     void keep(ListingPointer listing);
-    /// The listing of @p directory, if one is kept and the folder is still in the state @p stamp.
+    /// The listing of @p directory, if one is kept that is not outdated and the folder is still in the state @p stamp.
     ListingPointer find(const std::string& directory, const FolderStamp& stamp);
     /// Forgets the listings of @p folder, a path as bytes, and of all folders below it.
     void dropBelow(const std::string& folder);

@@ -4,6 +4,7 @@
 #include "desktop/metadata/EntryDescription.h"
 #include "desktop/text/NaturalOrder.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -38,8 +39,11 @@ void sortEntries(std::vector<FolderFileInfo_s>& entries)
     }
 }
 
-int readEntries(DIR* directory, const OpenedFolder& folder, const KnownFiles& known, const std::stop_token& cancelled,
-                const ReadProgress& progress, std::vector<FolderFileInfo_s>& entries)
+using Photos = std::vector<PanoramaFinder::Photo>;
+
+// Also gathers the photos among @p entries.
+int readEntries(DIR* directory, const OpenedFolder& folder, const std::stop_token& cancelled, const ReadProgress& progress,
+                std::vector<FolderFileInfo_s>& entries, Photos& photos)
 {
     const EntryInspector inspector(dirfd(directory), folder.location);
     while (!cancelled.stop_requested()) {
@@ -53,8 +57,10 @@ int readEntries(DIR* directory, const OpenedFolder& folder, const KnownFiles& kn
         }
         const std::string name = found->d_name;
         if (const auto status = inspector.inspect(name)) {
-            const MediaMetadata* media = known.find(name, stampOf(*status));
-            entries.push_back(describeEntry(folder.directory, name, *status, media));
+            if (status->type == FILE_TYPE_PHOTO && status->size > 0) {
+                photos.push_back({name, *status, entries.size()});
+            }
+            entries.push_back(describeEntry(folder.directory, name, *status));
             if (entries.size() % kProgressStep == 0 && !cancelled.stop_requested()) {
                 progress(entries.size());
             }
@@ -63,19 +69,32 @@ int readEntries(DIR* directory, const OpenedFolder& folder, const KnownFiles& kn
     return ECANCELED;
 }
 
+void markPanoramas(const OpenedFolder& folder, PanoramaFinder* panoramas, Photos photos, const std::stop_token& cancelled,
+                   Listing& listing)
+{
+    if (panoramas == nullptr) {
+        return;
+    }
+    const PanoramaFinder::Result found = panoramas->find(folder, std::move(photos), cancelled);
+    for (const std::size_t index : found.panoramas) {
+        markPanorama(listing.entries[index]);
+    }
+    listing.outdated = found.moreIsKnown;
+}
+
 } // namespace
 
-int readListing(OpenedFolder folder, const std::shared_ptr<MetadataCatalog>& catalog, const std::stop_token& cancelled,
+int readListing(OpenedFolder folder, PanoramaFinder* panoramas, const std::stop_token& cancelled,
                 const ReadProgress& progress, Listing& listing)
 {
-    const Directory directory = openDirectory(std::move(folder.fd));
+    const Directory directory = openDirectory(UniqueFd(fcntl(folder.fd.get(), F_DUPFD_CLOEXEC, 0)));
     if (directory == nullptr) {
         return errno;
     }
     listing.directory = folder.directory;
     listing.stamp = folder.stamp;
-    const KnownFiles known = knownFiles(catalog, folder.location);
-    const int error = readEntries(directory.get(), folder, known, cancelled, progress, listing.entries);
+    Photos photos;
+    const int error = readEntries(directory.get(), folder, cancelled, progress, listing.entries, photos);
     if (error != 0) {
         return error;
     }
@@ -84,6 +103,7 @@ int readListing(OpenedFolder folder, const std::shared_ptr<MetadataCatalog>& cat
     if (fstat(dirfd(directory.get()), &status) != 0 || status.st_nlink == 0) {
         return ENOENT;
     }
+    markPanoramas(folder, panoramas, std::move(photos), cancelled, listing);
     sortEntries(listing.entries);
     return 0;
 }

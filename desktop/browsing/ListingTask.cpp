@@ -50,7 +50,7 @@ try {
         return 0;
     }
     listing = std::make_shared<Listing>();
-    return readListing(std::move(folder), context.catalog, outcome.stopping.get_token(), context.progress, *listing);
+    return readListing(std::move(folder), context.panoramas.get(), outcome.stopping.get_token(), context.progress, *listing);
 } catch (const std::bad_alloc&) {
     return ENOMEM;
 }

@@ -37,7 +37,7 @@ public:
 
     /// What a task works with. The reading thread may outlive the task, but never calls done then.
     struct Context {
-        std::shared_ptr<MetadataCatalog> catalog; ///< may be null
+        std::shared_ptr<PanoramaFinder> panoramas; ///< may be null
         ReadProgress progress;
         /// The listing of the folder if it has been read already in the state @p stamp.
         std::function<ListingPointer(const FolderStamp& stamp)> known;

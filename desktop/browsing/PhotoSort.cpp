@@ -42,7 +42,8 @@ TimesResult timesTaken(OpenedFolder& folder, const std::shared_ptr<MetadataCatal
             if (photo != nullptr) {
                 metadata[i] = *photo;
             } else if (entry) {
-                readers.add(folder.location, folder.fd.get(), names[i], *entry, metadata[i]);
+                readers.add(folder.location, folder.fd.get(), names[i], *entry,
+                            [&one = metadata[i]](MediaMetadata read) { one = std::move(read); });
             }
         }
     }
@@ -110,8 +111,9 @@ bool sortPhotos(const Listing& listing, const PhotoReading& reading, PhotoOrder 
                 std::vector<FolderFileInfo_s>& photos)
 {
     photos.clear();
-    std::copy_if(listing.entries.begin(), listing.entries.end(), std::back_inserter(photos),
-                 [](const FolderFileInfo_s& entry) { return entry.type == FILE_TYPE_PHOTO; });
+    std::copy_if(
+        listing.entries.begin(), listing.entries.end(), std::back_inserter(photos),
+        [](const FolderFileInfo_s& entry) { return entry.type == FILE_TYPE_PHOTO || entry.type == FILE_TYPE_PANORAMA; });
     const auto keys = sortKeys(photos, listing, reading, order);
     if (!keys) {
         logLine(LogLevel::Warning, "the photos of " + listing.directory + " could not all be read");

@@ -78,9 +78,9 @@ private:
             if (entry && isGrouped(entry->type, m_type)) {
                 const MediaMetadata* metadata = known.find(name, stampOf(*entry));
                 m_entries.push_back(
-                    {describeEntry(directory, name, *entry, metadata), metadata != nullptr ? *metadata : MediaMetadata()});
+                    {describeEntry(directory, name, *entry), metadata != nullptr ? *metadata : MediaMetadata()});
                 if (metadata == nullptr &&
-                    !m_readers.add(folder.location, folder.fd, name, *entry, m_entries.back().metadata)) {
+                    !m_readers.add(folder.location, folder.fd, name, *entry, intoEntry(m_entries.back()))) {
                     ++m_unreadableFiles;
                 }
                 reportProgress();
@@ -89,6 +89,11 @@ private:
             }
         }
         m_unreadableFiles += unreadable.log(folder.location);
+    }
+
+    static MetadataReadPool::Done intoEntry(MediaEntry& entry)
+    {
+        return [&entry](MediaMetadata metadata) { entry.metadata = std::move(metadata); };
     }
 
     void reportProgress()
@@ -128,7 +133,9 @@ void postFailure(RequestAnswers& answers, const GroupRequest& request, int error
 void applyMetadata(MediaEntries& entries)
 {
     for (MediaEntry& entry : entries) {
-        entry.file.isPhoto360 = entry.metadata.panorama ? 1 : 0;
+        if (entry.metadata.panorama) {
+            markPanorama(entry.file);
+        }
         if (!entry.metadata.title.empty()) {
             entry.file.title = entry.metadata.title;
         }

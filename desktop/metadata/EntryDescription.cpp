@@ -5,8 +5,7 @@
 
 namespace desktop {
 
-FolderFileInfo_s describeEntry(const std::string& directory, const std::string& name, const EntryStatus& status,
-                               const MediaMetadata* known)
+FolderFileInfo_s describeEntry(const std::string& directory, const std::string& name, const EntryStatus& status)
 {
     FolderFileInfo_s entry;
     entry.type = status.type;
@@ -15,11 +14,13 @@ FolderFileInfo_s describeEntry(const std::string& directory, const std::string& 
     entry.name = encodeName(name);
     entry.path = directory + "/" + entry.name;
     entry.title = status.type == FILE_TYPE_FOLDER ? entry.name : encodeName(nameWithoutExtension(name));
-    if (known != nullptr) {
-        entry.title = known->title.empty() ? entry.title : known->title;
-        entry.isPhoto360 = known->panorama ? 1 : 0;
-    }
     return entry;
+}
+
+void markPanorama(FolderFileInfo_s& entry)
+{
+    entry.type = FILE_TYPE_PANORAMA;
+    entry.isPhoto360 = 1;
 }
 
 std::string formatTime(std::time_t time)

@@ -10,9 +10,12 @@
 
 namespace desktop {
 
-/// Entry @p name, as bytes, of the folder whose text is @p directory, as lists show it; @p known may be null.
-FolderFileInfo_s describeEntry(const std::string& directory, const std::string& name, const EntryStatus& status,
-                               const MediaMetadata* known = nullptr);
+/// Entry @p name, as bytes, of the folder whose text is @p directory, as lists show it. The title is the name without its
+/// extension, whatever is known of the file.
+FolderFileInfo_s describeEntry(const std::string& directory, const std::string& name, const EntryStatus& status);
+
+/// Shows @p entry, a photo, as the 360-degree photo that it is.
+void markPanorama(FolderFileInfo_s& entry);
 
 /// What a page shows of file @p path of @p type: @p metadata, and @p title where it has none.
 media_file_info_s describeMedia(const std::string& path, FileType type, const std::string& title,

@@ -41,12 +41,6 @@ private:
     MetadataDatabase m_index;
 };
 
-/// What @p catalog, if there is one, knows of the files of @p folder.
-inline KnownFiles knownFiles(const std::shared_ptr<MetadataCatalog>& catalog, const Location& folder)
-{
-    return catalog != nullptr ? catalog->known(folder) : KnownFiles();
-}
-
 FileStamp stampOf(const EntryStatus& entry);
 
 } // namespace desktop

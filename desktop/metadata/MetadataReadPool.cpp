@@ -27,8 +27,7 @@ MetadataReadPool::MetadataReadPool(std::shared_ptr<MetadataCatalog> catalog, std
     }
 }
 
-bool MetadataReadPool::add(const Location& folder, int fd, const std::string& name, const EntryStatus& entry,
-                           MediaMetadata& metadata)
+bool MetadataReadPool::add(const Location& folder, int fd, const std::string& name, const EntryStatus& entry, Done done)
 {
     const UniqueFd pinned(openat(fd, name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
     UniqueFd opened = openRegularFile(pinned.get());
@@ -40,7 +39,7 @@ bool MetadataReadPool::add(const Location& folder, int fd, const std::string& na
     posix_fadvise(opened.get(), 0, kHead, POSIX_FADV_WILLNEED);
     UniqueLock lock(m_mutex);
     m_changed.wait(lock.native(), [this]() REQUIRES(m_mutex) { return m_files.size() < kMaxWaiting; });
-    m_files.push_back({folder, name, entry, std::move(opened), &metadata});
+    m_files.push_back({folder, name, entry, std::move(opened), std::move(done), {}});
     if (m_files.size() == 1) { // readers that are at work look for more by themselves
         m_changed.notify_all();
     }
@@ -69,6 +68,9 @@ void MetadataReadPool::readLoop()
         }
         if (!m_cancelled.stop_requested()) { // else it may have been broken off
             keep(files, known);
+        }
+        for (File& file : files) {
+            file.done(std::move(file.metadata));
         }
         if (known.count >= kRemembered) {
             m_catalog->remember(std::exchange(known, {}).files);
@@ -99,23 +101,23 @@ void MetadataReadPool::read(Files& files)
     }
     std::vector<MediaMetadata> metadata = m_catalog->read(media, m_cancelled);
     for (std::size_t i = 0; i < files.size(); ++i) {
-        *files[i].metadata = std::move(metadata[i]);
+        files[i].metadata = std::move(metadata[i]);
     }
 }
 
 void MetadataReadPool::keep(const Files& files, Read& known) const
 {
     for (const File& file : files) {
-        if (!file.metadata->error.empty()) {
-            logUnreadable(file.folder.child(file.name), file.metadata->error);
+        if (!file.metadata.error.empty()) {
+            logUnreadable(file.folder.child(file.name), file.metadata.error);
         }
-        if (!m_catalog->lasts(*file.metadata, file.fd.get(), file.entry, file.folder.volume)) {
+        if (!m_catalog->lasts(file.metadata, file.fd.get(), file.entry, file.folder.volume)) {
             continue;
         }
         if (known.files.empty() || known.files.back().folder.relative != file.folder.relative) {
             known.files.push_back({file.folder, {}});
         }
-        known.files.back().files.push_back({file.name, stampOf(file.entry), *file.metadata});
+        known.files.back().files.push_back({file.name, stampOf(file.entry), file.metadata});
         ++known.count;
     }
 }

@@ -5,6 +5,7 @@
 
 #include <condition_variable>
 #include <deque>
+#include <functional>
 #include <stop_token>
 #include <thread>
 
@@ -18,10 +19,13 @@ public:
     MetadataReadPool(const MetadataReadPool&) = delete;
     MetadataReadPool& operator=(const MetadataReadPool&) = delete;
 
-    /// Has regular file @p name of the open folder @p fd at @p folder read into @p metadata, which must stay until finish().
+    /// Gets what has been read of a file, on one of the pool's threads.
+    using Done = std::function<void(MediaMetadata metadata)>;
+
+    /// Has regular file @p name of the open folder @p fd at @p folder read, and @p done called with what it says of itself.
     /// @p entry is the file's status. Waits while many others are still to be read. False, which is logged, when the file
-    /// cannot be opened.
-    bool add(const Location& folder, int fd, const std::string& name, const EntryStatus& entry, MediaMetadata& metadata);
+    /// cannot be opened; @p done is not called then.
+    bool add(const Location& folder, int fd, const std::string& name, const EntryStatus& entry, Done done);
     /// Waits until all have been read; what is still to be read when cancelled is left out.
     void finish();
 
@@ -32,7 +36,8 @@ private:
         std::string name; ///< bytes
         EntryStatus entry;
         UniqueFd fd;
-        MediaMetadata* metadata = nullptr;
+        Done done;
+        MediaMetadata metadata;
     };
 
     using Files = std::vector<File>;

@@ -165,12 +165,11 @@ private:
         if (!status || status->type == FILE_TYPE_FOLDER) {
             return std::nullopt;
         }
-        if (folder.relative != m_knownFolder) { // most entries lie where the one before them does
-            m_known = knownFiles(m_catalog, folder);
-            m_knownFolder = folder.relative;
+        FolderFileInfo_s file = describeEntry(encodeName(folder.path()), name, *status);
+        const bool isPhoto = status->type == FILE_TYPE_PHOTO && m_catalog != nullptr;
+        if (isPhoto && m_catalog->metadataOf(location, *status, pinned.get()).panorama) {
+            markPanorama(file);
         }
-        FolderFileInfo_s file =
-            describeEntry(encodeName(folder.path()), name, *status, m_known.find(name, stampOf(*status)));
         if (!title.empty()) {
             file.title = title;
         }
@@ -180,8 +179,6 @@ private:
     Location m_file;
     std::string m_path;
     std::shared_ptr<MetadataCatalog> m_catalog;
-    std::string m_knownFolder;
-    KnownFiles m_known; ///< of that folder
 };
 
 } // namespace

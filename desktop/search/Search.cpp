@@ -35,7 +35,6 @@ struct SearchRequest {
     FileType type;
     int itemsPerPage;
     LocationOpener opener;
-    std::shared_ptr<MetadataCatalog> catalog;
 };
 
 /// How far a search has come; the thread that learns of a removed volume reads it.
@@ -140,12 +139,11 @@ private:
             return;
         }
         const std::string directory = m_request.folder.directoryOf(folder.location);
-        const KnownFiles known = knownFiles(m_request.catalog, folder.location);
         UnreadableFiles unreadable;
         for (const std::string& name : folder.files) {
             const auto status = m_cancelled.stop_requested() ? std::nullopt : inspectFile(folder.fd.get(), name);
             if (status && status->type == m_request.type) {
-                add(describeEntry(directory, name, *status, known.find(name, stampOf(*status))));
+                add(describeEntry(directory, name, *status));
             } else if (status && status->type == FILE_TYPE_UNKNOWN) {
                 unreadable.add(folder.error != 0 ? folder.error : errno);
             }
@@ -196,9 +194,8 @@ private:
 
 } // namespace
 
-Search::Search(LocationOpener opener, std::shared_ptr<MetadataCatalog> catalog, EventQueue& events)
+Search::Search(LocationOpener opener, EventQueue& events)
     : m_opener(std::move(opener))
-    , m_catalog(std::move(catalog))
     , m_job(events)
 {
 }
@@ -210,8 +207,7 @@ bool Search::start(const std::string& directory, FileType type, int itemsPerPage
     if (!folder) {
         return false;
     }
-    const auto request =
-        std::make_shared<SearchRequest>(SearchRequest{std::move(*folder), type, itemsPerPage, m_opener, m_catalog});
+    const auto request = std::make_shared<SearchRequest>(SearchRequest{std::move(*folder), type, itemsPerPage, m_opener});
     const auto counts = std::make_shared<SearchCounts>();
     m_job.start(
         request->folder.location.volume,

@@ -2,14 +2,15 @@
 
 #include "desktop/files/LocationOpener.h"
 #include "desktop/jobs/VolumeJob.h"
-#include "desktop/metadata/MetadataCatalog.h"
+
+#include "platform/SocMwTypes.h"
 
 namespace desktop {
 
 /// Finds the files of one type below a directory. Operations are called on the command thread unless said otherwise.
 class Search {
 public:
-    Search(LocationOpener opener, std::shared_ptr<MetadataCatalog> catalog, EventQueue& events);
+    Search(LocationOpener opener, EventQueue& events);
 
     /// Stops the search that runs and starts one for files of @p type below @p directory. What it finds comes as events
     /// SOCMW_MM_EVENT_FILTER_DATA_READY_UPDATE of up to @p itemsPerPage files, the end as SOCMW_MM_EVENT_FB_FOLDER_UPDATE.
@@ -24,7 +25,6 @@ public:
 
 private:
     LocationOpener m_opener;
-    std::shared_ptr<MetadataCatalog> m_catalog;
     VolumeJob m_job;
 };
 

@@ -31,6 +31,18 @@ FolderStamp modifiedAt(std::int64_t modified)
     return stamp;
 }
 
+TEST(ListingCache_Find, Outdated_FindsNothing)
+{
+    ListingCache cache;
+    const ListingPointer listing = listingAt("/s/a", 1);
+    const auto outdated = std::make_shared<std::atomic<bool>>(false);
+    listing->outdated = outdated;
+    cache.keep(listing);
+    EXPECT_EQ(cache.find("/s/a", modifiedAt(1)), listing);
+    *outdated = true;
+    EXPECT_EQ(cache.find("/s/a", modifiedAt(1)), nullptr);
+}
+
 TEST(ListingCache_Find, FolderChangedSince_FindsNothing)
 {
     ListingCache cache;

@@ -41,7 +41,12 @@ TEST_F(PhotoSortTest, ByName_IsNatural)
 {
     EXPECT_THAT(sorted(PhotoOrder::Name, true), ElementsAre("9.PNG", "10.jpg", "a.gif", "b.jpg"));
     EXPECT_THAT(sorted(PhotoOrder::Name, false), ElementsAre("b.jpg", "a.gif", "10.jpg", "9.PNG"));
-    EXPECT_EQ(stick.reader->reads(), 0);
+}
+
+TEST_F(PhotoSortTest, Panorama_IsSortedAmongThePhotos)
+{
+    stick.write("9b.jpg", "around");
+    EXPECT_THAT(sorted(PhotoOrder::Name, true), ElementsAre("9.PNG", "9b.jpg", "10.jpg", "a.gif", "b.jpg"));
 }
 
 TEST_F(PhotoSortTest, ByDate_TakesWhenTheFileWasMadeForPhotosThatDoNotTell)

@@ -164,22 +164,5 @@ TEST_F(MetadataCatalogTest, Forgetting_MakesFilesUnread)
     EXPECT_EQ(stick.reader->reads(), 2);
 }
 
-TEST_F(MetadataCatalogTest, Listing_ShowsWhatIsKnownAndReadsNothing)
-{
-    stick.write("a.mp3", "title=The Title");
-    stick.write("b.jpg", "around");
-    stick.write("c.mp3", "title=Unread");
-    describe("a.mp3");
-    describe("b.jpg");
-    const int reads = stick.reader->reads();
-    const ListingPointer listing = stick.listings.of(stick.folder.path());
-    ASSERT_NE(listing, nullptr);
-    EXPECT_EQ(listing->entries[0].title, "The Title");
-    EXPECT_EQ(listing->entries[1].isPhoto360, 1);
-    EXPECT_EQ(listing->entries[1].title, "b");
-    EXPECT_EQ(listing->entries[2].title, "c");
-    EXPECT_EQ(stick.reader->reads(), reads);
-}
-
 } // namespace
 } // namespace desktop

@@ -92,17 +92,20 @@ TEST_F(PlaylistsTest, Entry_IsDescribedAsInAList)
     stick.write("Music/b.mp3", "title=The Title");
     media_file_info_s info;
     ASSERT_TRUE(stick.listings.describe(stick.folder.path("Music/b.mp3"), info));
-    stick.write("all.m3u", "#EXTINF:1,From the list\nMusic/a.mp3\nMusic/b.mp3\nMusic/a.mp3\n");
+    stick.write("around.jpg", "around");
+    stick.write("all.m3u", "#EXTINF:1,From the list\nMusic/a.mp3\nMusic/b.mp3\nMusic/a.mp3\naround.jpg\n");
     const EntryList entries = playlists.entriesOf(stick.folder.path("all.m3u"));
     ASSERT_NE(entries, nullptr);
-    ASSERT_EQ(entries->size(), 3U);
+    ASSERT_EQ(entries->size(), 4U);
     EXPECT_EQ((*entries)[0].title, "From the list");
     EXPECT_EQ((*entries)[0].size, 5U);
     EXPECT_EQ((*entries)[0].type, FILE_TYPE_MUSIC);
     EXPECT_EQ((*entries)[0].name, "a.mp3");
-    EXPECT_EQ((*entries)[1].title, "The Title");
+    EXPECT_EQ((*entries)[1].title, "b"); // whatever is known of it
     EXPECT_EQ((*entries)[2].title, "a");
     EXPECT_EQ((*entries)[2].id, 2);
+    EXPECT_EQ((*entries)[3].type, FILE_TYPE_PANORAMA);
+    EXPECT_EQ((*entries)[3].isPhoto360, 1);
 }
 
 TEST_F(PlaylistsTest, WhatIsNoPlaylist_HasNoEntries)

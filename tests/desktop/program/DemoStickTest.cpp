@@ -1,8 +1,12 @@
 #include "tests/desktop/support/Program.h"
+#include "tests/desktop/support/Waiting.h"
 #include "tests/support/TemporaryDirectory.h"
+
+#include "platform/SocMwTypes.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 namespace {
@@ -30,6 +34,23 @@ TEST(DemoStick, MadeOnce_IsListedWithEveryKindOfFile)
                              "All.m3u", "upright.jpg", "短片.mkv", "أغنية.mp3", "🎂.jpg", "broken.mp4", "empty.mp4"}) {
         EXPECT_TRUE(contains(browse.output(), name)) << name;
     }
+}
+
+// A busy computer may read the photo too late for the first time.
+TEST(DemoStick, ScreenThatOnlyChangesFolders_SeesTheAllAroundPhoto)
+{
+    Program make({MAKE_DEMO_STICK, DEMO_STICK});
+    ASSERT_EQ(make.wait(), 0) << make.errors();
+    const testsupport::TemporaryDirectory cache;
+    testsupport::Shell shell({"--stick", DEMO_STICK, "--cache", cache.path()});
+    EXPECT_TRUE(testsupport::becomes([&shell] {
+        shell.send("storagemedia.folder.chgdir", testsupport::changeRequest(DEMO_STICK "/Photos/2024"));
+        const Json::Value body = shell.notification("storagemedia.folder.chgdir.complete")["body"];
+        return std::any_of(body["filelst"].begin(), body["filelst"].end(), [](const Json::Value& entry) {
+            return entry["name"] == "all around.jpg" && entry["isPhoto360"] == true && entry["type"] == FILE_TYPE_PANORAMA;
+        });
+    }));
+    EXPECT_EQ(shell.program.wait(), 0);
 }
 
 TEST(DemoStick, FolderOfSomebodyElse_IsLeftAlone)

@@ -52,7 +52,7 @@ protected:
 
     testsupport::Gathered<Received> received;
     testsupport::MediaStick stick;
-    Search search{stick.opener, stick.catalog, stick.events};
+    Search search{stick.opener, stick.events};
 };
 
 std::vector<std::string> namesIn(const std::vector<Received>& received)
@@ -166,7 +166,7 @@ TEST_F(SearchTest, Cancelled_RaisesNoEvent)
 
 TEST_F(SearchTest, PulledStick_EndsItWithItsReasonAndWhatWasFound)
 {
-    Search slow(stick.opener, stick.catalog, stick.events);
+    Search slow(stick.opener, stick.events);
     stick.write("1.mkv", "x");
     testsupport::makeManyFiles(stick.folder.path(), 3000);
     EXPECT_TRUE(slow.start(stick.folder.path(), FILE_TYPE_PHOTO, 1)); // far more pieces than may wait undelivered

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -47,6 +48,20 @@ private:
     std::condition_variable m_changed;
     std::vector<T> m_items;
 };
+
+/// Whether @p condition holds, now or before the deadline; for what nothing can be waited on.
+template <typename Condition>
+bool becomes(const Condition& condition)
+{
+    const auto deadline = std::chrono::steady_clock::now() + kDeadline;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) {
+            return false;
+        }
+        std::this_thread::yield();
+    }
+    return true;
+}
 
 /// A door that threads wait at until a test opens it.
 class Door {
