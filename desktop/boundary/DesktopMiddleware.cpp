@@ -18,6 +18,21 @@ std::string absoluteFolder(const std::string& folder)
 
 } // namespace
 
+VolumeSources DesktopSettings::sources() const
+{
+    VolumeSources sources;
+    for (const std::string& stick : sticks) {
+        const std::string folder = absoluteFolder(stick);
+        if (std::find(sources.folders.begin(), sources.folders.end(), folder) == sources.folders.end()) {
+            sources.folders.push_back(folder);
+        }
+    }
+    if (mountedSticks) {
+        sources.mountFolders.assign(std::begin(kMountFolders), std::end(kMountFolders));
+    }
+    return sources;
+}
+
 DesktopMiddleware& DesktopMiddleware::instance()
 {
     static auto* const instance = new DesktopMiddleware();
@@ -33,16 +48,7 @@ DesktopMiddleware::DesktopMiddleware()
 
 void DesktopMiddleware::open(DesktopSettings settings)
 {
-    VolumeSources sources;
-    for (const std::string& volume : settings.sticks) {
-        const std::string folder = absoluteFolder(volume);
-        if (std::find(sources.folders.begin(), sources.folders.end(), folder) == sources.folders.end()) {
-            sources.folders.push_back(folder);
-        }
-    }
-    if (settings.mountedSticks) {
-        sources.mountFolders.assign(std::begin(kMountFolders), std::end(kMountFolders));
-    }
+    VolumeSources sources = settings.sources();
     m_screenSwitched = std::move(settings.screenSwitched);
     m_requestDropped = std::move(settings.requestDropped);
     makeParts(settings.cacheFolder, settings.observer);

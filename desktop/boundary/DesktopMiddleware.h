@@ -33,6 +33,9 @@ struct DesktopSettings {
     /// Called when what runs of this kind has been ended without its event, if anything did, on the command thread. May be
     /// null.
     std::function<void(BackgroundRequest kind)> requestDropped;
+
+    /// Where the volumes come from by these settings.
+    VolumeSources sources() const;
 };
 
 /// The desktop behind the platform's boundary, as the host controls it: open(), load the plugin and give it its callback,

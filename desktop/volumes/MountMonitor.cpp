@@ -1,6 +1,7 @@
 #include "desktop/volumes/MountMonitor.h"
 
 #include <libmount.h>
+#include <sys/mount.h>
 
 #include <system_error>
 
@@ -54,9 +55,12 @@ std::vector<Mount> readMounts()
     const Table table(mnt_new_table_from_file(kMountTable));
     const Iterator iterator(mnt_new_iter(MNT_ITER_FORWARD));
     libmnt_fs* found = nullptr;
+    unsigned long propagation = 0;
     while (table != nullptr && iterator != nullptr && mnt_table_next_fs(table.get(), iterator.get(), &found) == 0) {
+        mnt_fs_get_propagation(found, &propagation);
         mounts.push_back({mnt_fs_get_id(found), textOf(mnt_fs_get_target(found)), textOf(mnt_fs_get_srcpath(found)),
-                          textOf(mnt_fs_get_root(found))});
+                          textOf(mnt_fs_get_root(found)), textOf(mnt_fs_get_fstype(found)),
+                          (propagation & (MS_SHARED | MS_SLAVE)) != 0});
     }
     return mounts;
 }

@@ -11,9 +11,11 @@ namespace desktop {
 /// One mount as the kernel's table of this process has it. Paths are bytes.
 struct Mount {
     int id = 0;
-    std::string folder; ///< where it is mounted
-    std::string source; ///< the device, or what the file system calls its source
-    std::string root;   ///< the folder of the file system that is seen there; "/" for all of it
+    std::string folder;      ///< where it is mounted
+    std::string source;      ///< the device, or what the file system calls its source
+    std::string root;        ///< the folder of the file system that is seen there; "/" for all of it
+    std::string type;        ///< of the file system
+    bool propagates = false; ///< whether mounts that are made below it elsewhere come here, too
 };
 
 /// Reports that mounts have come or gone. What has is for the reader of the table to find out: several changes may be one

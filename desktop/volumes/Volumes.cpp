@@ -31,6 +31,12 @@ bool isDevice(const std::string& source)
     return source.starts_with(kDevices);
 }
 
+// File systems of programs name their source as they like.
+bool isStickMount(const Mount& mount)
+{
+    return isDevice(mount.source) || mount.type == "fuse" || mount.type.starts_with("fuse.");
+}
+
 bool liesBelowOneOf(const std::string& folder, const std::vector<std::string>& parents)
 {
     return std::any_of(parents.begin(), parents.end(),
@@ -169,7 +175,7 @@ void Volumes::addGiven(std::vector<Volume>& found)
 void Volumes::addMounted(const std::vector<Mount>& mounts, std::vector<Volume>& found) const
 {
     for (const Mount& mount : mounts) {
-        if (!isDevice(mount.source) || !liesBelowOneOf(mount.folder, m_sources.mountFolders)) {
+        if (!isStickMount(mount) || !liesBelowOneOf(mount.folder, m_sources.mountFolders)) {
             continue;
         }
         const Identity identity = identify(mount.folder);

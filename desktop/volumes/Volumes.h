@@ -22,7 +22,8 @@ namespace desktop {
 struct VolumeSources {
     /// Each stands for a volume while it is there. One that something has been mounted on is a volume only while it is.
     std::vector<std::string> folders;
-    /// Every device that the computer mounts below one of these is a volume, too.
+    /// Every device, and every file system of a program (FUSE), that the computer mounts below one of these is a volume,
+    /// too.
     std::vector<std::string> mountFolders;
 };
 

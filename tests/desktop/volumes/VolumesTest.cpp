@@ -8,6 +8,9 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <sys/mount.h>
+
 #include <filesystem>
 #include <fstream>
 
@@ -222,6 +225,19 @@ TEST_F(MountedVolumesTest, MountOfNoDevice_IsNoStick)
     testsupport::OwnMounts::mountEmpty(folder.path("mnt/one"));
     const Volumes volumes(mountedOnes(), resolver, events);
     EXPECT_EQ(volumes.deviceList()["devcount"].asInt(), 0);
+}
+
+TEST_F(MountedVolumesTest, FileSystemOfAProgram_IsAStick)
+{
+    const UniqueFd server(open("/dev/fuse", O_RDWR | O_CLOEXEC));
+    const std::string options = "fd=" + std::to_string(server.get()) + ",rootmode=40000,user_id=0,group_id=0";
+    if (!mounts.refusal().empty() || !server ||
+        mount("host:folder", folder.path("mnt/one").c_str(), "fuse.remote", 0, options.c_str()) != 0) {
+        GTEST_SKIP() << "this machine mounts no file system of a program";
+    }
+    const Volumes volumes(mountedOnes(), resolver, events);
+    ASSERT_EQ(volumes.deviceList()["devcount"].asInt(), 1);
+    EXPECT_EQ(volumes.deviceList()["devlist"][0]["path"].asString(), folder.path("mnt/one"));
 }
 
 TEST_F(MountedVolumesTest, StickUnmountedLazilyWhileAFileIsOpen_IsPulled)
