@@ -1,10 +1,13 @@
 #include "desktop/cli/Options.h"
 
+#include "desktop/cli/ErrorMessage.h"
 #include "desktop/host/PluginLibrary.h"
 
 #include "desktop/files/EntryStatus.h"
 
 #include <CLI/CLI.hpp>
+
+#include <sstream>
 
 namespace desktop {
 
@@ -174,7 +177,7 @@ void addThumbnails(CLI::App& app, Options& options)
 
 } // namespace
 
-std::optional<int> parseOptions(int argc, char** argv, Options& options)
+std::optional<int> parseOptions(int argc, char** argv, Options& options, Output& output)
 {
     CLI::App app("Runs the storage-media plugin on this computer, folders in place of USB sticks.", "desktop-tv");
     app.footer(kExamples);
@@ -193,10 +196,13 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options)
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : kUsageError;
+        std::ostringstream help;
+        const int status = app.exit(error, help, std::cerr);
+        output.write(help.str());
+        return status == 0 ? 0 : kUsageError;
     }
     if (options.isForPeople() && options.sticks.empty() && !options.mountedSticks) {
-        std::cerr << "desktop-tv: this needs a stick: --stick FOLDER or --auto\n";
+        printError("this needs a stick: --stick FOLDER or --auto");
         return kUsageError;
     }
     if (options.pluginFile.empty()) {

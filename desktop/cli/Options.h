@@ -35,8 +35,8 @@ struct Options {
     ThumbnailsOptions thumbnails;
 };
 
-/// Reads the command line into @p options. Returns an exit status when the program is to end: help has been printed, or an
-/// error on standard error.
-std::optional<int> parseOptions(int argc, char** argv, Options& options);
+/// Reads the command line into @p options. Returns an exit status when the program is to end: help has been written to
+/// @p output, or an error has been printed on standard error.
+std::optional<int> parseOptions(int argc, char** argv, Options& options, Output& output);
 
 } // namespace desktop

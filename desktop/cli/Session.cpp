@@ -1,10 +1,9 @@
 #include "desktop/cli/Session.h"
 
+#include "desktop/cli/ErrorMessage.h"
 #include "desktop/cli/TextColumns.h"
 
 #include "desktop/text/NameEncoding.h"
-
-#include <cstdio>
 
 namespace desktop {
 
@@ -135,7 +134,7 @@ std::optional<Json::Value> Session::readPage(const std::string& directory, int p
 bool Session::fail(const std::string& what, const std::string& why)
 {
     m_progress.clear();
-    std::fprintf(stderr, "desktop-tv: %s: %s\n", visibleText(what).c_str(), why.c_str());
+    printError(what + ": " + why);
     m_failed = true;
     return false;
 }

@@ -256,6 +256,7 @@ TEST_F(ShellTest, ReaderThatGoesAway_EndsIt)
     shell.program.closeOutput();
     shell.send("storagemedia.check.usb.device"); // no more: there may soon be nobody to send to
     EXPECT_EQ(shell.program.wait(), 1);
+    EXPECT_EQ(shell.program.errors(), "");
 }
 
 TEST_F(ShellTest, FolderOf100000Files_ComesWholeAndInOrder)

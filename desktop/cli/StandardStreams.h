@@ -1,0 +1,37 @@
+#pragma once
+
+#include "desktop/base/UniqueFd.h"
+
+#include <optional>
+#include <string>
+
+namespace desktop {
+
+/// Opens those of the three standard descriptors that the program was started without, so that nothing else takes their
+/// numbers: standard output so that writing to it fails, as it would without one. Called first of all.
+void openMissingStreams();
+
+/// A copy of standard output. Throws std::system_error when there is none to be had.
+UniqueFd copyOfStandardOutput();
+
+/// Where the log goes that plugin and desktop print on standard output, which the program needs for itself.
+class LogOutput {
+public:
+    enum class Target { Errors, Nowhere };
+
+    /// Sends the log to @p file, which is appended to; or to @p target when that is empty. Throws std::system_error when the
+    /// file cannot be opened.
+    LogOutput(std::string file, Target target);
+    /// Writes what is left, and sends what may still come nowhere.
+    ~LogOutput();
+    LogOutput(const LogOutput&) = delete;
+    LogOutput& operator=(const LogOutput&) = delete;
+
+    /// Writes what is left. Returns what is wrong with the log file: its name and the reason; empty when nothing is.
+    std::string finish();
+
+private:
+    const std::string m_file;
+};
+
+} // namespace desktop
