@@ -52,10 +52,14 @@ UniqueFd copyOfStandardOutput()
 LogOutput::LogOutput(std::string file, Target target)
     : m_file(std::move(file))
 {
-    const UniqueFd log = openTarget(m_file, target);
-    if (!log || dup2(log.get(), STDOUT_FILENO) < 0) {
+    UniqueFd log = openTarget(m_file, target);
+    if (!log) {
         throw std::system_error(errno, std::generic_category(), m_file.empty() ? "log" : m_file);
     }
+    if (isatty(log.get()) == 1) {
+        m_pump.emplace(std::move(log));
+    }
+    dup2(m_pump ? m_pump->inlet() : log.get(), STDOUT_FILENO);
     std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
 }
 
@@ -64,6 +68,13 @@ LogOutput::~LogOutput()
     std::fflush(stdout);
     const UniqueFd nowhere(open(kNowhere, O_WRONLY | O_CLOEXEC));
     dup2(nowhere.get(), STDOUT_FILENO);
+}
+
+void LogOutput::start()
+{
+    if (m_pump) {
+        m_pump->start();
+    }
 }
 
 std::string LogOutput::finish()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/base/UniqueFd.h"
+#include "desktop/cli/TerminalPump.h"
 
 #include <optional>
 #include <string>
@@ -14,7 +14,8 @@ void openMissingStreams();
 /// A copy of standard output. Throws std::system_error when there is none to be had.
 UniqueFd copyOfStandardOutput();
 
-/// Where the log goes that plugin and desktop print on standard output, which the program needs for itself.
+/// Where the log goes that plugin and desktop print on standard output, which the program needs for itself. It goes as it
+/// is, except to a terminal, for which it is made safe.
 class LogOutput {
 public:
     enum class Target { Errors, Nowhere };
@@ -27,11 +28,14 @@ public:
     LogOutput(const LogOutput&) = delete;
     LogOutput& operator=(const LogOutput&) = delete;
 
+    /// Begins to show the log on a terminal; until then some of it is kept. Called once the program may have threads.
+    void start();
     /// Writes what is left. Returns what is wrong with the log file: its name and the reason; empty when nothing is.
     std::string finish();
 
 private:
     const std::string m_file;
+    std::optional<TerminalPump> m_pump; ///< of a terminal
 };
 
 } // namespace desktop

@@ -57,11 +57,6 @@ void runForPeople(desktop::Session& session, const Options& options, desktop::Ou
 
 int runWithPlugin(const Options& options, desktop::Output& output, const desktop::Interrupts& interrupts)
 {
-    desktop::setLogLevel(options.logLevel.value_or(desktop::LogLevel::Warning));
-    const std::string refusal = desktop::makeDirectoriesPrivate();
-    if (!refusal.empty()) {
-        desktop::printError("no private directories, so none for thumbnails (" + refusal + ")");
-    }
     desktop::DesktopSettings settings;
     settings.sticks = options.sticks;
     settings.mountedSticks = options.mountedSticks;
@@ -80,7 +75,13 @@ int runWithPlugin(const Options& options, desktop::Output& output, const desktop
 
 int runLogged(const Options& options, desktop::Output& output, const desktop::Interrupts& interrupts)
 {
+    desktop::setLogLevel(options.logLevel.value_or(desktop::LogLevel::Warning));
     desktop::LogOutput log(options.logFile, logTarget(options));
+    const std::string refusal = desktop::makeDirectoriesPrivate(); // which wants to be the only thread
+    if (!refusal.empty()) {
+        desktop::printError("no private directories, so none for thumbnails (" + refusal + ")");
+    }
+    log.start();
     const int status = runWithPlugin(options, output, interrupts);
     const std::string fault = log.finish();
     if (!fault.empty()) {
