@@ -1,6 +1,8 @@
 #include "desktop/cli/Options.h"
 
 #include "desktop/cli/ErrorMessage.h"
+#include "desktop/cli/Suggestion.h"
+#include "desktop/cli/TextColumns.h"
 #include "desktop/host/PluginLibrary.h"
 
 #include "desktop/files/EntryStatus.h"
@@ -72,8 +74,12 @@ void addGlobalOptions(CLI::App& app, Options& options)
     app.add_flag("--auto", options.mountedSticks, "Take what this computer mounts under /media, /run/media and /mnt, too");
     options.cacheFolder = usualCacheFolder();
     app.add_option_function<std::string>(
-           "--cache", [&options](const std::string& folder) { options.cacheFolder = folder == kNoCache ? "" : folder; },
-           "Folder that keeps what has been read of media files; none: keep nothing; " + options.cacheFolder +
+           "--cache",
+           [&options](const std::string& folder) {
+               options.cacheFolder = folder == kNoCache ? "" : folder;
+               options.cacheIsGiven = folder != kNoCache;
+           },
+           "Folder that keeps what has been read of media files; none: keep nothing; " + visibleText(options.cacheFolder) +
                " if not given")
         ->type_name("FOLDER");
     app.add_option("--plugin", options.pluginFile, "The plugin's library; the one built with this program if not given")
@@ -175,6 +181,47 @@ void addThumbnails(CLI::App& app, Options& options)
     addJson(thumbnails, options.thumbnails.json);
 }
 
+std::vector<std::string> commandNames(const CLI::App& app)
+{
+    std::vector<std::string> names;
+    for (const CLI::App* command : app.get_subcommands({})) {
+        names.push_back(command->get_name());
+    }
+    return names;
+}
+
+void addOptionNames(const CLI::App& app, std::vector<std::string>& names)
+{
+    for (const CLI::Option* option : app.get_options()) {
+        for (const std::string& name : option->get_lnames()) {
+            names.push_back("--" + name);
+        }
+    }
+}
+
+// What is wrong with the command line. Words that nothing takes come first: they may be why something else is missing.
+std::string faultOf(const CLI::App& app, const CLI::ParseError& error)
+{
+    const auto chosen = app.get_subcommands();
+    const std::vector<std::string> unexpected = app.remaining(true);
+    if (unexpected.empty()) {
+        return chosen.empty() && error.get_name() == "RequiredError" ? "no command; desktop-tv --help lists them"
+                                                                     : error.what();
+    }
+    const std::string& word = unexpected.front();
+    if (word.size() > 1 && word.front() == '-') {
+        std::vector<std::string> options;
+        addOptionNames(app, options);
+        for (const CLI::App* command : chosen) {
+            addOptionNames(*command, options);
+        }
+        const std::string name = word.substr(0, word.find('='));
+        return "no option '" + name + "'" + suggestion(name, options);
+    }
+    return chosen.empty() ? "no command '" + word + "'" + suggestion(word, commandNames(app))
+                          : "nothing takes '" + word + "'";
+}
+
 } // namespace
 
 std::optional<int> parseOptions(int argc, char** argv, Options& options, Output& output)
@@ -195,11 +242,14 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options, Output&
     addCommand(app, options, Options::Command::Commands, "commands", "List the commands that the plugin takes");
     try {
         app.parse(argc, argv);
+    } catch (const CLI::Success& wanted) { // help, or the version
+        std::ostringstream text;
+        app.exit(wanted, text);
+        output.write(text.str());
+        return 0;
     } catch (const CLI::ParseError& error) {
-        std::ostringstream help;
-        const int status = app.exit(error, help, std::cerr);
-        output.write(help.str());
-        return status == 0 ? 0 : kUsageError;
+        printError(faultOf(app, error));
+        return kUsageError;
     }
     if (options.isForPeople() && options.sticks.empty() && !options.mountedSticks) {
         printError("this needs a stick: --stick FOLDER or --auto");

@@ -25,6 +25,7 @@ struct Options {
     std::vector<std::string> sticks;
     bool mountedSticks = false; ///< also those that the computer mounts
     std::string cacheFolder;    ///< empty: nothing is kept
+    bool cacheIsGiven = false;  ///< the user has named the folder, and so wants it
     std::string pluginFile;
     std::optional<LogLevel> logLevel;
     std::string logFile; ///< empty: none named

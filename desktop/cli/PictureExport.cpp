@@ -1,5 +1,7 @@
 #include "desktop/cli/PictureExport.h"
 
+#include "desktop/cli/UserFolder.h"
+
 #include "desktop/base/UniqueFd.h"
 #include "desktop/thumbnails/PictureFiles.h"
 
@@ -58,9 +60,7 @@ private:
 
 int PictureExport::prepare() const
 {
-    std::error_code failed;
-    fs::create_directories(m_folder, failed);
-    return !failed && access(m_folder.c_str(), W_OK | X_OK) != 0 ? errno : failed.value();
+    return makeUserFolder(m_folder);
 }
 
 int PictureExport::copy(const std::string& picture, const std::string& mediaPath, std::string& target)

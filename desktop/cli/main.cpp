@@ -3,6 +3,7 @@
 #include "desktop/cli/ShellCommand.h"
 #include "desktop/cli/StandardStreams.h"
 #include "desktop/cli/TextColumns.h"
+#include "desktop/cli/UserFolder.h"
 #include "desktop/host/CommandNames.h"
 #include "desktop/host/PrivateDirectories.h"
 
@@ -73,6 +74,16 @@ int runWithPlugin(const Options& options, desktop::Output& output, const desktop
     return session.exitStatus();
 }
 
+// A folder that the user has named is wanted; the usual one is only an advantage.
+bool cacheIsUsable(const Options& options)
+{
+    const int error = options.cacheIsGiven ? desktop::makeUserFolder(options.cacheFolder) : 0;
+    if (error != 0) {
+        desktop::printError(options.cacheFolder + ": " + desktop::systemErrorText(error));
+    }
+    return error == 0;
+}
+
 int runLogged(const Options& options, desktop::Output& output, const desktop::Interrupts& interrupts)
 {
     desktop::setLogLevel(options.logLevel.value_or(desktop::LogLevel::Warning));
@@ -97,7 +108,7 @@ int run(int argc, char** argv, desktop::Output& output, const desktop::Interrupt
         return *status;
     }
     if (options.command != Options::Command::Commands) {
-        return runLogged(options, output, interrupts);
+        return cacheIsUsable(options) ? runLogged(options, output, interrupts) : kFailed;
     }
     listCommands(output);
     return interrupts.pending() ? interrupts.exitStatus() : 0;

@@ -134,6 +134,15 @@ TEST_F(ShellTest, LineThatIsNoCommand_IsToldAndTheShellGoesOn)
     EXPECT_EQ(shell.program.wait(), 0);
 }
 
+TEST_F(ShellTest, CommandThatIsNearlyOne_IsToldWithWhatMayBeMeant)
+{
+    Shell shell(options());
+    shell.send("storagemedia.folder.chdir");
+    EXPECT_EQ(shell.reply()["error"],
+              "Unknown command \"storagemedia.folder.chdir\"; did you mean \"storagemedia.folder.chgdir\"?");
+    EXPECT_EQ(shell.program.wait(), 0);
+}
+
 TEST_F(ShellTest, Screen_CanBeSwitchedAndAskedFor)
 {
     Shell shell(options());
