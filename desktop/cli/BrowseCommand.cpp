@@ -61,10 +61,14 @@ void Browse::run()
         return;
     }
     showDevices();
-    std::vector<std::string> toShow = {m_session.pathOf(m_options.path)}; // the last one is the next
+    std::vector<std::string> toShow = m_session.foldersOf(m_options.path);
+    std::reverse(toShow.begin(), toShow.end()); // the last one is the next
     while (!toShow.empty() && !m_session.stopped()) {
         const std::string directory = toShow.back();
         toShow.pop_back();
+        if (m_session.isOnPulledStick(directory)) {
+            continue;
+        }
         const std::vector<std::string> folders = showFolder(directory);
         if (m_options.recursive) {
             toShow.insert(toShow.end(), folders.rbegin(), folders.rend());

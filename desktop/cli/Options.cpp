@@ -68,8 +68,9 @@ std::string usualCacheFolder()
 
 void addGlobalOptions(CLI::App& app, Options& options)
 {
-    app.add_option("--stick", options.sticks, "Folder that stands for a USB stick; may be given several times")
+    app.add_option("--stick", options.sticks, "Folder that stands for a USB stick; repeated for each further one")
         ->type_name("FOLDER")
+        ->allow_extra_args(false)
         ->check(stickFault);
     app.add_flag("--auto", options.mountedSticks, "Take what this computer mounts under /media, /run/media and /mnt, too");
     options.cacheFolder = usualCacheFolder();
@@ -93,7 +94,7 @@ void addGlobalOptions(CLI::App& app, Options& options)
         ->type_name("FILE");
 }
 
-constexpr const char* kFolderHelp = "Folder: absolute, or below the first stick";
+constexpr const char* kFolderHelp = "Folder: absolute, or below the first stick that has it; all sticks if not given";
 
 /// A subcommand that sets @p command when it is chosen.
 CLI::App* addCommand(CLI::App& app, Options& options, Options::Command command, const char* name, const char* help)
@@ -152,7 +153,7 @@ void addGroups(CLI::App& app, Options& options)
 void addInfo(CLI::App& app, Options& options)
 {
     CLI::App* info = addCommand(app, options, Options::Command::Info, "info", "Describe media files");
-    info->add_option("files", options.info.files, "Files: absolute, or below the first stick")
+    info->add_option("files", options.info.files, "Files: absolute, or below the first stick that has them")
         ->type_name("FILE")
         ->required();
     addJson(info, options.info.json);

@@ -9,49 +9,100 @@ namespace {
 
 constexpr int kPieceSize = 200; // files to a piece of the answer
 
-std::string summary(const Json::Value& totals)
+/// One run of the search command.
+class SearchRun {
+public:
+    SearchRun(Session& session, const SearchOptions& options, Output& output)
+        : m_session(session)
+        , m_options(options)
+        , m_output(output)
+        , m_coloured(output.isColoured())
+    {
+    }
+
+    void run();
+
+private:
+    bool search(const std::string& directory);
+    void writeFiles(const Json::Value& files);
+    std::string summary() const;
+
+    Session& m_session;
+    const SearchOptions& m_options;
+    Output& m_output;
+    const bool m_coloured;
+    bool m_headed = false;
+    std::uint64_t m_videos = 0;
+    std::uint64_t m_folders = 0;
+    std::uint64_t m_unreadable = 0;
+};
+
+void SearchRun::run()
 {
-    std::string text =
-        counted(totals["total"].asUInt64(), "video") + " in " + counted(totals["folders"].asUInt64(), "folder");
-    const std::uint64_t unreadable = totals["unreadable"].asUInt64();
-    return text + (unreadable > 0 ? ", " + counted(unreadable, "folder") + " that cannot be read" : "") + "\n";
+    if (!m_session.enter()) {
+        return;
+    }
+    bool ended = false;
+    for (const std::string& directory : m_session.foldersOf(m_options.path)) {
+        ended = (!m_session.stopped() && search(directory)) || ended;
+    }
+    if (ended && !m_options.json && !m_session.stopped()) {
+        m_output.write(summary());
+    }
+}
+
+// Whether it has come to its end.
+bool SearchRun::search(const std::string& directory)
+{
+    Json::Value request;
+    request["dirpath"] = directory;
+    request["number"] = kPieceSize;
+    Json::Value totals;
+    const bool ended =
+        m_session.ask("storagemedia.video.searchFiles", request, directory, [&](const Json::Value& body, bool last) {
+            if (last) {
+                totals = body;
+            } else {
+                writeFiles(body["filelst"]);
+            }
+        });
+    if (!ended) {
+        return false;
+    }
+    m_videos += totals["total"].asUInt64();
+    m_folders += totals["folders"].asUInt64();
+    m_unreadable += totals["unreadable"].asUInt64();
+    if (m_options.json) {
+        totals.removeMember("reqId");
+        m_output.write(jsonLine(totals));
+    }
+    if (totals.isMember("error")) {
+        m_session.fail(directory, totals["error"].asString());
+    }
+    return true;
+}
+
+void SearchRun::writeFiles(const Json::Value& files)
+{
+    std::string lines = std::exchange(m_headed, true) || m_options.json ? "" : entryHeading(m_coloured);
+    for (const Json::Value& file : files) {
+        lines += m_options.json ? jsonLine(file) : entryLine(file, m_coloured, "path");
+    }
+    m_session.progress().clear();
+    m_output.write(lines);
+}
+
+std::string SearchRun::summary() const
+{
+    const std::string found = counted(m_videos, "video") + " in " + counted(m_folders, "folder");
+    return found + (m_unreadable > 0 ? ", " + counted(m_unreadable, "folder") + " that cannot be read" : "") + "\n";
 }
 
 } // namespace
 
 void runSearch(Session& session, const SearchOptions& options, Output& output)
 {
-    if (!session.enter()) {
-        return;
-    }
-    const bool coloured = output.isColoured();
-    const std::string directory = session.pathOf(options.path);
-    Json::Value request;
-    request["dirpath"] = directory;
-    request["number"] = kPieceSize;
-    Json::Value totals;
-    bool headed = options.json;
-    const bool ended =
-        session.ask("storagemedia.video.searchFiles", request, directory, [&](const Json::Value& body, bool last) {
-            if (last) {
-                totals = body;
-                return;
-            }
-            std::string lines = std::exchange(headed, true) ? "" : entryHeading(coloured);
-            for (const Json::Value& file : body["filelst"]) {
-                lines += options.json ? jsonLine(file) : entryLine(file, coloured, "path");
-            }
-            session.progress().clear();
-            output.write(lines);
-        });
-    if (!ended) {
-        return;
-    }
-    totals.removeMember("reqId");
-    output.write(options.json ? jsonLine(totals) : summary(totals));
-    if (totals.isMember("error")) {
-        session.fail(directory, totals["error"].asString());
-    }
+    SearchRun(session, options, output).run();
 }
 
 } // namespace desktop

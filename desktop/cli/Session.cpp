@@ -3,7 +3,12 @@
 #include "desktop/cli/ErrorMessage.h"
 #include "desktop/cli/TextColumns.h"
 
+#include "desktop/files/EntryStatus.h"
+#include "desktop/files/PathResolver.h"
 #include "desktop/text/NameEncoding.h"
+
+#include <algorithm>
+#include <cerrno>
 
 namespace desktop {
 
@@ -56,15 +61,35 @@ bool Session::enter()
                                                  : "None of the folders given exists");
 }
 
-std::string Session::pathOf(const std::string& typed) const
+std::string Session::pathOf(const std::string& typed)
 {
     // As typed: bad bytes are escaped, and a path pasted from a listing keeps its escapes.
     const std::string path = escapeBadBytes(typed);
-    std::string first = m_devices[0]["path"].asString();
-    if (path.empty()) {
-        return first;
+    const std::string first = m_devices[0]["path"].asString();
+    if (path.empty() || path.front() == '/') {
+        return path.empty() ? first : path;
     }
-    return path.front() == '/' ? path : first + "/" + path;
+    for (const Json::Value& device : m_devices) {
+        Json::Value request;
+        request["dirpath"] = device["path"].asString() + "/" + path;
+        Json::Value described;
+        if (m_devices.size() == 1 || execute("storagemedia.media.getinfo", request, described)) {
+            return request["dirpath"].asString();
+        }
+    }
+    return first + "/" + path;
+}
+
+std::vector<std::string> Session::foldersOf(const std::string& typed)
+{
+    if (!typed.empty()) {
+        return {pathOf(typed)};
+    }
+    std::vector<std::string> folders;
+    for (const Json::Value& device : m_devices) {
+        folders.push_back(device["path"].asString());
+    }
+    return folders;
 }
 
 bool Session::execute(const std::string& command, const Json::Value& request, Json::Value& reply)
@@ -98,7 +123,11 @@ bool Session::ask(const std::string& command, Json::Value request, const std::st
         m_client.execute(cancelOf(command));
         return end != HostClient::WaitResult::Interrupted && fail(what, "No answer has come");
     }
-    return accepted || failRefused(what);
+    if (!accepted) {
+        return failRefused(what);
+    }
+    const std::string failure = readFailure(what); // an empty answer may be one that could not be given
+    return failure.empty() || fail(what, failure);
 }
 
 std::optional<int> Session::changeDirectory(const std::string& directory, int pageSize)
@@ -107,15 +136,9 @@ std::optional<int> Session::changeDirectory(const std::string& directory, int pa
     request["number"] = pageSize;
     request["dirpath"] = directory;
     int entries = 0;
-    std::string failure;
-    const bool changed = ask("storagemedia.folder.chgdir", request, directory, [&](const Json::Value& body, bool) {
-        entries = body["filecount"].asInt();
-        failure = m_readFailure; // an empty listing may be one that could not be read
-    });
-    if (changed && !failure.empty()) {
-        fail(directory, failure);
-    }
-    return changed && failure.empty() ? std::optional<int>(entries) : std::nullopt;
+    const bool changed = ask("storagemedia.folder.chgdir", request, directory,
+                             [&](const Json::Value& body, bool) { entries = body["filecount"].asInt(); });
+    return changed ? std::optional<int>(entries) : std::nullopt;
 }
 
 std::optional<Json::Value> Session::readPage(const std::string& directory, int page)
@@ -131,18 +154,65 @@ std::optional<Json::Value> Session::readPage(const std::string& directory, int p
     return std::move(reply["filelst"]);
 }
 
+std::string Session::readFailure(const std::string& path)
+{
+    noteFailures();
+    const auto found = m_readFailures.find(withoutTrailingSlash(path));
+    return found != m_readFailures.end() ? found->second : "";
+}
+
 bool Session::fail(const std::string& what, const std::string& why)
 {
-    m_progress.clear();
-    printError(what + ": " + why);
     m_failed = true;
+    if (!failIfPulled(what)) {
+        m_progress.clear();
+        printError(what + ": " + why);
+    }
     return false;
+}
+
+bool Session::failIfPulled(const std::string& path)
+{
+    const std::string stick = stickOf(path);
+    if (stick.empty() || !hasBeenPulled(stick)) {
+        return false;
+    }
+    m_failed = true;
+    if (m_pulledSticks.insert(stick).second) {
+        m_progress.clear();
+        printError(stick + ": " + describeError(ENODEV));
+    }
+    return true;
 }
 
 bool Session::failRefused(const std::string& what)
 {
-    m_client.takeUpdates([this](const HostUpdate& update) { handleUpdate(update); });
-    return fail(what, m_readFailure.empty() ? "The plugin refuses it; --log-level warning tells more" : m_readFailure);
+    noteFailures();
+    return fail(what, m_latestFailure.empty() ? "The plugin refuses it; --log-level warning tells more" : m_latestFailure);
+}
+
+// The stick that @p path lies on, the innermost; empty when that is none.
+std::string Session::stickOf(const std::string& path) const
+{
+    std::string stick;
+    for (const Json::Value& device : m_devices) {
+        const std::string folder = device["path"].asString();
+        stick = liesIn(path, folder) && folder.size() > stick.size() ? folder : stick;
+    }
+    return stick;
+}
+
+// The folder may have gone before it has been noticed.
+bool Session::hasBeenPulled(const std::string& stick)
+{
+    Json::Value request;
+    request["srctype"] = 0;
+    Json::Value now;
+    execute("storagemedia.media.entermmbroswer", request, now);
+    const bool isListed = std::any_of(now["devlist"].begin(), now["devlist"].end(),
+                                      [&stick](const Json::Value& device) { return device["path"] == stick; });
+    const auto status = statusWithoutWaiting(decodeName(stick), STATX_TYPE);
+    return !isListed || (!status && errno == ENOENT);
 }
 
 int Session::exitStatus() const
@@ -157,16 +227,29 @@ int Session::exitStatus() const
 void Session::skipUpdates()
 {
     m_client.takeUpdates([](const HostUpdate&) {});
-    m_readFailure.clear();
+    m_readFailures.clear();
+    m_latestFailure.clear();
 }
 
 void Session::handleUpdate(const HostUpdate& update)
 {
-    if (const auto* failure = std::get_if<ReadFailure>(&update)) {
-        m_readFailure = failure->reason;
-    } else if (const auto* progress = std::get_if<FolderProgress>(&update)) {
+    noteFailure(update);
+    if (const auto* progress = std::get_if<FolderProgress>(&update)) {
         m_progress.show(std::to_string(progress->entries) + " entries read of " + visibleText(progress->directory));
     }
+}
+
+void Session::noteFailure(const HostUpdate& update)
+{
+    if (const auto* failure = std::get_if<ReadFailure>(&update)) {
+        m_readFailures[withoutTrailingSlash(failure->path)] = failure->reason;
+        m_latestFailure = failure->reason;
+    }
+}
+
+void Session::noteFailures()
+{
+    m_client.takeUpdates([this](const HostUpdate& update) { noteFailure(update); });
 }
 
 } // namespace desktop

@@ -4,7 +4,10 @@
 #include "desktop/cli/Output.h"
 #include "desktop/cli/ProgressLine.h"
 
+#include <map>
 #include <optional>
+#include <set>
+#include <vector>
 
 namespace desktop {
 
@@ -26,8 +29,11 @@ public:
     bool enter();
     /// The sticks: "path" and "name" of each.
     const Json::Value& devices() const { return m_devices; }
-    /// The path that the user means by @p typed: absolute, or below the first stick; nothing means the first stick.
-    std::string pathOf(const std::string& typed) const;
+    /// The path that the user means by @p typed: absolute, or below the first stick that has it; nothing means the first
+    /// stick.
+    std::string pathOf(const std::string& typed);
+    /// The folders that the user means by @p typed: as pathOf(), but nothing means every stick.
+    std::vector<std::string> foldersOf(const std::string& typed);
 
     /// Runs @p command, which answers at once; whether it succeeded.
     bool execute(const std::string& command, const Json::Value& request, Json::Value& reply);
@@ -42,8 +48,15 @@ public:
     /// The entries on page @p page, from 0, of the current directory; nothing when that fails.
     std::optional<Json::Value> readPage(const std::string& directory, int page);
 
-    /// Prints an error about @p what. Returns false.
+    /// Why @p path could not be read by the latest command; empty when nothing is known.
+    std::string readFailure(const std::string& path);
+    /// Prints an error about @p what. When that lies on a stick that has been pulled meanwhile, the error is the stick's,
+    /// and is printed once. Returns false.
     bool fail(const std::string& what, const std::string& why);
+    /// Whether the stick that @p path lies on has been pulled; an error says so, once.
+    bool failIfPulled(const std::string& path);
+    /// Whether the stick that @p path lies on has been pulled, as far as an error has led to find out.
+    bool isOnPulledStick(const std::string& path) const { return m_pulledSticks.count(stickOf(path)) > 0; }
     /// Whether the command is to end: an interrupt has come or the reader of the output has gone.
     bool stopped() const { return m_interrupts.pending() || !m_output.good(); }
     int exitStatus() const;
@@ -51,8 +64,12 @@ public:
     ProgressLine& progress() { return m_progress; }
 
 private:
+    std::string stickOf(const std::string& path) const;
+    bool hasBeenPulled(const std::string& stick);
     void skipUpdates();
     void handleUpdate(const HostUpdate& update);
+    void noteFailure(const HostUpdate& update);
+    void noteFailures();
     bool failRefused(const std::string& what);
 
     HostClient& m_client;
@@ -60,8 +77,10 @@ private:
     Output& m_output;
     const Interrupts& m_interrupts;
     ProgressLine m_progress;
-    std::string m_readFailure; ///< why something could not be read, the latest
+    std::map<std::string, std::string> m_readFailures; ///< why, by path; of the latest command
+    std::string m_latestFailure;
     Json::Value m_devices{Json::arrayValue};
+    std::set<std::string> m_pulledSticks; ///< of which an error has been printed
     int m_requests = 0;
     bool m_failed = false;
 };

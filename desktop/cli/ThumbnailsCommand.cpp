@@ -49,6 +49,7 @@ private:
     /// Picture files by index within a request.
     using Pictures = std::map<Json::ArrayIndex, std::string>;
 
+    bool makeOfFolders(const std::vector<std::string>& directories);
     bool makeOfFolder(const std::string& directory);
     bool makeOfFile(const std::string& path);
     bool makePage(const std::string& directory, int page, std::size_t firstIndex, std::size_t total);
@@ -64,6 +65,7 @@ private:
     PictureExport m_export;
     std::uint64_t m_made = 0;
     std::uint64_t m_without = 0;
+    bool m_copiesEnded = false;
 };
 
 void ThumbnailsRun::run()
@@ -76,11 +78,21 @@ void ThumbnailsRun::run()
         m_session.fail(m_options.outFolder, systemErrorText(unusable));
         return;
     }
-    const bool made = m_options.file.empty() ? makeOfFolder(m_session.pathOf(m_options.path))
+    const bool made = m_options.file.empty() ? makeOfFolders(m_session.foldersOf(m_options.path))
                                              : makeOfFile(m_session.pathOf(m_options.file));
     if (made && !m_options.json) {
         m_output.write(counted(m_made, "picture") + ", " + counted(m_without, "media file") + " without\n");
     }
+}
+
+// Whether any has been gone through to its end.
+bool ThumbnailsRun::makeOfFolders(const std::vector<std::string>& directories)
+{
+    bool made = false;
+    for (const std::string& directory : directories) {
+        made = (!m_session.stopped() && !m_copiesEnded && makeOfFolder(directory)) || made;
+    }
+    return made;
 }
 
 bool ThumbnailsRun::makeOfFolder(const std::string& directory)
@@ -102,6 +114,9 @@ bool ThumbnailsRun::makeOfFile(const std::string& path)
     single["path"] = path;
     if (!m_session.ask(kStart, single, path, collectInto(pictures, 0, 1))) {
         return false;
+    }
+    if (pictures[0].empty()) {
+        return m_session.fail(path, "It is no photo, video or music");
     }
     return writePicture(path, pictures[0]);
 }
@@ -152,10 +167,18 @@ bool ThumbnailsRun::writePicture(const std::string& path, const std::string& pic
     if (!picture.empty()) {
         return copyOut(path, picture);
     }
+    if (m_session.failIfPulled(path)) {
+        return false;
+    }
     ++m_without;
+    const std::string reason = m_session.readFailure(path);
     Json::Value line;
     line["path"] = path;
-    return m_output.write(m_options.json ? jsonLine(line) : "no picture of " + visibleText(path) + "\n");
+    if (!reason.empty()) {
+        line["error"] = reason;
+    }
+    const std::string text = "no picture of " + path + (reason.empty() ? "" : ": " + reason);
+    return m_output.write(m_options.json ? jsonLine(line) : visibleText(text) + "\n");
 }
 
 bool ThumbnailsRun::copyOut(const std::string& path, const std::string& picture)
@@ -166,8 +189,9 @@ bool ThumbnailsRun::copyOut(const std::string& path, const std::string& picture)
     std::string target;
     const int error = m_export.copy(picture, decodeName(path), target);
     if (error != 0) {
+        m_copiesEnded = endsAllCopies(error);
         m_session.fail(encodeName(target), systemErrorText(error));
-        return !endsAllCopies(error);
+        return !m_copiesEnded;
     }
     return writeMade(path, encodeName(target));
 }

@@ -11,7 +11,7 @@ namespace desktop {
 struct ReadObserver {
     /// How many entries of @p directory have been read so far.
     std::function<void(const std::string& directory, std::size_t entries)> progress;
-    /// Why @p path cannot be read; called before the refusal or the empty listing that follows.
+    /// Why @p path cannot be read; called before the refusal, the empty listing or the answer without its data that follows.
     std::function<void(const std::string& path, const std::string& reason)> failed;
 };
 

@@ -117,9 +117,32 @@ TEST_F(MediaCommandsTest, Info_DescribesEveryFileByItsKind)
 TEST_F(MediaCommandsTest, ThumbnailsOfAFolder_AreCopiedOut)
 {
     const std::string text = written({"thumbnails", "Movies", "--out", out.path("pictures"), "--size", "160x90"});
-    EXPECT_EQ(text, "no picture of " + testsupport::demoFile("Movies/broken.mp4") + "\n2 pictures, 1 media file without\n");
+    EXPECT_THAT(text, testing::MatchesRegex("no picture of " + testsupport::demoFile("Movies/broken.mp4") +
+                                            ": [^\n]+\n2 pictures, 1 media file without\n"));
     EXPECT_TRUE(isJpeg(out.path("pictures/counter.mp4.jpg")));
     EXPECT_TRUE(isJpeg(out.path("pictures/two subtitle tracks.mkv.jpg")));
+}
+
+TEST_F(MediaCommandsTest, FileThatCannotBeDecoded_IsShownWithTheReason)
+{
+    const std::string broken = testsupport::demoFile("Movies/broken.mp4");
+    EXPECT_THAT(written({"info", "Movies/broken.mp4"}),
+                testing::MatchesRegex(broken + "\n  type      video\n  duration  -  [^\n-]+\n"));
+    EXPECT_NE(jsonLines(written({"info", "Movies/broken.mp4", "--json"}))[0]["error"].asString(), "");
+    const Json::Value picture = jsonLines(written({"thumbnails", "Movies", "--json"}))[0];
+    EXPECT_EQ(picture["path"], broken);
+    EXPECT_NE(picture["error"].asString(), "");
+}
+
+TEST_F(MediaCommandsTest, ThumbnailOfOneFileWithout_IsAnError)
+{
+    const std::string expected = "desktop-tv: " + testsupport::demoFile("missing") + ": No such file or directory\n";
+    EXPECT_EQ(complaint({"thumbnails", "--file", "missing"}), expected);
+    const std::string broken = testsupport::demoFile("Movies/broken.mp4");
+    EXPECT_THAT(complaint({"thumbnails", "--file", "Movies/broken.mp4"}),
+                testing::MatchesRegex("desktop-tv: " + broken + ": [^\n]+\n"));
+    EXPECT_EQ(complaint({"thumbnails", "--file", "Movies"}),
+              "desktop-tv: " + testsupport::demoFile("Movies") + ": It is no photo, video or music\n");
 }
 
 TEST_F(MediaCommandsTest, ThumbnailOfOneFile_IsCopiedOut)
