@@ -22,7 +22,7 @@ std::string description(const std::string& path, const Json::Value& info, const 
         const unsigned int duration = info["duration"].asUInt();
         text += line("duration", duration > 0 ? humanDuration(duration) : missing);
     }
-    for (const char* tag : {"artist", "album", "genre"}) {
+    for (const char* tag : {"title", "artist", "album", "genre", "year", "taken"}) {
         if (info.isMember(tag)) {
             const std::string value = info[tag].asString();
             text += line(tag, value.empty() ? missing : value);
@@ -38,22 +38,20 @@ std::string description(const std::string& path, const Json::Value& info, const 
 // Writes what the plugin knows of file @p path.
 void describeFile(Session& session, const std::string& path, bool json, Output& output)
 {
-    Json::Value request;
-    request["dirpath"] = path;
-    Json::Value info;
-    if (!session.query("storagemedia.media.getinfo", request, path, info)) {
+    auto info = session.describe(path);
+    if (!info) {
         return;
     }
     const std::string failure = session.readFailure(path);
     if (!json) {
-        output.write(description(path, info, failure, output.isColoured()));
+        output.write(description(path, *info, failure, output.isColoured()));
         return;
     }
-    info["path"] = path;
+    (*info)["path"] = path;
     if (!failure.empty()) {
-        info["error"] = failure;
+        (*info)["error"] = failure;
     }
-    output.write(jsonLine(info));
+    output.write(jsonLine(*info));
 }
 
 } // namespace

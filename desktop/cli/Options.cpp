@@ -120,12 +120,13 @@ void addBrowse(CLI::App& app, Options& options)
         ->type_name("N")
         ->check(CLI::Range(1, 1'000'000))
         ->needs(size);
+    addJson(browse, options.browse.json);
 }
 
 void addSearch(CLI::App& app, Options& options)
 {
-    CLI::App* search =
-        addCommand(app, options, Options::Command::Search, "search", "List the videos in a folder and all below it");
+    CLI::App* search = addCommand(app, options, Options::Command::Search, "search",
+                                  "List the videos, and nothing else, in a folder and all below it");
     search->add_option("path", options.search.path, kFolderHelp)->type_name("PATH");
     addJson(search, options.search.json);
 }
@@ -180,6 +181,32 @@ void addThumbnails(CLI::App& app, Options& options)
         ->type_name("WxH")
         ->check([&options](const std::string& text) { return readSize(text, options.thumbnails); });
     addJson(thumbnails, options.thumbnails.json);
+}
+
+void addPlaylists(CLI::App& app, Options& options)
+{
+    CLI::App* playlists = addCommand(app, options, Options::Command::Playlists, "playlists",
+                                     "List the playlists in a folder and all below it, or the files of one playlist");
+    playlists->add_option("path", options.playlists.path, "Folder, or playlist file; as of the other commands")
+        ->type_name("PATH");
+    addJson(playlists, options.playlists.json);
+}
+
+void addPhotos(CLI::App& app, Options& options)
+{
+    static const std::map<std::string, PhotoOrder> kOrders = {
+        {"name", PhotoOrder::Name}, {"date", PhotoOrder::Taken}, {"size", PhotoOrder::Size}, {"type", PhotoOrder::Type}};
+    CLI::App* photos =
+        addCommand(app, options, Options::Command::Photos, "photos", "List the photos in a folder in the order asked for");
+    photos->add_option("path", options.photos.path, kFolderHelp)->type_name("PATH");
+    photos
+        ->add_option_function<std::string>(
+            "--sort", [&options](const std::string& order) { options.photos.sort = kOrders.at(order); },
+            "By name (as if not given), date, size or type")
+        ->type_name("ORDER")
+        ->check(CLI::IsMember(kOrders));
+    photos->add_flag("--descending", options.photos.descending, "Last first");
+    addJson(photos, options.photos.json);
 }
 
 std::vector<std::string> commandNames(const CLI::App& app)
@@ -238,6 +265,8 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options, Output&
     addGroups(app, options);
     addInfo(app, options);
     addThumbnails(app, options);
+    addPlaylists(app, options);
+    addPhotos(app, options);
     addCommand(app, options, Options::Command::Shell, "shell",
                "Take commands as JSON lines, give replies and notifications as JSON lines");
     addCommand(app, options, Options::Command::Commands, "commands", "List the commands that the plugin takes");

@@ -3,6 +3,8 @@
 #include "desktop/cli/BrowseCommand.h"
 #include "desktop/cli/GroupsCommand.h"
 #include "desktop/cli/InfoCommand.h"
+#include "desktop/cli/PhotosCommand.h"
+#include "desktop/cli/PlaylistsCommand.h"
 #include "desktop/cli/SearchCommand.h"
 #include "desktop/cli/ThumbnailsCommand.h"
 
@@ -16,7 +18,7 @@ namespace desktop {
 
 /// What the user asks the program to do.
 struct Options {
-    enum class Command { Commands, Shell, Browse, Search, Groups, Info, Thumbnails };
+    enum class Command { Commands, Shell, Browse, Search, Groups, Info, Thumbnails, Playlists, Photos };
 
     /// Whether the command uses the media browser, and so needs a stick.
     bool isForPeople() const { return command != Command::Commands && command != Command::Shell; }
@@ -34,6 +36,8 @@ struct Options {
     GroupsOptions groups;
     InfoOptions info;
     ThumbnailsOptions thumbnails;
+    PlaylistsOptions playlists;
+    PhotosOptions photos;
 };
 
 /// Reads the command line into @p options. Returns an exit status when the program is to end: help has been written to

@@ -16,6 +16,8 @@ namespace {
 
 constexpr const char* kChannel = "desktop-tv";
 constexpr const char* kThumbnails = "storagemedia.start.thumbnail";
+constexpr const char* kChangeDirectory = "storagemedia.folder.chgdir";
+constexpr const char* kReadPage = "storagemedia.get.pagefiles";
 
 bool endsWith(const std::string& text, const std::string& end)
 {
@@ -34,9 +36,11 @@ bool isAnswerTo(const Notification& notification, const Json::Value& request)
 
 } // namespace
 
-Session::Session(HostClient& client, bool takesMountedSticks, Output& output, const Interrupts& interrupts)
+Session::Session(HostClient& client, bool takesMountedSticks, const FileDetails& details, Output& output,
+                 const Interrupts& interrupts)
     : m_client(client)
     , m_takesMountedSticks(takesMountedSticks)
+    , m_details(details)
     , m_output(output)
     , m_interrupts(interrupts)
 {
@@ -130,13 +134,30 @@ bool Session::ask(const std::string& command, Json::Value request, const std::st
     return failure.empty() || fail(what, failure);
 }
 
+std::optional<Json::Value> Session::describe(const std::string& path)
+{
+    Json::Value request;
+    request["dirpath"] = path;
+    Json::Value info;
+    if (!query("storagemedia.media.getinfo", request, path, info)) {
+        return std::nullopt;
+    }
+    const MediaDetails details = m_details.of(path);
+    for (const auto& [key, value] : {std::pair{"title", details.title}, {"year", details.year}, {"taken", details.taken}}) {
+        if (!value.empty()) {
+            info[key] = value;
+        }
+    }
+    return info;
+}
+
 std::optional<int> Session::changeDirectory(const std::string& directory, int pageSize)
 {
     Json::Value request;
     request["number"] = pageSize;
     request["dirpath"] = directory;
     int entries = 0;
-    const bool changed = ask("storagemedia.folder.chgdir", request, directory,
+    const bool changed = ask(kChangeDirectory, request, directory,
                              [&](const Json::Value& body, bool) { entries = body["filecount"].asInt(); });
     return changed ? std::optional<int>(entries) : std::nullopt;
 }
@@ -147,7 +168,7 @@ std::optional<Json::Value> Session::readPage(const std::string& directory, int p
     request["pageid"] = page;
     request["type"] = 1; // the current list, which stays as it was read
     Json::Value reply;
-    if (!execute("storagemedia.get.pagefiles", request, reply)) {
+    if (!execute(kReadPage, request, reply)) {
         fail(directory, "Page " + std::to_string(page + 1) + " cannot be listed");
         return std::nullopt;
     }
@@ -159,6 +180,41 @@ std::string Session::readFailure(const std::string& path)
     noteFailures();
     const auto found = m_readFailures.find(withoutTrailingSlash(path));
     return found != m_readFailures.end() ? found->second : "";
+}
+
+// The answer to the change would carry all entries, so the change is cancelled. An answer that still comes is not waited
+// for.
+bool Session::setPageSize(const std::string& directory, int pageSize)
+{
+    Json::Value request;
+    request["number"] = pageSize;
+    request["dirpath"] = directory;
+    request["channelId"] = kChannel;
+    request["reqId"] = std::to_string(++m_requests);
+    Json::Value ignored;
+    const bool accepted = query(kChangeDirectory, request, directory, ignored);
+    execute(cancelOf(kChangeDirectory), Json::Value(Json::objectValue), ignored);
+    return accepted;
+}
+
+// A long directory takes longer to read than the platform lets a page wait, but the reading goes on.
+std::optional<Json::Value> Session::readPageOf(const std::string& list, int page)
+{
+    Json::Value request;
+    request["pageid"] = page;
+    request["type"] = 0; // by its path
+    request["dirpath"] = list;
+    Json::Value reply;
+    skipUpdates();
+    while (!execute(kReadPage, request, reply)) {
+        if (stopped() || !noteFailures()) {
+            failRefused(list);
+            return std::nullopt;
+        }
+        m_progress.show("Reading " + visibleText(list));
+    }
+    m_progress.clear();
+    return std::move(reply["filelst"]);
 }
 
 bool Session::fail(const std::string& what, const std::string& why)
@@ -247,9 +303,15 @@ void Session::noteFailure(const HostUpdate& update)
     }
 }
 
-void Session::noteFailures()
+// Whether there are signs of work, too.
+bool Session::noteFailures()
 {
-    m_client.takeUpdates([this](const HostUpdate& update) { noteFailure(update); });
+    bool works = false;
+    m_client.takeUpdates([this, &works](const HostUpdate& update) {
+        noteFailure(update);
+        works = works || std::holds_alternative<FolderProgress>(update);
+    });
+    return works;
 }
 
 } // namespace desktop

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/cli/FileDetails.h"
 #include "desktop/cli/HostClient.h"
 #include "desktop/cli/Output.h"
 #include "desktop/cli/ProgressLine.h"
@@ -18,8 +19,10 @@ public:
     /// Gets the body of a notification that answers a request; @p last for the one that ends it.
     using AnswerHandler = std::function<void(const Json::Value& body, bool last)>;
 
-    /// @p takesMountedSticks: whether the host uses the sticks that the computer mounts.
-    Session(HostClient& client, bool takesMountedSticks, Output& output, const Interrupts& interrupts);
+    /// @p takesMountedSticks: whether the host uses the sticks that the computer mounts. @p details is filled by the
+    /// platform.
+    Session(HostClient& client, bool takesMountedSticks, const FileDetails& details, Output& output,
+            const Interrupts& interrupts);
     /// Leaves the media browser.
     ~Session();
     Session(const Session&) = delete;
@@ -42,11 +45,19 @@ public:
     /// Runs @p command, which answers with notifications, and waits for them; @p what names its subject when that fails. An
     /// interrupt cancels the command.
     bool ask(const std::string& command, Json::Value request, const std::string& what, const AnswerHandler& handle);
+    /// Describes file @p path: the plugin's answer, and "title", "year" and "taken" where the file says them. Nothing, with
+    /// an error, when that fails.
+    std::optional<Json::Value> describe(const std::string& path);
     /// Makes @p directory the current one with @p pageSize entries to a page; the number of its entries, nothing when that
     /// fails.
     std::optional<int> changeDirectory(const std::string& directory, int pageSize);
     /// The entries on page @p page, from 0, of the current directory; nothing when that fails.
     std::optional<Json::Value> readPage(const std::string& directory, int page);
+    /// Sets the entries to a page for readPageOf(), by beginning to change to @p directory; false when that fails.
+    bool setPageSize(const std::string& directory, int pageSize);
+    /// The entries on page @p page, from 0, of @p list: a directory or a playlist; none beyond its end. However long it is,
+    /// no more than the page is handed over. Nothing when that fails.
+    std::optional<Json::Value> readPageOf(const std::string& list, int page);
 
     /// Why @p path could not be read by the latest command; empty when nothing is known.
     std::string readFailure(const std::string& path);
@@ -69,11 +80,12 @@ private:
     void skipUpdates();
     void handleUpdate(const HostUpdate& update);
     void noteFailure(const HostUpdate& update);
-    void noteFailures();
+    bool noteFailures();
     bool failRefused(const std::string& what);
 
     HostClient& m_client;
     const bool m_takesMountedSticks;
+    const FileDetails& m_details;
     Output& m_output;
     const Interrupts& m_interrupts;
     ProgressLine m_progress;

@@ -50,6 +50,10 @@ void runForPeople(desktop::Session& session, const Options& options, desktop::Ou
         return desktop::runInfo(session, options.info, output);
     case Options::Command::Thumbnails:
         return desktop::runThumbnails(session, options.thumbnails, output);
+    case Options::Command::Playlists:
+        return desktop::runPlaylists(session, options.playlists, output);
+    case Options::Command::Photos:
+        return desktop::runPhotos(session, options.photos, output);
     case Options::Command::Commands:
     case Options::Command::Shell:
         return; // not through the media browser
@@ -62,6 +66,10 @@ int runWithPlugin(const Options& options, desktop::Output& output, const desktop
     settings.sticks = options.sticks;
     settings.mountedSticks = options.mountedSticks;
     settings.cacheFolder = options.cacheFolder;
+    desktop::FileDetails details;
+    settings.observer.described = [&details](const std::string& path, const desktop::MediaDetails& found) {
+        details.set(path, found);
+    };
     const desktop::PluginLibrary plugin(options.pluginFile);
     desktop::Host host(plugin.entryPoints(), std::move(settings));
     desktop::HostClient client(host, interrupts);
@@ -69,7 +77,7 @@ int runWithPlugin(const Options& options, desktop::Output& output, const desktop
     if (options.command == Options::Command::Shell) {
         return desktop::runShell(client, output, interrupts);
     }
-    desktop::Session session(client, options.mountedSticks, output, interrupts);
+    desktop::Session session(client, options.mountedSticks, details, output, interrupts);
     runForPeople(session, options, output);
     return session.exitStatus();
 }
@@ -107,11 +115,15 @@ int run(int argc, char** argv, desktop::Output& output, const desktop::Interrupt
     if (const auto status = desktop::parseOptions(argc, argv, options, output)) {
         return *status;
     }
-    if (options.command != Options::Command::Commands) {
-        return cacheIsUsable(options) ? runLogged(options, output, interrupts) : kFailed;
+    if (options.command == Options::Command::Commands) {
+        listCommands(output);
+        return interrupts.pending() ? interrupts.exitStatus() : 0;
     }
-    listCommands(output);
-    return interrupts.pending() ? interrupts.exitStatus() : 0;
+    const int status = cacheIsUsable(options) ? runLogged(options, output, interrupts) : kFailed;
+    if (status == desktop::Interrupts::kInterrupted && options.isForPeople()) {
+        desktop::printError("Cancelled");
+    }
+    return status;
 }
 
 // Whoever stops reading knows that they did.

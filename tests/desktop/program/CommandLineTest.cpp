@@ -50,6 +50,7 @@ TEST(CommandLine, Mistake_IsToldAndGives2)
                                                             {"search"},
                                                             {"--stick", "/tmp", "groups"},
                                                             {"--stick", "/tmp", "groups", "--by", "colour"},
+                                                            {"--stick", "/tmp", "photos", "--sort", "colour"},
                                                             {"--stick", "/tmp", "info"},
                                                             {"--stick", "/tmp", "thumbnails", "--size", "0x90"},
                                                             {"--stick", "/tmp", "thumbnails", "--size", "160x90x3"},
