@@ -141,6 +141,10 @@ bool FolderListings::describe(const std::string& path, media_file_info_s& info) 
         m_opener.report(path, described->error);
         return false;
     }
+    if (!described->metadata.error.empty()) {
+        m_opener.reporter().failed(path, described->metadata.error);
+    }
+    m_opener.reporter().described(path, {described->metadata.title, described->metadata.year, described->metadata.taken});
     info = describeMedia(path, described->type, encodeName(nameWithoutExtension(name)), described->metadata);
     return true;
 }

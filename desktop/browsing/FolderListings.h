@@ -31,7 +31,8 @@ public:
     int itemsPerPage() const { return m_itemsPerPage; }
 
     /// Describes what @p path stands for in @p info; a media file by its metadata, which may have to be read first. False,
-    /// which is reported, when it is not there, on no volume, or the volume does not answer for 8 seconds.
+    /// which is reported, when it is not there, on no volume, or the volume does not answer for 8 seconds. A media file that
+    /// cannot be read is described without metadata, and reported.
     bool describe(const std::string& path, media_file_info_s& info) const;
     /// Forgets the listings below @p directory and what is known of the files there; false when it lies on no volume.
     bool forget(const std::string& directory);

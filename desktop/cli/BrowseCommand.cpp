@@ -1,6 +1,7 @@
 #include "desktop/cli/BrowseCommand.h"
 
 #include "desktop/cli/EntryTable.h"
+#include "desktop/cli/JsonLines.h"
 #include "desktop/cli/TextColumns.h"
 
 #include "desktop/jobs/BackgroundJob.h"
@@ -46,7 +47,10 @@ public:
 private:
     void showDevices();
     std::vector<std::string> showFolder(const std::string& directory);
-    void showPage(const std::string& directory, int page, EntryTotals& totals, std::vector<std::string>& folders);
+    void showOnePage(const std::string& directory, std::vector<std::string>& folders);
+    void writeEntries(const Json::Value& entries, EntryTotals& totals, std::vector<std::string>& folders);
+    std::string folderStart(const std::string& directory) const;
+    void writeText(const std::string& text);
     int pageSize() const { return m_options.pageSize > 0 ? m_options.pageSize : kEntriesPerRequest; }
 
     Session& m_session;
@@ -60,11 +64,17 @@ void Browse::run()
     if (!m_session.enter()) {
         return;
     }
-    showDevices();
-    std::vector<std::string> toShow = {m_session.pathOf(m_options.path)}; // the last one is the next
+    if (!m_options.json) {
+        showDevices();
+    }
+    std::vector<std::string> toShow = m_session.foldersOf(m_options.path);
+    std::reverse(toShow.begin(), toShow.end()); // the last one is the next
     while (!toShow.empty() && !m_session.stopped()) {
         const std::string directory = toShow.back();
         toShow.pop_back();
+        if (m_session.isOnPulledStick(directory)) {
+            continue;
+        }
         const std::vector<std::string> folders = showFolder(directory);
         if (m_options.recursive) {
             toShow.insert(toShow.end(), folders.rbegin(), folders.rend());
@@ -99,44 +109,70 @@ void Browse::showDevices()
 std::vector<std::string> Browse::showFolder(const std::string& directory)
 {
     std::vector<std::string> folders;
+    if (m_options.page > 0) {
+        showOnePage(directory, folders);
+        return folders;
+    }
     const auto entries = m_session.changeDirectory(directory, pageSize());
     if (!entries) {
         return folders;
     }
     const int pages = std::max(1, (*entries + pageSize() - 1) / pageSize());
-    if (m_options.page > pages) {
-        m_session.fail(directory, "It has no page " + std::to_string(m_options.page) + ", only " + std::to_string(pages));
-        return folders;
-    }
-    m_output.write("\n" + folderHeading(directory, m_coloured) + entryHeading(m_coloured));
+    writeText(folderStart(directory));
     EntryTotals totals;
-    const int first = m_options.page > 0 ? m_options.page - 1 : 0;
-    const int end = m_options.page > 0 ? m_options.page : pages;
-    for (int page = first; page < end && !m_session.stopped(); ++page) {
+    for (int page = 0; page < pages && !m_session.stopped(); ++page) {
         if (m_options.pageSize > 0) {
-            m_output.write("page " + std::to_string(page + 1) + " of " + std::to_string(pages) + "\n");
+            writeText("page " + std::to_string(page + 1) + " of " + std::to_string(pages) + "\n");
         }
-        showPage(directory, page, totals, folders);
+        writeEntries(m_session.readPage(directory, page).value_or(Json::Value()), totals, folders);
     }
-    m_output.write(totals.text() + "\n");
+    writeText(totals.text() + "\n");
     return folders;
 }
 
-void Browse::showPage(const std::string& directory, int page, EntryTotals& totals, std::vector<std::string>& folders)
+// Of a folder of any length; how many pages it has is not known then.
+void Browse::showOnePage(const std::string& directory, std::vector<std::string>& folders)
 {
-    const auto entries = m_session.readPage(directory, page);
+    if (!m_session.setPageSize(directory, pageSize())) {
+        return;
+    }
+    const auto entries = m_session.readPageOf(directory, m_options.page - 1);
     if (!entries) {
         return;
     }
+    if (entries->empty() && m_options.page > 1) {
+        m_session.fail(directory, "It has no page " + std::to_string(m_options.page));
+        return;
+    }
+    EntryTotals totals;
+    writeText(folderStart(directory) + "page " + std::to_string(m_options.page) + "\n");
+    writeEntries(*entries, totals, folders);
+    writeText(totals.text() + "\n");
+}
+
+void Browse::writeEntries(const Json::Value& entries, EntryTotals& totals, std::vector<std::string>& folders)
+{
     std::string lines;
-    for (const Json::Value& entry : *entries) {
-        lines += entryLine(entry, m_coloured);
+    for (const Json::Value& entry : entries) {
+        lines += m_options.json ? jsonLine(entry) : entryLine(entry, m_coloured);
         totals.add(entry);
         if (isFolder(entry)) {
             folders.push_back(entry["path"].asString());
         }
     }
     m_output.write(lines);
+}
+
+std::string Browse::folderStart(const std::string& directory) const
+{
+    return "\n" + folderHeading(directory, m_coloured) + entryHeading(m_coloured);
+}
+
+void Browse::writeText(const std::string& text)
+{
+    if (!m_options.json) {
+        m_output.write(text);
+    }
 }
 
 } // namespace

@@ -5,9 +5,11 @@
 #include "desktop/cli/TextColumns.h"
 
 #include "desktop/text/NameEncoding.h"
+#include "desktop/text/NaturalOrder.h"
 
 #include <algorithm>
 #include <map>
+#include <optional>
 
 namespace desktop {
 
@@ -31,68 +33,118 @@ public:
     void run();
 
 private:
-    bool readKeys(const std::string& directory);
-    void showKeys();
-    void showFiles(const std::string& key);
+    void listGroups(const std::vector<std::string>& directories);
+    void listFiles(const std::vector<std::string>& directories);
+    std::optional<std::vector<std::string>> readKeys(const std::string& directory);
+    void writeGroups(std::vector<std::string> keys, const std::map<std::string, std::uint64_t>& files);
+    std::uint64_t writeFiles(const std::string& key);
     Json::Value filesOf(const char* command, const std::string& key, int direction);
 
     Session& m_session;
     const GroupsOptions& m_options;
     Output& m_output;
-    std::vector<std::string> m_keys;
 };
 
 void GroupsRun::run()
 {
-    if (!m_session.enter() || !readKeys(m_session.pathOf(m_options.path))) {
+    if (!m_session.enter()) {
         return;
     }
-    const std::string key = escapeBadBytes(m_options.key);
-    if (key.empty()) {
-        showKeys();
-    } else if (std::find(m_keys.begin(), m_keys.end(), key) != m_keys.end()) {
-        showFiles(key);
+    const std::vector<std::string> directories = m_session.foldersOf(m_options.path);
+    if (m_options.key.empty()) {
+        listGroups(directories);
     } else {
-        m_session.fail(key, "There is no such group");
+        listFiles(directories);
     }
 }
 
-bool GroupsRun::readKeys(const std::string& directory)
+// The plugin has the groups of one folder at a time, so a group's files are counted while it has them.
+void GroupsRun::listGroups(const std::vector<std::string>& directories)
+{
+    std::vector<std::string> keys;
+    std::map<std::string, std::uint64_t> files;
+    bool listed = false;
+    for (const std::string& directory : directories) {
+        const auto found = m_session.stopped() ? std::nullopt : readKeys(directory);
+        listed = listed || found;
+        for (const std::string& key : found.value_or(std::vector<std::string>())) {
+            if (m_session.stopped()) {
+                return;
+            }
+            if (files.count(key) == 0) {
+                keys.push_back(key);
+            }
+            files[key] += filesOf("storagemedia.group.get.fileinfo", key, kOwnOrder).size();
+        }
+    }
+    if (directories.size() > 1) {
+        sortNaturally(keys, [](const std::string& key) { return key; });
+    }
+    if (listed && !m_session.stopped()) {
+        writeGroups(std::move(keys), files);
+    }
+}
+
+void GroupsRun::listFiles(const std::vector<std::string>& directories)
+{
+    const std::string key = escapeBadBytes(m_options.key);
+    std::uint64_t files = 0;
+    bool listed = false;
+    bool found = false;
+    for (const std::string& directory : directories) {
+        const auto keys = m_session.stopped() ? std::nullopt : readKeys(directory);
+        listed = listed || keys;
+        if (keys && std::find(keys->begin(), keys->end(), key) != keys->end()) {
+            found = true;
+            files += writeFiles(key);
+        }
+    }
+    if (listed && !found) {
+        m_session.fail(key, "There is no such group");
+    } else if (found && !m_options.json) {
+        m_output.write(counted(files, "file") + "\n");
+    }
+}
+
+// Nothing when none can be read; some may be missing after an error.
+std::optional<std::vector<std::string>> GroupsRun::readKeys(const std::string& directory)
 {
     Json::Value request;
     request["Group"] = m_options.by;
     request["dirpath"] = directory;
-    return m_session.ask("storagemedia.group.musicorphoto", request, directory, [this](const Json::Value& body, bool) {
-        for (const Json::Value& key : body["keylst"]) {
-            m_keys.push_back(key["keystr"].asString());
-        }
-    });
+    std::vector<std::string> keys;
+    const bool read =
+        m_session.ask("storagemedia.group.musicorphoto", request, directory, [&keys](const Json::Value& body, bool) {
+            for (const Json::Value& key : body["keylst"]) {
+                keys.push_back(key["keystr"].asString());
+            }
+        });
+    return read || !keys.empty() ? std::optional(std::move(keys)) : std::nullopt;
 }
 
-void GroupsRun::showKeys()
+void GroupsRun::writeGroups(std::vector<std::string> keys, const std::map<std::string, std::uint64_t>& files)
 {
     if (m_options.descending) {
-        std::reverse(m_keys.begin(), m_keys.end());
+        std::reverse(keys.begin(), keys.end());
     }
-    std::uint64_t files = 0;
-    for (const std::string& key : m_keys) {
-        if (m_session.stopped()) {
-            return;
-        }
+    std::string lines;
+    std::uint64_t total = 0;
+    for (const std::string& key : keys) {
         Json::Value group;
         group["key"] = key;
-        group["files"] = filesOf("storagemedia.group.get.fileinfo", key, kOwnOrder).size();
-        files += group["files"].asUInt64();
-        m_output.write(m_options.json ? jsonLine(group)
-                                      : padLeft(group["files"].asString(), 7) + "  " + visibleText(key) + "\n");
+        group["files"] = static_cast<Json::UInt64>(files.at(key));
+        total += files.at(key);
+        lines += m_options.json ? jsonLine(group) : padLeft(group["files"].asString(), 7) + "  " + visibleText(key) + "\n";
     }
     if (!m_options.json) {
-        m_output.write(counted(m_keys.size(), "group") + ", " + counted(files, "file") + "\n");
+        lines += counted(keys.size(), "group") + ", " + counted(total, "file") + "\n";
     }
+    m_output.write(lines);
 }
 
-// One command lists the files in either direction, the other one gives their duration and artist.
-void GroupsRun::showFiles(const std::string& key)
+// One command lists the files in either direction, the other one gives their duration and artist. Returns how many there
+// are.
+std::uint64_t GroupsRun::writeFiles(const std::string& key)
 {
     std::map<std::string, Json::Value> media;
     for (const Json::Value& file : filesOf("storagemedia.kiro.group.get.fileinfo", key, kOwnOrder)) {
@@ -110,9 +162,7 @@ void GroupsRun::showFiles(const std::string& key)
                        padRight(truncated(visibleText(described["artist"].asString()), 24), 24) + "  " +
                        visibleText(file["path"].asString()) + "\n");
     }
-    if (!m_options.json) {
-        m_output.write(counted(files.size(), "file") + "\n");
-    }
+    return files.size();
 }
 
 Json::Value GroupsRun::filesOf(const char* command, const std::string& key, int direction)

@@ -7,7 +7,7 @@
 namespace desktop {
 
 struct GroupsOptions {
-    std::string path; ///< absolute, or relative to the first stick; empty: the first stick
+    std::string path; ///< absolute, or relative to the first stick that has it; empty: all sticks
     GroupFileType by = GROUP_TYPE_ARTIST;
     std::string key;         ///< the one group whose files are listed; empty: the groups are
     bool descending = false; ///< last first

@@ -5,7 +5,7 @@
 namespace desktop {
 
 struct InfoOptions {
-    std::vector<std::string> files; ///< each absolute, or relative to the first stick
+    std::vector<std::string> files; ///< each absolute, or relative to the first stick that has it
     bool json = false;              ///< JSON lines, one a file
 };
 

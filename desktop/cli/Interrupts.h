@@ -8,6 +8,9 @@ namespace desktop {
 /// threads inherit the blocked signals.
 class Interrupts {
 public:
+    /// The exit status of a program that Ctrl-C has ended.
+    static constexpr int kInterrupted = 130;
+
     Interrupts();
 
     /// Becomes readable with the first of the signals, and stays so.

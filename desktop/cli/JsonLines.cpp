@@ -1,7 +1,11 @@
 #include "desktop/cli/JsonLines.h"
 
+#include "desktop/cli/TextColumns.h"
 #include "desktop/text/NameEncoding.h"
+#include "desktop/text/Utf8.h"
 
+#include <array>
+#include <cstdio>
 #include <memory>
 
 namespace desktop {
@@ -29,6 +33,25 @@ JsonError firstError(const std::string& report)
     return error;
 }
 
+// JSON is plain ASCII outside of strings, and there its writer has escaped what is below U+0020.
+std::string escapeUnsafe(const std::string& json)
+{
+    std::string out;
+    out.reserve(json.size());
+    for (std::string_view rest = json; !rest.empty();) {
+        const Character character = firstCharacter(rest);
+        if (isUnsafeForTerminal(character.value)) {
+            std::array<char, 8> name = {};
+            std::snprintf(name.data(), name.size(), "\\u%04x", static_cast<unsigned int>(character.value));
+            out += name.data();
+        } else {
+            out += rest.substr(0, character.length);
+        }
+        rest.remove_prefix(character.length);
+    }
+    return out;
+}
+
 std::unique_ptr<Json::CharReader> strictReader()
 {
     Json::CharReaderBuilder builder;
@@ -44,7 +67,7 @@ std::string jsonLine(const Json::Value& value)
     builder["indentation"] = "";
     builder["emitUTF8"] = true;
     // Outside of strings JSON is plain ASCII, so bad bytes stand in strings, where a backslash is doubled.
-    return escapeBadBytes(Json::writeString(builder, value), "\\\\x") + "\n";
+    return escapeUnsafe(escapeBadBytes(Json::writeString(builder, value), "\\\\x")) + "\n";
 }
 
 bool parseJsonLine(std::string_view text, Json::Value& object, JsonError& error)

@@ -7,7 +7,8 @@
 
 namespace desktop {
 
-/// @p value on one line with its line end. Always UTF-8: other bytes are written as encodeName writes them.
+/// @p value on one line with its line end. Always UTF-8: other bytes are written as encodeName writes them. What is unsafe
+/// for a terminal is written \uHHHH.
 std::string jsonLine(const Json::Value& value);
 
 /// Why a text is not a JSON object, and where.

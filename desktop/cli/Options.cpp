@@ -1,10 +1,15 @@
 #include "desktop/cli/Options.h"
 
+#include "desktop/cli/ErrorMessage.h"
+#include "desktop/cli/Suggestion.h"
+#include "desktop/cli/TextColumns.h"
 #include "desktop/host/PluginLibrary.h"
 
 #include "desktop/files/EntryStatus.h"
 
 #include <CLI/CLI.hpp>
+
+#include <sstream>
 
 namespace desktop {
 
@@ -63,14 +68,19 @@ std::string usualCacheFolder()
 
 void addGlobalOptions(CLI::App& app, Options& options)
 {
-    app.add_option("--stick", options.sticks, "Folder that stands for a USB stick; may be given several times")
+    app.add_option("--stick", options.sticks, "Folder that stands for a USB stick; repeated for each further one")
         ->type_name("FOLDER")
+        ->allow_extra_args(false)
         ->check(stickFault);
     app.add_flag("--auto", options.mountedSticks, "Take what this computer mounts under /media, /run/media and /mnt, too");
     options.cacheFolder = usualCacheFolder();
     app.add_option_function<std::string>(
-           "--cache", [&options](const std::string& folder) { options.cacheFolder = folder == kNoCache ? "" : folder; },
-           "Folder that keeps what has been read of media files; none: keep nothing; " + options.cacheFolder +
+           "--cache",
+           [&options](const std::string& folder) {
+               options.cacheFolder = folder == kNoCache ? "" : folder;
+               options.cacheIsGiven = folder != kNoCache;
+           },
+           "Folder that keeps what has been read of media files; none: keep nothing; " + visibleText(options.cacheFolder) +
                " if not given")
         ->type_name("FOLDER");
     app.add_option("--plugin", options.pluginFile, "The plugin's library; the one built with this program if not given")
@@ -84,7 +94,7 @@ void addGlobalOptions(CLI::App& app, Options& options)
         ->type_name("FILE");
 }
 
-constexpr const char* kFolderHelp = "Folder: absolute, or below the first stick";
+constexpr const char* kFolderHelp = "Folder: absolute, or below the first stick that has it; all sticks if not given";
 
 /// A subcommand that sets @p command when it is chosen.
 CLI::App* addCommand(CLI::App& app, Options& options, Options::Command command, const char* name, const char* help)
@@ -110,12 +120,13 @@ void addBrowse(CLI::App& app, Options& options)
         ->type_name("N")
         ->check(CLI::Range(1, 1'000'000))
         ->needs(size);
+    addJson(browse, options.browse.json);
 }
 
 void addSearch(CLI::App& app, Options& options)
 {
-    CLI::App* search =
-        addCommand(app, options, Options::Command::Search, "search", "List the videos in a folder and all below it");
+    CLI::App* search = addCommand(app, options, Options::Command::Search, "search",
+                                  "List the videos, and nothing else, in a folder and all below it");
     search->add_option("path", options.search.path, kFolderHelp)->type_name("PATH");
     addJson(search, options.search.json);
 }
@@ -143,7 +154,7 @@ void addGroups(CLI::App& app, Options& options)
 void addInfo(CLI::App& app, Options& options)
 {
     CLI::App* info = addCommand(app, options, Options::Command::Info, "info", "Describe media files");
-    info->add_option("files", options.info.files, "Files: absolute, or below the first stick")
+    info->add_option("files", options.info.files, "Files: absolute, or below the first stick that has them")
         ->type_name("FILE")
         ->required();
     addJson(info, options.info.json);
@@ -172,9 +183,76 @@ void addThumbnails(CLI::App& app, Options& options)
     addJson(thumbnails, options.thumbnails.json);
 }
 
+void addPlaylists(CLI::App& app, Options& options)
+{
+    CLI::App* playlists = addCommand(app, options, Options::Command::Playlists, "playlists",
+                                     "List the playlists in a folder and all below it, or the files of one playlist");
+    playlists->add_option("path", options.playlists.path, "Folder, or playlist file; as of the other commands")
+        ->type_name("PATH");
+    addJson(playlists, options.playlists.json);
+}
+
+void addPhotos(CLI::App& app, Options& options)
+{
+    static const std::map<std::string, PhotoOrder> kOrders = {
+        {"name", PhotoOrder::Name}, {"date", PhotoOrder::Taken}, {"size", PhotoOrder::Size}, {"type", PhotoOrder::Type}};
+    CLI::App* photos =
+        addCommand(app, options, Options::Command::Photos, "photos", "List the photos in a folder in the order asked for");
+    photos->add_option("path", options.photos.path, kFolderHelp)->type_name("PATH");
+    photos
+        ->add_option_function<std::string>(
+            "--sort", [&options](const std::string& order) { options.photos.sort = kOrders.at(order); },
+            "By name (as if not given), date, size or type")
+        ->type_name("ORDER")
+        ->check(CLI::IsMember(kOrders));
+    photos->add_flag("--descending", options.photos.descending, "Last first");
+    addJson(photos, options.photos.json);
+}
+
+std::vector<std::string> commandNames(const CLI::App& app)
+{
+    std::vector<std::string> names;
+    for (const CLI::App* command : app.get_subcommands({})) {
+        names.push_back(command->get_name());
+    }
+    return names;
+}
+
+void addOptionNames(const CLI::App& app, std::vector<std::string>& names)
+{
+    for (const CLI::Option* option : app.get_options()) {
+        for (const std::string& name : option->get_lnames()) {
+            names.push_back("--" + name);
+        }
+    }
+}
+
+// What is wrong with the command line. Words that nothing takes come first: they may be why something else is missing.
+std::string faultOf(const CLI::App& app, const CLI::ParseError& error)
+{
+    const auto chosen = app.get_subcommands();
+    const std::vector<std::string> unexpected = app.remaining(true);
+    if (unexpected.empty()) {
+        return chosen.empty() && error.get_name() == "RequiredError" ? "no command; desktop-tv --help lists them"
+                                                                     : error.what();
+    }
+    const std::string& word = unexpected.front();
+    if (word.size() > 1 && word.front() == '-') {
+        std::vector<std::string> options;
+        addOptionNames(app, options);
+        for (const CLI::App* command : chosen) {
+            addOptionNames(*command, options);
+        }
+        const std::string name = word.substr(0, word.find('='));
+        return "no option '" + name + "'" + suggestion(name, options);
+    }
+    return chosen.empty() ? "no command '" + word + "'" + suggestion(word, commandNames(app))
+                          : "nothing takes '" + word + "'";
+}
+
 } // namespace
 
-std::optional<int> parseOptions(int argc, char** argv, Options& options)
+std::optional<int> parseOptions(int argc, char** argv, Options& options, Output& output)
 {
     CLI::App app("Runs the storage-media plugin on this computer, folders in place of USB sticks.", "desktop-tv");
     app.footer(kExamples);
@@ -187,16 +265,24 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options)
     addGroups(app, options);
     addInfo(app, options);
     addThumbnails(app, options);
+    addPlaylists(app, options);
+    addPhotos(app, options);
     addCommand(app, options, Options::Command::Shell, "shell",
                "Take commands as JSON lines, give replies and notifications as JSON lines");
     addCommand(app, options, Options::Command::Commands, "commands", "List the commands that the plugin takes");
     try {
         app.parse(argc, argv);
+    } catch (const CLI::Success& wanted) { // help, or the version
+        std::ostringstream text;
+        app.exit(wanted, text);
+        output.write(text.str());
+        return 0;
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : kUsageError;
+        printError(faultOf(app, error));
+        return kUsageError;
     }
     if (options.isForPeople() && options.sticks.empty() && !options.mountedSticks) {
-        std::cerr << "desktop-tv: this needs a stick: --stick FOLDER or --auto\n";
+        printError("this needs a stick: --stick FOLDER or --auto");
         return kUsageError;
     }
     if (options.pluginFile.empty()) {

@@ -3,6 +3,8 @@
 #include "desktop/cli/BrowseCommand.h"
 #include "desktop/cli/GroupsCommand.h"
 #include "desktop/cli/InfoCommand.h"
+#include "desktop/cli/PhotosCommand.h"
+#include "desktop/cli/PlaylistsCommand.h"
 #include "desktop/cli/SearchCommand.h"
 #include "desktop/cli/ThumbnailsCommand.h"
 
@@ -16,7 +18,7 @@ namespace desktop {
 
 /// What the user asks the program to do.
 struct Options {
-    enum class Command { Commands, Shell, Browse, Search, Groups, Info, Thumbnails };
+    enum class Command { Commands, Shell, Browse, Search, Groups, Info, Thumbnails, Playlists, Photos };
 
     /// Whether the command uses the media browser, and so needs a stick.
     bool isForPeople() const { return command != Command::Commands && command != Command::Shell; }
@@ -25,6 +27,7 @@ struct Options {
     std::vector<std::string> sticks;
     bool mountedSticks = false; ///< also those that the computer mounts
     std::string cacheFolder;    ///< empty: nothing is kept
+    bool cacheIsGiven = false;  ///< the user has named the folder, and so wants it
     std::string pluginFile;
     std::optional<LogLevel> logLevel;
     std::string logFile; ///< empty: none named
@@ -33,10 +36,12 @@ struct Options {
     GroupsOptions groups;
     InfoOptions info;
     ThumbnailsOptions thumbnails;
+    PlaylistsOptions playlists;
+    PhotosOptions photos;
 };
 
-/// Reads the command line into @p options. Returns an exit status when the program is to end: help has been printed, or an
-/// error on standard error.
-std::optional<int> parseOptions(int argc, char** argv, Options& options);
+/// Reads the command line into @p options. Returns an exit status when the program is to end: help has been written to
+/// @p output, or an error has been printed on standard error.
+std::optional<int> parseOptions(int argc, char** argv, Options& options, Output& output);
 
 } // namespace desktop

@@ -29,6 +29,17 @@ bool Output::good() const
     return m_good;
 }
 
+// Some file systems tell only now that there is no room.
+int Output::close()
+{
+    const LockGuard lock(m_mutex);
+    if (m_fd && ::close(m_fd.release()) != 0 && m_error == 0) {
+        m_error = errno;
+    }
+    m_good = false;
+    return m_error;
+}
+
 bool Output::isColoured() const
 {
     return isatty(m_fd.get()) == 1 && std::getenv("NO_COLOR") == nullptr;
@@ -46,7 +57,9 @@ bool Output::writeSome(std::string_view& text)
     // A pipe that polls as writable takes this much without blocking.
     const ssize_t written = ::write(m_fd.get(), text.data(), std::min<std::size_t>(text.size(), PIPE_BUF));
     if (written < 0) {
-        return errno == EINTR || errno == EAGAIN;
+        const bool again = errno == EINTR || errno == EAGAIN;
+        m_error = again ? 0 : errno;
+        return again;
     }
     text.remove_prefix(static_cast<std::size_t>(written));
     return true;

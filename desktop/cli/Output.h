@@ -18,16 +18,20 @@ public:
     bool write(std::string_view text);
     /// Whether every write has succeeded.
     bool good() const;
+    /// Ends the output. Returns 0, or why not all of it could be written as an errno value; EPIPE says that the reader has
+    /// gone. What an interrupt has cut off is no error.
+    int close();
     /// Whether the reader is a person who wants colours.
     bool isColoured() const;
 
 private:
-    bool writeSome(std::string_view& text);
+    bool writeSome(std::string_view& text) REQUIRES(m_mutex);
 
     UniqueFd m_fd;
     const Interrupts& m_interrupts;
     mutable Mutex m_mutex;
     bool m_good GUARDED_BY(m_mutex) = true;
+    int m_error GUARDED_BY(m_mutex) = 0; ///< errno value
 };
 
 } // namespace desktop

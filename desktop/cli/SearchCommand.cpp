@@ -11,11 +11,6 @@ namespace {
 
 constexpr int kPieceSize = 200; // files to a piece of the answer
 
-std::string summary(const Json::Value& totals)
-{
-    return counted(totals["total"].asUInt64(), "video") + " in " + counted(totals["folders"].asUInt64(), "folder") + "\n";
-}
-
 // Why the videos found may not be all; empty when they are.
 std::string gapsOf(const Json::Value& totals)
 {
@@ -23,41 +18,97 @@ std::string gapsOf(const Json::Value& totals)
     return error.empty() ? describeUnreadable(totals["unreadable"].asUInt(), totals["unreadableFiles"].asUInt()) : error;
 }
 
-} // namespace
+/// One run of the search command.
+class SearchRun {
+public:
+    SearchRun(Session& session, const SearchOptions& options, Output& output)
+        : m_session(session)
+        , m_options(options)
+        , m_output(output)
+        , m_coloured(output.isColoured())
+    {
+    }
 
-void runSearch(Session& session, const SearchOptions& options, Output& output)
+    void run();
+
+private:
+    bool search(const std::string& directory);
+    void writeFiles(const Json::Value& files);
+    std::string summary() const;
+
+    Session& m_session;
+    const SearchOptions& m_options;
+    Output& m_output;
+    const bool m_coloured;
+    bool m_headed = false;
+    std::uint64_t m_videos = 0;
+    std::uint64_t m_folders = 0;
+};
+
+void SearchRun::run()
 {
-    if (!session.enter()) {
+    if (!m_session.enter()) {
         return;
     }
-    const bool coloured = output.isColoured();
-    const std::string directory = session.pathOf(options.path);
+    bool ended = false;
+    for (const std::string& directory : m_session.foldersOf(m_options.path)) {
+        ended = (!m_session.stopped() && search(directory)) || ended;
+    }
+    if (ended && !m_options.json && !m_session.stopped()) {
+        m_output.write(summary());
+    }
+}
+
+// Whether it has come to its end.
+bool SearchRun::search(const std::string& directory)
+{
     Json::Value request;
     request["dirpath"] = directory;
     request["number"] = kPieceSize;
     Json::Value totals;
-    bool headed = options.json;
     const bool ended =
-        session.ask("storagemedia.video.searchFiles", request, directory, [&](const Json::Value& body, bool last) {
+        m_session.ask("storagemedia.video.searchFiles", request, directory, [&](const Json::Value& body, bool last) {
             if (last) {
                 totals = body;
-                return;
+            } else {
+                writeFiles(body["filelst"]);
             }
-            std::string lines = std::exchange(headed, true) ? "" : entryHeading(coloured);
-            for (const Json::Value& file : body["filelst"]) {
-                lines += options.json ? jsonLine(file) : entryLine(file, coloured, "path");
-            }
-            session.progress().clear();
-            output.write(lines);
         });
     if (!ended) {
-        return;
+        return false;
     }
-    totals.removeMember("reqId");
-    output.write(options.json ? jsonLine(totals) : summary(totals));
+    m_videos += totals["total"].asUInt64();
+    m_folders += totals["folders"].asUInt64();
+    if (m_options.json) {
+        totals.removeMember("reqId");
+        m_output.write(jsonLine(totals));
+    }
     if (const std::string gaps = gapsOf(totals); !gaps.empty()) {
-        session.fail(directory, gaps);
+        m_session.fail(directory, gaps);
     }
+    return true;
+}
+
+void SearchRun::writeFiles(const Json::Value& files)
+{
+    std::string lines = std::exchange(m_headed, true) || m_options.json ? "" : entryHeading(m_coloured);
+    for (const Json::Value& file : files) {
+        lines += m_options.json ? jsonLine(file) : entryLine(file, m_coloured, "path");
+    }
+    m_session.progress().clear();
+    m_output.write(lines);
+}
+
+std::string SearchRun::summary() const
+{
+    return counted(m_videos, "video") + " in " + counted(m_folders, "folder") + "\n";
+}
+
+} // namespace
+
+void runSearch(Session& session, const SearchOptions& options, Output& output)
+{
+    SearchRun(session, options, output).run();
 }
 
 } // namespace desktop

@@ -5,7 +5,7 @@
 namespace desktop {
 
 struct SearchOptions {
-    std::string path;  ///< absolute, or relative to the first stick; empty: the first stick
+    std::string path;  ///< absolute, or relative to the first stick that has it; empty: all sticks
     bool json = false; ///< JSON lines: one a file, and one with the totals
 };
 

@@ -2,11 +2,23 @@
 
 #include "desktop/cli/JsonLines.h"
 #include "desktop/cli/LineReader.h"
+#include "desktop/cli/Suggestion.h"
 #include "desktop/host/CommandNames.h"
+
+#include "protocol/ProtocolTable.h"
 
 namespace desktop {
 
 namespace {
+
+std::vector<std::string> commandNames()
+{
+    std::vector<std::string> names;
+    for (const protocol::CommandDescription& command : protocol::kCommands) {
+        names.emplace_back(command.name);
+    }
+    return names;
+}
 
 /// What is wrong with the members of a command line; empty when nothing is.
 std::string faultOf(const Json::Value& line)
@@ -20,7 +32,10 @@ std::string faultOf(const Json::Value& line)
         return "\"command\" is missing or no string.";
     }
     if (!isCommandName(line["command"].asString())) {
-        return "Unknown command \"" + line["command"].asString() + "\"; desktop-tv commands lists them.";
+        const std::string typed = line["command"].asString();
+        const std::string meant = nearestName(typed, commandNames());
+        return "Unknown command \"" + typed + "\"; " +
+               (meant.empty() ? "desktop-tv commands lists them." : "did you mean \"" + meant + "\"?");
     }
     const bool requestFits = !line.isMember("request") || line["request"].isObject();
     return requestFits ? "" : "\"request\" is no object.";

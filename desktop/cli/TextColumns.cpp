@@ -11,15 +11,6 @@ namespace desktop {
 
 namespace {
 
-bool isUnsafeForTerminal(char32_t c)
-{
-    const bool control = c < 0x20 || (c >= 0x7F && c < 0xA0);
-    const bool lineEnd = c == 0x2028 || c == 0x2029;
-    const bool direction =
-        c == 0x061C || c == 0x200E || c == 0x200F || (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
-    return control || lineEnd || direction;
-}
-
 std::size_t columnsOf(char32_t c)
 {
     const int columns = wcwidth(static_cast<wchar_t>(c));
@@ -33,6 +24,15 @@ std::string spaces(std::string_view text, std::size_t columns)
 }
 
 } // namespace
+
+bool isUnsafeForTerminal(char32_t c)
+{
+    const bool control = c < 0x20 || (c >= 0x7F && c < 0xA0);
+    const bool lineEnd = c == 0x2028 || c == 0x2029;
+    const bool direction =
+        c == 0x061C || c == 0x200E || c == 0x200F || (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
+    return control || lineEnd || direction;
+}
 
 std::string visibleText(std::string_view text)
 {

@@ -7,6 +7,10 @@
 
 namespace desktop {
 
+/// Whether a terminal or a viewer may take @p c for something to do instead of something to show: control characters, line
+/// and paragraph separators, and what changes the direction of writing.
+bool isUnsafeForTerminal(char32_t c);
+
 /// @p text made safe for a terminal: characters that would move the cursor, change colours or turn the direction of writing
 /// are written as <U+HHHH>, bytes that are not UTF-8 as \xHH.
 std::string visibleText(std::string_view text);

@@ -1,24 +1,22 @@
 #include "desktop/cli/ThumbnailsCommand.h"
 
 #include "desktop/cli/EntryTable.h"
+#include "desktop/cli/ErrorMessage.h"
 #include "desktop/cli/JsonLines.h"
+#include "desktop/cli/PictureExport.h"
 #include "desktop/cli/TextColumns.h"
 
 #include "desktop/text/NameEncoding.h"
 
 #include "platform/SocMwTypes.h"
 
-#include <filesystem>
 #include <map>
 
 namespace desktop {
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr int kPageSize = 100; // pictures to a request
-constexpr std::size_t kLongestName = 255;
 constexpr const char* kStart = "storagemedia.start.thumbnail";
 
 bool hasPicture(const Json::Value& entry)
@@ -41,6 +39,7 @@ public:
         : m_session(session)
         , m_options(options)
         , m_output(output)
+        , m_export(options.outFolder)
     {
     }
 
@@ -50,19 +49,23 @@ private:
     /// Picture files by index within a request.
     using Pictures = std::map<Json::ArrayIndex, std::string>;
 
+    bool makeOfFolders(const std::vector<std::string>& directories);
     bool makeOfFolder(const std::string& directory);
     bool makeOfFile(const std::string& path);
     bool makePage(const std::string& directory, int page, std::size_t firstIndex, std::size_t total);
     Json::Value request() const;
     Session::AnswerHandler collectInto(Pictures& pictures, std::size_t firstIndex, std::size_t total);
-    void writePicture(const std::string& path, const std::string& picture);
-    std::string copy(const std::string& path, const std::string& picture);
+    bool writePicture(const std::string& path, const std::string& picture);
+    bool copyOut(const std::string& path, const std::string& picture);
+    bool writeMade(const std::string& path, const std::string& picture);
 
     Session& m_session;
     const ThumbnailsOptions& m_options;
     Output& m_output;
+    PictureExport m_export;
     std::uint64_t m_made = 0;
     std::uint64_t m_without = 0;
+    bool m_copiesEnded = false;
 };
 
 void ThumbnailsRun::run()
@@ -70,14 +73,26 @@ void ThumbnailsRun::run()
     if (!m_session.enter()) {
         return;
     }
-    if (!m_options.outFolder.empty()) {
-        fs::create_directories(m_options.outFolder);
+    const int unusable = m_options.outFolder.empty() ? 0 : m_export.prepare();
+    if (unusable != 0) {
+        m_session.fail(m_options.outFolder, systemErrorText(unusable));
+        return;
     }
-    const bool made = m_options.file.empty() ? makeOfFolder(m_session.pathOf(m_options.path))
+    const bool made = m_options.file.empty() ? makeOfFolders(m_session.foldersOf(m_options.path))
                                              : makeOfFile(m_session.pathOf(m_options.file));
     if (made && !m_options.json) {
         m_output.write(counted(m_made, "picture") + ", " + counted(m_without, "media file") + " without\n");
     }
+}
+
+// Whether any has been gone through to its end.
+bool ThumbnailsRun::makeOfFolders(const std::vector<std::string>& directories)
+{
+    bool made = false;
+    for (const std::string& directory : directories) {
+        made = (!m_session.stopped() && !m_copiesEnded && makeOfFolder(directory)) || made;
+    }
+    return made;
 }
 
 bool ThumbnailsRun::makeOfFolder(const std::string& directory)
@@ -100,8 +115,10 @@ bool ThumbnailsRun::makeOfFile(const std::string& path)
     if (!m_session.ask(kStart, single, path, collectInto(pictures, 0, 1))) {
         return false;
     }
-    writePicture(path, pictures[0]);
-    return true;
+    if (pictures[0].empty()) {
+        return m_session.fail(path, "It is no photo, video or music");
+    }
+    return writePicture(path, pictures[0]);
 }
 
 bool ThumbnailsRun::makePage(const std::string& directory, int page, std::size_t firstIndex, std::size_t total)
@@ -119,8 +136,8 @@ bool ThumbnailsRun::makePage(const std::string& directory, int page, std::size_t
     }
     for (Json::ArrayIndex i = 0; i < entries->size(); ++i) {
         const Json::Value& entry = (*entries)[i];
-        if (hasPicture(entry)) {
-            writePicture(entry["path"].asString(), pictures[i]);
+        if (hasPicture(entry) && !writePicture(entry["path"].asString(), pictures[i])) {
+            return false;
         }
     }
     return true;
@@ -144,32 +161,48 @@ Session::AnswerHandler ThumbnailsRun::collectInto(Pictures& pictures, std::size_
     };
 }
 
-// @p picture is empty when there is none.
-void ThumbnailsRun::writePicture(const std::string& path, const std::string& picture)
+// @p picture is empty when there is none. False when no other can be written either.
+bool ThumbnailsRun::writePicture(const std::string& path, const std::string& picture)
 {
+    if (!picture.empty()) {
+        return copyOut(path, picture);
+    }
+    if (m_session.failIfPulled(path)) {
+        return false;
+    }
+    ++m_without;
+    const std::string reason = m_session.readFailure(path);
     Json::Value line;
     line["path"] = path;
-    if (picture.empty()) {
-        ++m_without;
-        m_output.write(m_options.json ? jsonLine(line) : "no picture of " + visibleText(path) + "\n");
-        return;
+    if (!reason.empty()) {
+        line["error"] = reason;
     }
-    ++m_made;
-    line["picture"] = m_options.outFolder.empty() ? picture : copy(path, picture);
-    if (m_options.json) {
-        m_output.write(jsonLine(line));
-    }
+    const std::string text = "no picture of " + path + (reason.empty() ? "" : ": " + reason);
+    return m_output.write(m_options.json ? jsonLine(line) : visibleText(text) + "\n");
 }
 
-// The copy, named after the media file; returns its path as text.
-std::string ThumbnailsRun::copy(const std::string& path, const std::string& picture)
+bool ThumbnailsRun::copyOut(const std::string& path, const std::string& picture)
 {
-    std::string name = fs::path(decodeName(path)).filename();
-    const std::string end = name.size() + 4 <= kLongestName ? ".jpg" : "~" + std::to_string(m_made) + ".jpg";
-    name.resize(std::min(name.size(), kLongestName - end.size()));
-    const fs::path target = fs::path(m_options.outFolder) / (name + end);
-    fs::copy_file(picture, target, fs::copy_options::overwrite_existing);
-    return encodeName(target.string());
+    if (m_options.outFolder.empty()) {
+        return writeMade(path, picture);
+    }
+    std::string target;
+    const int error = m_export.copy(picture, decodeName(path), target);
+    if (error != 0) {
+        m_copiesEnded = endsAllCopies(error);
+        m_session.fail(encodeName(target), systemErrorText(error));
+        return !m_copiesEnded;
+    }
+    return writeMade(path, encodeName(target));
+}
+
+bool ThumbnailsRun::writeMade(const std::string& path, const std::string& picture)
+{
+    ++m_made;
+    Json::Value line;
+    line["path"] = path;
+    line["picture"] = picture;
+    return !m_options.json || m_output.write(jsonLine(line));
 }
 
 } // namespace

@@ -5,7 +5,7 @@
 namespace desktop {
 
 struct ThumbnailsOptions {
-    std::string path;      ///< folder: absolute, or relative to the first stick; empty: the first stick
+    std::string path;      ///< folder: absolute, or relative to the first stick that has it; empty: all sticks
     std::string file;      ///< the one file to use instead of a folder; a path like the one above
     std::string outFolder; ///< where the pictures are copied to; empty: nowhere
     unsigned int width = 240;

@@ -1,48 +1,42 @@
+#include "desktop/cli/ErrorMessage.h"
 #include "desktop/cli/Options.h"
 #include "desktop/cli/ShellCommand.h"
+#include "desktop/cli/StandardStreams.h"
 #include "desktop/cli/TextColumns.h"
+#include "desktop/cli/UserFolder.h"
 #include "desktop/host/CommandNames.h"
+#include "desktop/host/LaterMounts.h"
 #include "desktop/host/PrivateDirectories.h"
+
+#include "desktop/base/ErrorText.h"
+#include "desktop/text/NameEncoding.h"
 
 #include "protocol/ProtocolTable.h"
 
-#include <fcntl.h>
-
 #include <cerrno>
 #include <clocale>
-#include <cstdio>
-#include <system_error>
 
 namespace {
 
 using desktop::Options;
-using desktop::UniqueFd;
 
-// The plugin logs on standard output, which the program needs for itself: the log goes where the user wants it, or where it
-// does not disturb a listing. Returns what was standard output.
-UniqueFd divertLog(const Options& options)
+constexpr int kFailed = 1;
+
+void listCommands(desktop::Output& output)
 {
-    UniqueFd output(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-    UniqueFd log(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-    if (!options.logFile.empty()) {
-        log = UniqueFd(open(options.logFile.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666));
-    } else if (options.isForPeople() && !options.logLevel) {
-        log = UniqueFd(open("/dev/null", O_WRONLY | O_CLOEXEC));
+    std::string lines;
+    for (const protocol::CommandDescription& command : protocol::kCommands) {
+        lines += desktop::padLeft(std::to_string(desktop::commandHash(command.name)), 10) + "  " +
+                 desktop::padRight(command.name, 43) + "  " + command.purpose + "\n";
     }
-    if (!output || !log || dup2(log.get(), STDOUT_FILENO) < 0) {
-        throw std::system_error(errno, std::generic_category(), options.logFile.empty() ? "log" : options.logFile);
-    }
-    std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
-    return output;
+    output.write(lines);
 }
 
-int listCommands()
+// The listings show no log unless it is asked for.
+desktop::LogOutput::Target logTarget(const Options& options)
 {
-    for (const protocol::CommandDescription& command : protocol::kCommands) {
-        std::printf("%10u  %s  %s\n", desktop::commandHash(command.name), desktop::padRight(command.name, 43).c_str(),
-                    command.purpose);
-    }
-    return std::fflush(stdout) == 0 ? 0 : 1;
+    const bool isQuiet = options.isForPeople() && !options.logLevel;
+    return isQuiet ? desktop::LogOutput::Target::Nowhere : desktop::LogOutput::Target::Errors;
 }
 
 void runForPeople(desktop::Session& session, const Options& options, desktop::Output& output)
@@ -58,25 +52,32 @@ void runForPeople(desktop::Session& session, const Options& options, desktop::Ou
         return desktop::runInfo(session, options.info, output);
     case Options::Command::Thumbnails:
         return desktop::runThumbnails(session, options.thumbnails, output);
+    case Options::Command::Playlists:
+        return desktop::runPlaylists(session, options.playlists, output);
+    case Options::Command::Photos:
+        return desktop::runPhotos(session, options.photos, output);
     case Options::Command::Commands:
     case Options::Command::Shell:
         return; // not through the media browser
     }
 }
 
-int runWithPlugin(const Options& options)
+desktop::DesktopSettings settingsOf(const Options& options)
 {
-    const desktop::Interrupts interrupts; // before anything that starts a thread
-    desktop::Output output(divertLog(options), interrupts);
-    desktop::setLogLevel(options.logLevel.value_or(desktop::LogLevel::Warning));
-    const std::string refusal = desktop::makeDirectoriesPrivate();
-    if (!refusal.empty()) {
-        std::fprintf(stderr, "desktop-tv: no private directories, so none for thumbnails (%s)\n", refusal.c_str());
-    }
     desktop::DesktopSettings settings;
     settings.sticks = options.sticks;
     settings.mountedSticks = options.mountedSticks;
     settings.cacheFolder = options.cacheFolder;
+    return settings;
+}
+
+int runWithPlugin(const Options& options, desktop::Output& output, const desktop::Interrupts& interrupts)
+{
+    desktop::DesktopSettings settings = settingsOf(options);
+    desktop::FileDetails details;
+    settings.observer.described = [&details](const std::string& path, const desktop::MediaDetails& found) {
+        details.set(path, found);
+    };
     const desktop::PluginLibrary plugin(options.pluginFile);
     desktop::Host host(plugin.entryPoints(), std::move(settings));
     desktop::HostClient client(host, interrupts);
@@ -84,9 +85,82 @@ int runWithPlugin(const Options& options)
     if (options.command == Options::Command::Shell) {
         return desktop::runShell(client, output, interrupts);
     }
-    desktop::Session session(client, options.mountedSticks, output, interrupts);
+    desktop::Session session(client, options.mountedSticks, details, output, interrupts);
     runForPeople(session, options, output);
     return session.exitStatus();
+}
+
+// A folder that the user has named is wanted; the usual one is only an advantage.
+bool cacheIsUsable(const Options& options)
+{
+    const int error = options.cacheIsGiven ? desktop::makeUserFolder(options.cacheFolder) : 0;
+    if (error != 0) {
+        desktop::printError(options.cacheFolder + ": " + desktop::systemErrorText(error));
+    }
+    return error == 0;
+}
+
+// What is mounted while a listing is made does not matter.
+void warnOfUnseenMounts(const desktop::LaterMounts& mounts, const Options& options)
+{
+    if (options.command != Options::Command::Shell) {
+        return;
+    }
+    std::string folders;
+    for (const std::string& folder : mounts.unseen()) {
+        folders += (folders.empty() ? "" : ", ") + desktop::encodeName(folder);
+    }
+    if (!folders.empty()) {
+        desktop::printError("what is mounted from now on will not be seen in " + folders +
+                            ": the mounts there are private (mount --make-rshared / shares them)");
+    }
+}
+
+int runLogged(const Options& options, desktop::Output& output, const desktop::Interrupts& interrupts)
+{
+    desktop::setLogLevel(options.logLevel.value_or(desktop::LogLevel::Warning));
+    desktop::LogOutput log(options.logFile, logTarget(options));
+    const desktop::LaterMounts laterMounts(settingsOf(options).sources());
+    const std::string refusal = desktop::makeDirectoriesPrivate(); // which wants to be the only thread
+    if (!refusal.empty()) {
+        desktop::printError("no private directories, so none for thumbnails (" + refusal + ")");
+    } else {
+        warnOfUnseenMounts(laterMounts, options);
+    }
+    log.start();
+    const int status = runWithPlugin(options, output, interrupts);
+    const std::string fault = log.finish();
+    if (!fault.empty()) {
+        desktop::printError(fault);
+    }
+    return status == 0 && !fault.empty() ? kFailed : status;
+}
+
+int run(int argc, char** argv, desktop::Output& output, const desktop::Interrupts& interrupts)
+{
+    Options options;
+    if (const auto status = desktop::parseOptions(argc, argv, options, output)) {
+        return *status;
+    }
+    if (options.command == Options::Command::Commands) {
+        listCommands(output);
+        return interrupts.pending() ? interrupts.exitStatus() : 0;
+    }
+    const int status = cacheIsUsable(options) ? runLogged(options, output, interrupts) : kFailed;
+    if (status == desktop::Interrupts::kInterrupted && options.isForPeople()) {
+        desktop::printError("Cancelled");
+    }
+    return status;
+}
+
+// Whoever stops reading knows that they did.
+int finish(desktop::Output& output, int status)
+{
+    const int error = output.close();
+    if (error != 0 && error != EPIPE) {
+        desktop::printError("standard output: " + desktop::systemErrorText(error));
+    }
+    return status == 0 && error != 0 ? kFailed : status;
 }
 
 } // namespace
@@ -94,12 +168,12 @@ int runWithPlugin(const Options& options)
 int main(int argc, char** argv)
 try {
     std::setlocale(LC_CTYPE, "C.UTF-8"); // names are UTF-8 whatever the user's own locale
-    Options options;
-    if (const auto status = desktop::parseOptions(argc, argv, options)) {
-        return *status;
-    }
-    return options.command == Options::Command::Commands ? listCommands() : runWithPlugin(options);
+    desktop::openMissingStreams();
+    const desktop::Interrupts interrupts; // before anything that starts a thread
+    desktop::Output output(desktop::copyOfStandardOutput(), interrupts);
+    const int status = run(argc, argv, output, interrupts);
+    return finish(output, status);
 } catch (const std::exception& error) {
-    std::fprintf(stderr, "desktop-tv: %s\n", error.what());
-    return 1;
+    desktop::printError(desktop::errorText(error));
+    return kFailed;
 }

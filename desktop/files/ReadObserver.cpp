@@ -25,6 +25,14 @@ void ReadReporter::failed(const std::string& path, const std::string& reason) co
     }
 }
 
+void ReadReporter::described(const std::string& path, const MediaDetails& details) const
+{
+    const std::shared_lock<std::shared_mutex> lock(m_mutex);
+    if (m_observer.described) {
+        m_observer.described(path, details);
+    }
+}
+
 void ReadReporter::disconnect()
 {
     const std::unique_lock<std::shared_mutex> lock(m_mutex);

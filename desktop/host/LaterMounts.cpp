@@ -6,7 +6,7 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <optional>
+#include <iterator>
 
 namespace desktop {
 
@@ -44,13 +44,13 @@ bool mayBeMountedOn(const std::string& folder)
 
 } // namespace
 
-LaterMounts::LaterMounts(std::vector<std::string> folders)
-    : m_withoutPropagation(std::move(folders))
+LaterMounts::LaterMounts(const VolumeSources& sources)
 {
     const std::vector<Mount> mounts = readMounts();
-    m_withoutPropagation.erase(std::remove_if(m_withoutPropagation.begin(), m_withoutPropagation.end(),
-                                              [&mounts](const std::string& folder) { return propagatesTo(folder, mounts); }),
-                               m_withoutPropagation.end());
+    for (const auto* const folders : {&sources.folders, &sources.mountFolders}) {
+        std::copy_if(folders->begin(), folders->end(), std::back_inserter(m_withoutPropagation),
+                     [&mounts](const std::string& folder) { return !propagatesTo(folder, mounts); });
+    }
 }
 
 std::vector<std::string> LaterMounts::unseen() const

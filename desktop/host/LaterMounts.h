@@ -1,5 +1,7 @@
 #pragma once
 
+#include "desktop/volumes/Volumes.h"
+
 #include <string>
 #include <vector>
 
@@ -9,8 +11,8 @@ namespace desktop {
 /// that the kernel propagates, which it does not below a mount that is private itself.
 class LaterMounts {
 public:
-    /// Looks at the mounts; to be made before makeDirectoriesPrivate(). @p folders: absolute paths as bytes.
-    explicit LaterMounts(std::vector<std::string> folders);
+    /// Looks at the mounts that the folders of @p sources lie on; to be made before makeDirectoriesPrivate().
+    explicit LaterMounts(const VolumeSources& sources);
 
     /// Those on which a later mount will not be seen: they are missing, or empty and nothing is mounted there yet. A folder
     /// that does not answer for a second is none of them.

@@ -1,5 +1,6 @@
 #include "desktop/host/PrivateDirectories.h"
 
+#include "desktop/base/ErrorText.h"
 #include "desktop/base/ProgramFiles.h"
 #include "desktop/base/UniqueFd.h"
 
@@ -148,19 +149,19 @@ std::string buildFolderAmong(const std::vector<TopEntry>& entries)
 
 std::string makeDirectoriesPrivate()
 {
-    programFolder(); // found out while the old root is there
-    const fs::path workingDirectory = fs::current_path();
+    programFolder();         // found out while the old root is there
+    std::error_code ignored; // a working directory that has been removed stays out of reach
+    const fs::path workingDirectory = fs::current_path(ignored);
     try {
         unshareMounts();
         const std::vector<TopEntry> entries = topEntries();
         replaceRoot(entries, buildFolderAmong(entries));
         s_private = true;
-        fs::current_path(workingDirectory);
     } catch (const std::exception& refusal) {
-        std::error_code ignored; // a working directory that has been removed stays out of reach
         fs::current_path(workingDirectory, ignored);
-        return s_private ? "" : refusal.what();
+        return errorText(refusal);
     }
+    fs::current_path(workingDirectory, ignored);
     return "";
 }
 

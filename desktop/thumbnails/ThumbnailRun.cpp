@@ -34,11 +34,13 @@ struct ReadyThumbnail {
 
 /// Shared by the threads and the events that have been posted.
 struct ThumbnailRun::State : std::enable_shared_from_this<State> {
-    State(ThumbnailRequest what, std::shared_ptr<ThumbnailMaker> by, std::shared_ptr<PictureFolder> into, EventQueue& to)
+    State(ThumbnailRequest what, std::shared_ptr<ThumbnailMaker> by, std::shared_ptr<PictureFolder> into, EventQueue& to,
+          std::shared_ptr<const ReadReporter> failures)
         : request(std::move(what))
         , maker(std::move(by))
         , folder(std::move(into))
         , events(to)
+        , reporter(std::move(failures))
         , entries(request.paths.size())
     {
     }
@@ -52,6 +54,7 @@ struct ThumbnailRun::State : std::enable_shared_from_this<State> {
     const std::shared_ptr<ThumbnailMaker> maker;
     const std::shared_ptr<PictureFolder> folder;
     EventQueue& events;
+    const std::shared_ptr<const ReadReporter> reporter;
     std::stop_source making;    ///< stopped when no more pictures are needed
     std::stop_source cancelled; ///< stopped when no more events are wanted
     Mutex mutex;
@@ -91,6 +94,7 @@ std::string ThumbnailRun::State::make(const std::string& path)
     std::string file = path.empty() ? "" : maker->make(path, request.form, *folder, making.get_token(), error);
     if (!error.empty() && !cancelled.stop_requested()) {
         logLine(LogLevel::Warning, "no thumbnail of " + path + ": " + error);
+        reporter->failed(path, error);
     }
     return file;
 }
@@ -129,8 +133,9 @@ void ThumbnailRun::State::volumeRemoved(const std::string& volume)
 }
 
 ThumbnailRun::ThumbnailRun(ThumbnailRequest request, std::shared_ptr<ThumbnailMaker> maker,
-                           std::shared_ptr<PictureFolder> folder, EventQueue& events)
-    : m_state(std::make_shared<State>(std::move(request), std::move(maker), std::move(folder), events))
+                           std::shared_ptr<PictureFolder> folder, EventQueue& events,
+                           std::shared_ptr<const ReadReporter> reporter)
+    : m_state(std::make_shared<State>(std::move(request), std::move(maker), std::move(folder), events, std::move(reporter)))
 {
     for (std::size_t i = 0; i < kWorkerCount; ++i) {
         m_jobs.push_back(std::make_unique<BackgroundJob>([state = m_state](const std::stop_token&) { state->work(); }));

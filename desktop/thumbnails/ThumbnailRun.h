@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/files/ReadObserver.h"
 #include "desktop/jobs/BackgroundJob.h"
 #include "desktop/jobs/EventQueue.h"
 #include "desktop/thumbnails/ThumbnailMaker.h"
@@ -19,9 +20,10 @@ struct ThumbnailRequest {
 /// on the command thread unless said otherwise.
 class ThumbnailRun {
 public:
-    /// The makers and the folder may be shared with other runs; @p events must outlive what is posted.
+    /// The makers and the folder may be shared with other runs; @p events must outlive what is posted. @p reporter is told
+    /// why a file has no picture, before its event.
     ThumbnailRun(ThumbnailRequest request, std::shared_ptr<ThumbnailMaker> maker, std::shared_ptr<PictureFolder> folder,
-                 EventQueue& events);
+                 EventQueue& events, std::shared_ptr<const ReadReporter> reporter);
     ~ThumbnailRun();
     ThumbnailRun(const ThumbnailRun&) = delete;
     ThumbnailRun& operator=(const ThumbnailRun&) = delete;

@@ -21,9 +21,11 @@ bool refuse(const std::string& reason)
 
 } // namespace
 
-Thumbnails::Thumbnails(std::shared_ptr<ThumbnailMaker> maker, EventQueue& events, const ThumbnailFolders& folders)
+Thumbnails::Thumbnails(std::shared_ptr<ThumbnailMaker> maker, EventQueue& events,
+                       std::shared_ptr<const ReadReporter> reporter, const ThumbnailFolders& folders)
     : m_maker(std::move(maker))
     , m_events(events)
+    , m_reporter(std::move(reporter))
     , m_rangeFolder(std::make_shared<PictureFolder>(folders.range))
     , m_singleFolder(std::make_shared<PictureFolder>(folders.single))
 {
@@ -65,7 +67,7 @@ bool Thumbnails::start(unsigned int width, unsigned int height, FileType type)
     request.event = m_listIsRange ? SOCMW_MM_EVENT_THUMBNAIL_DATA_READY : SOCMW_MM_EVENT_THUMBNAIL_DATA_READY_SECOND;
     const auto& folder = m_listIsRange ? m_rangeFolder : m_singleFolder;
     folder->trim();
-    auto run = std::make_unique<ThumbnailRun>(std::move(request), m_maker, folder, m_events);
+    auto run = std::make_unique<ThumbnailRun>(std::move(request), m_maker, folder, m_events, m_reporter);
     const LockGuard lock(m_runMutex);
     m_run = std::move(run);
     return true;

@@ -17,7 +17,9 @@ struct ThumbnailFolders {
 /// exactly one for each entry. Operations are called on the command thread unless said otherwise.
 class Thumbnails {
 public:
-    Thumbnails(std::shared_ptr<ThumbnailMaker> maker, EventQueue& events, const ThumbnailFolders& folders = {});
+    /// @p reporter is told why a file has no picture, before its event.
+    Thumbnails(std::shared_ptr<ThumbnailMaker> maker, EventQueue& events, std::shared_ptr<const ReadReporter> reporter,
+               const ThumbnailFolders& folders = {});
 
     /// Appends @p count of @p entries, the current folder's, from @p start. Those beyond its end have no picture. False,
     /// with a log line, for a range that is none or when @p entries is null.
@@ -38,6 +40,7 @@ private:
 
     const std::shared_ptr<ThumbnailMaker> m_maker;
     EventQueue& m_events;
+    const std::shared_ptr<const ReadReporter> m_reporter;
     const std::shared_ptr<PictureFolder> m_rangeFolder;
     const std::shared_ptr<PictureFolder> m_singleFolder;
     std::vector<std::string> m_list;

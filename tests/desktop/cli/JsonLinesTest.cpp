@@ -22,6 +22,17 @@ TEST(JsonLines_Write, AnyValue_IsOneLineOfUtf8)
     EXPECT_EQ(jsonLine(value), "{\"bad\":\"caf\\\\xE9\",\"list\":[1],\"name\":\"电影\\n\"}\n");
 }
 
+TEST(JsonLines_Write, CharactersThatUpsetATerminal_AreEscaped)
+{
+    Json::Value value;
+    value["\x7f"] = "\x1b[2J\xC2\x9B\xE2\x80\xAE\xE2\x80\xA8\xD8\x9C";
+    EXPECT_EQ(jsonLine(value), "{\"\\u007f\":\"\\u001b[2J\\u009b\\u202e\\u2028\\u061c\"}\n");
+    Json::Value read;
+    JsonError error;
+    ASSERT_TRUE(parseJsonLine(jsonLine(value), read, error));
+    EXPECT_EQ(read, value);
+}
+
 TEST(JsonLines_Parse, Object_IsRead)
 {
     Json::Value object;

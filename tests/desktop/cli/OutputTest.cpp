@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+
+#include <cerrno>
 #include <csignal>
 #include <string>
 
@@ -32,6 +35,7 @@ TEST_F(OutputTest, Text_IsWrittenWhole)
     text.resize(static_cast<std::size_t>(read(reader.get(), text.data(), text.size())));
     EXPECT_EQ(text, "hello there");
     EXPECT_FALSE(output.isColoured());
+    EXPECT_EQ(output.close(), 0);
 }
 
 TEST_F(OutputTest, ReaderThatHasGone_IsToldOnceAndForAll)
@@ -40,6 +44,14 @@ TEST_F(OutputTest, ReaderThatHasGone_IsToldOnceAndForAll)
     reader = UniqueFd();
     EXPECT_FALSE(output.write("hello"));
     EXPECT_FALSE(output.good());
+    EXPECT_EQ(output.close(), EPIPE);
+}
+
+TEST_F(OutputTest, DeviceWithoutRoom_IsTheReason)
+{
+    Output output(UniqueFd(open("/dev/full", O_WRONLY | O_CLOEXEC)), interrupts);
+    EXPECT_FALSE(output.write("hello"));
+    EXPECT_EQ(output.close(), ENOSPC);
 }
 
 // The signal is sent to this thread and stays blocked: the object under test takes no other notice of it.
@@ -49,6 +61,7 @@ TEST_F(OutputTest, ReaderThatDoesNotRead_KeepsNoInterruptWaiting)
     EXPECT_FALSE(interrupts.pending());
     ASSERT_EQ(pthread_kill(pthread_self(), SIGTERM), 0);
     EXPECT_FALSE(output.write(std::string(1U << 20, 'x')));
+    EXPECT_EQ(output.close(), 0);
     EXPECT_TRUE(interrupts.pending());
     EXPECT_EQ(interrupts.exitStatus(), 128 + SIGTERM);
     sigset_t term;

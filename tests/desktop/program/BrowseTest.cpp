@@ -115,8 +115,32 @@ TEST_F(BrowseTest, Pages_AreShownWhenAskedFor)
                          "file notes.txt\n1 folder, 4 files"))
         << all;
     const std::string second = onlyNames(listing({"--page-size", "2", "--page", "2"}));
-    EXPECT_TRUE(contains(second, "page 2 of 3\nmusic a10.mp3\nphoto b.jpg\n0 folders, 2 files")) << second;
-    EXPECT_TRUE(contains(complaint({"--page-size", "2", "--page", "4"}), "It has no page 4, only 3"));
+    EXPECT_TRUE(contains(second, "page 2\nmusic a10.mp3\nphoto b.jpg\n0 folders, 2 files")) << second;
+    EXPECT_EQ(complaint({"--page-size", "2", "--page", "4"}), "desktop-tv: " + stick.path() + ": It has no page 4\n");
+    EXPECT_EQ(complaint({"b.jpg", "--page-size", "2", "--page", "1"}),
+              "desktop-tv: " + stick.path("b.jpg") + ": Not a directory\n");
+}
+
+TEST_F(BrowseTest, PageOfALongFolder_ComesWithoutTheOthers)
+{
+    stick.makeDirectory("many");
+    testsupport::makeManyFiles(stick.path("many"), 20'000);
+    Program program(browse({"many", "--page-size", "3", "--page", "6000", "--log-level", "debug"}));
+    EXPECT_EQ(program.wait(), 0);
+    EXPECT_TRUE(contains(onlyNames(program.output()), "page 6000\nphoto 17997.jpg\nphoto 17998.jpg\nphoto 17999.jpg\n"));
+    EXPECT_TRUE(contains(program.errors(), "17998.jpg"));
+    EXPECT_FALSE(contains(program.errors(), "18001.jpg")); // the plugin logs every entry that it hands over
+    EXPECT_TRUE(contains(onlyNames(listing({"电影/deep", "--page-size", "1", "--page", "1"})), "video d.mkv\n"));
+}
+
+TEST_F(BrowseTest, Json_IsALineForEachEntry)
+{
+    const std::vector<Json::Value> entries = testsupport::jsonLines(listing({"--json"}));
+    ASSERT_EQ(entries.size(), 5U);
+    EXPECT_EQ(entries[0]["path"], stick.path("电影"));
+    EXPECT_EQ(entries[1]["name"], "a9.mp3");
+    EXPECT_EQ(testsupport::jsonLines(listing({"--json", "-r"})).size(), 8U);
+    EXPECT_EQ(testsupport::jsonLines(listing({"--json", "--page-size", "2", "--page", "3"})).size(), 1U);
 }
 
 TEST_F(BrowseTest, MoreEntriesThanAreFetchedAtATime_AreAllListed)

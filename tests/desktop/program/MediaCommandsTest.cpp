@@ -104,9 +104,10 @@ TEST_F(MediaCommandsTest, Info_DescribesEveryFileByItsKind)
     const std::string text =
         written({"info", "Music/The Sines/02 Second.flac", "Photos/2023/upright.jpg", "Movies/counter.mp4"});
     EXPECT_EQ(text, testsupport::demoFile("Music/The Sines/02 Second.flac") +
-                        "\n  type      music\n  duration  0:05\n  artist    The Sines\n  album     Pure Tones\n"
-                        "  genre     Electronic\n" +
-                        testsupport::demoFile("Photos/2023/upright.jpg") + "\n  type      photo\n  size      720 x 1280\n" +
+                        "\n  type      music\n  duration  0:05\n  title     Second\n  artist    The Sines\n"
+                        "  album     Pure Tones\n  genre     Electronic\n  year      2024\n" +
+                        testsupport::demoFile("Photos/2023/upright.jpg") +
+                        "\n  type      photo\n  taken     2023-07-02 18:00:00\n  size      720 x 1280\n" +
                         testsupport::demoFile("Movies/counter.mp4") + "\n  type      video\n  duration  0:04\n");
     const std::vector<Json::Value> lines = jsonLines(written({"info", "--json", "Movies/counter.mp4"}));
     ASSERT_EQ(lines.size(), 1U);
@@ -117,9 +118,32 @@ TEST_F(MediaCommandsTest, Info_DescribesEveryFileByItsKind)
 TEST_F(MediaCommandsTest, ThumbnailsOfAFolder_AreCopiedOut)
 {
     const std::string text = written({"thumbnails", "Movies", "--out", out.path("pictures"), "--size", "160x90"});
-    EXPECT_EQ(text, "no picture of " + testsupport::demoFile("Movies/broken.mp4") + "\n2 pictures, 1 media file without\n");
+    EXPECT_THAT(text, testing::MatchesRegex("no picture of " + testsupport::demoFile("Movies/broken.mp4") +
+                                            ": [^\n]+\n2 pictures, 1 media file without\n"));
     EXPECT_TRUE(isJpeg(out.path("pictures/counter.mp4.jpg")));
     EXPECT_TRUE(isJpeg(out.path("pictures/two subtitle tracks.mkv.jpg")));
+}
+
+TEST_F(MediaCommandsTest, FileThatCannotBeDecoded_IsShownWithTheReason)
+{
+    const std::string broken = testsupport::demoFile("Movies/broken.mp4");
+    EXPECT_THAT(written({"info", "Movies/broken.mp4"}),
+                testing::MatchesRegex(broken + "\n  type      video\n  duration  -  [^\n-]+\n"));
+    EXPECT_NE(jsonLines(written({"info", "Movies/broken.mp4", "--json"}))[0]["error"].asString(), "");
+    const Json::Value picture = jsonLines(written({"thumbnails", "Movies", "--json"}))[0];
+    EXPECT_EQ(picture["path"], broken);
+    EXPECT_NE(picture["error"].asString(), "");
+}
+
+TEST_F(MediaCommandsTest, ThumbnailOfOneFileWithout_IsAnError)
+{
+    const std::string expected = "desktop-tv: " + testsupport::demoFile("missing") + ": No such file or directory\n";
+    EXPECT_EQ(complaint({"thumbnails", "--file", "missing"}), expected);
+    const std::string broken = testsupport::demoFile("Movies/broken.mp4");
+    EXPECT_THAT(complaint({"thumbnails", "--file", "Movies/broken.mp4"}),
+                testing::MatchesRegex("desktop-tv: " + broken + ": [^\n]+\n"));
+    EXPECT_EQ(complaint({"thumbnails", "--file", "Movies"}),
+              "desktop-tv: " + testsupport::demoFile("Movies") + ": It is no photo, video or music\n");
 }
 
 TEST_F(MediaCommandsTest, ThumbnailOfOneFile_IsCopiedOut)
@@ -141,6 +165,44 @@ TEST_F(MediaCommandsTest, ThumbnailsOnATerminal_ShowHowFarTheyAre)
     EXPECT_THAT(program.output(), HasSubstr("\r\x1b[K[##############################] 2 of 2"));
 }
 
+TEST_F(MediaCommandsTest, Playlists_AreListedBelowAFolder)
+{
+    const std::string all = testsupport::demoFile("Music/All.m3u");
+    EXPECT_EQ(written({"playlists"}), all + "\n1 playlist\n");
+    EXPECT_EQ(written({"playlists", "Movies"}), "0 playlists\n");
+    EXPECT_EQ(jsonLines(written({"playlists", "Music", "--json"}))[0]["path"], all);
+}
+
+TEST_F(MediaCommandsTest, EntriesOfAPlaylist_AreListed)
+{
+    const std::string text = written({"playlists", "Music/All.m3u"});
+    EXPECT_THAT(text, HasSubstr("  " + testsupport::demoFile("Music/The Sines/01 First.mp3") + "\n"));
+    EXPECT_THAT(text, testing::EndsWith("\n2 files\n"));
+    const std::vector<Json::Value> lines = jsonLines(written({"playlists", "Music/All.m3u", "--json"}));
+    ASSERT_EQ(lines.size(), 2U);
+    EXPECT_EQ(lines[1]["title"], "Second");
+}
+
+TEST_F(MediaCommandsTest, Photos_AreListedInTheOrderAskedFor)
+{
+    const std::string text = written({"photos", "Photos/2023", "--sort", "date", "--descending"});
+    EXPECT_THAT(text, testing::MatchesRegex("TAKEN +PIXELS +SIZE  NAME\n"
+                                            "2023-07-02 18:00:00 +720 x 1280 +[0-9.]+ KB  upright.jpg\n"
+                                            "2023-01-15 10:20:30 +1280 x 720 +[0-9.]+ KB  winter.jpg\n2 photos\n"));
+    const auto names = [](const std::vector<std::string>& options) {
+        std::vector<std::string> words = {"photos", "Photos/2024", "--json"};
+        words.insert(words.end(), options.begin(), options.end());
+        std::string all;
+        for (const Json::Value& photo : jsonLines(written(words))) {
+            all += photo["name"].asString() + "|";
+        }
+        return all;
+    };
+    EXPECT_EQ(names({}), "all around.jpg|photo 2.jpg|photo 10.jpg|upside down.jpg|");
+    EXPECT_EQ(names({"--sort", "date"}), "upside down.jpg|photo 2.jpg|photo 10.jpg|all around.jpg|");
+    EXPECT_EQ(names({"--sort", "name", "--descending"}), "upside down.jpg|photo 10.jpg|photo 2.jpg|all around.jpg|");
+}
+
 TEST_F(MediaCommandsTest, WhatIsNotThere_IsToldWithItsReason)
 {
     const std::string missing = testsupport::demoFile("missing");
@@ -148,6 +210,9 @@ TEST_F(MediaCommandsTest, WhatIsNotThere_IsToldWithItsReason)
     EXPECT_EQ(complaint({"search", "missing"}), expected);
     EXPECT_EQ(complaint({"groups", "missing", "--by", "genre"}), expected);
     EXPECT_EQ(complaint({"info", "missing"}), expected);
+    EXPECT_EQ(complaint({"playlists", "missing"}), expected);
+    EXPECT_EQ(complaint({"photos", "missing"}), expected);
+    EXPECT_EQ(complaint({"playlists", "missing.m3u"}), "desktop-tv: " + missing + ".m3u: No such file or directory\n");
     EXPECT_EQ(complaint({"thumbnails", "missing"}), expected);
     EXPECT_EQ(complaint({"groups", "--by", "genre", "--key", "Polka"}), "desktop-tv: Polka: There is no such group\n");
     EXPECT_EQ(complaint({"info", "/etc/passwd"}), "desktop-tv: /etc/passwd: Not on a stick\n");
@@ -165,6 +230,7 @@ TEST_F(MediaCommandsTest, InterruptWhileItWorks_EndsItCleanly)
         program.signal(SIGINT);
         EXPECT_EQ(program.wait(), 128 + SIGINT) << words[0];
         EXPECT_THAT(program.errors(), HasSubstr("Plugin_Unload"));
+        EXPECT_THAT(program.errors(), testing::EndsWith("desktop-tv: Cancelled\n"));
     }
 }
 

@@ -91,6 +91,30 @@ TEST_F(MountsTest, AutoWithoutAnyStick_IsTold)
     EXPECT_EQ(program.errors(), "desktop-tv: no stick: Nothing is mounted under /media, /run/media or /mnt\n");
 }
 
+TEST_F(MountsTest, PlaceForAStickOnAPrivateMount_IsWarnedOfUnlessItIsThere)
+{
+    if (!m_refusal.empty()) {
+        GTEST_SKIP() << m_refusal;
+    }
+    const auto warningFor = [this](const std::string& setUp, const std::string& arguments) {
+        std::vector<std::string> command = computer.on();
+        command.insert(command.end(), {"unshare", "-m", "--propagation", "unchanged", "sh", "-c",
+                                       setUp + "; exec " DESKTOP_TV " --log-level off " + arguments + " shell"});
+        Program program(command);
+        EXPECT_EQ(program.wait(), 0) << arguments;
+        return program.errors();
+    };
+    const std::string begin = "desktop-tv: what is mounted from now on will not be seen in ";
+    const std::string end = ": the mounts there are private (mount --make-rshared / shares them)\n";
+    const std::string makePrivate = "mount --make-rprivate /";
+    EXPECT_EQ(warningFor(makePrivate, "--stick /mnt/usb"), begin + "/mnt/usb" + end);
+    EXPECT_EQ(warningFor(makePrivate, "--stick /mnt/missing"), begin + "/mnt/missing" + end);
+    EXPECT_EQ(warningFor(makePrivate, "--stick " + folder.path("content")), "");
+    EXPECT_EQ(warningFor(makePrivate + "; mount -t tmpfs none /mnt/usb", "--stick /mnt/usb"), "");
+    EXPECT_EQ(warningFor(":", "--stick /mnt/usb"), "");
+    EXPECT_EQ(warningFor("mount --make-rslave /", "--stick /mnt/usb"), "");
+}
+
 TEST_F(MountsTest, WithoutAuto_OnlyGivenFoldersAreSticks)
 {
     if (!putIn()) {

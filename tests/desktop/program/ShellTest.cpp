@@ -168,6 +168,15 @@ TEST_F(ShellTest, LineThatIsNoCommand_IsToldAndTheShellGoesOn)
     EXPECT_EQ(shell.program.wait(), 0);
 }
 
+TEST_F(ShellTest, CommandThatIsNearlyOne_IsToldWithWhatMayBeMeant)
+{
+    Shell shell(options());
+    shell.send("storagemedia.folder.chdir");
+    EXPECT_EQ(shell.reply()["error"],
+              "Unknown command \"storagemedia.folder.chdir\"; did you mean \"storagemedia.folder.chgdir\"?");
+    EXPECT_EQ(shell.program.wait(), 0);
+}
+
 TEST_F(ShellTest, Screen_CanBeSwitchedAndAskedFor)
 {
     Shell shell(options());
@@ -290,6 +299,7 @@ TEST_F(ShellTest, ReaderThatGoesAway_EndsIt)
     shell.program.closeOutput();
     shell.send("storagemedia.check.usb.device"); // no more: there may soon be nobody to send to
     EXPECT_EQ(shell.program.wait(), 1);
+    EXPECT_EQ(shell.program.errors(), "");
 }
 
 TEST_F(ShellTest, FolderOf100000Files_ComesWholeAndInOrder)

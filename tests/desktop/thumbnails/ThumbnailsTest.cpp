@@ -55,6 +55,7 @@ protected:
     {
         workers->stop();
         events.stop();
+        reporter->disconnect();
     }
 
     std::string stick(const std::string& name = "") const { return folder.path(name.empty() ? "stick" : "stick/" + name); }
@@ -73,7 +74,7 @@ protected:
     std::unique_ptr<Thumbnails> make(std::shared_ptr<MediaWorkers> by, const std::string& cache = "")
     {
         return std::make_unique<Thumbnails>(std::make_shared<ThumbnailMaker>(PathResolver({stick()}), std::move(by), cache),
-                                            events, ThumbnailFolders{folder.path("Mass"), folder.path("Sing")});
+                                            events, reporter, ThumbnailFolders{folder.path("Mass"), folder.path("Sing")});
     }
 
     /// Workers of which each hangs forever on what it is given.
@@ -85,6 +86,9 @@ protected:
     testsupport::TemporaryDirectory folder;
     testsupport::StandIn hanging{"echo x >> $0.log; exec sleep 1000"};
     testsupport::Gathered<Received> received;
+    testsupport::Gathered<std::string> failures;
+    const std::shared_ptr<ReadReporter> reporter = std::make_shared<ReadReporter>(ReadObserver{
+        nullptr, [this](const std::string& path, const std::string& reason) { failures.add(path + ": " + reason); }});
     EventQueue events;
     std::shared_ptr<MediaWorkers> workers = std::make_shared<MediaWorkers>(MediaWorkerSettings{MEDIA_WORKER});
     std::unique_ptr<Thumbnails> thumbnails = make(workers);
@@ -156,6 +160,20 @@ TEST_F(ThumbnailsTest, FilesOfOtherKindsThanWanted_HaveNone)
         }
         EXPECT_EQ(ok, sample.ok) << sample.type;
     }
+}
+
+TEST_F(ThumbnailsTest, FileThatCannotBeRead_IsReportedBeforeItsEvent)
+{
+    for (const char* name : {"d broken.jpg", "missing.jpg"}) {
+        received.clear();
+        failures.clear();
+        thumbnails->append(stick(name));
+        ASSERT_TRUE(thumbnails->start(50, 50, FILE_TYPE_UNKNOWN));
+        ASSERT_EQ(received.waitFor(1).size(), 1U);
+        ASSERT_EQ(failures.sofar().size(), 1U);
+        EXPECT_THAT(failures.sofar()[0], testing::StartsWith(stick(name) + ": "));
+    }
+    EXPECT_EQ(failures.sofar()[0], stick("missing.jpg") + ": No such file or directory");
 }
 
 TEST_F(ThumbnailsTest, FileOffTheStick_HasNone)
@@ -315,7 +333,7 @@ TEST_F(ThumbnailCacheTest, StickUnderAnotherName_FindsItsPicturesAgain)
     received.clear();
     const auto idle = std::make_shared<MediaWorkers>(MediaWorkerSettings{"/nowhere/worker"});
     Thumbnails elsewhere(std::make_shared<ThumbnailMaker>(PathResolver({folder.path("other")}), idle, folder.path("cache")),
-                         events, ThumbnailFolders{folder.path("Mass"), folder.path("Sing")});
+                         events, reporter, ThumbnailFolders{folder.path("Mass"), folder.path("Sing")});
     elsewhere.append(folder.path("other/a photo.jpg"));
     ASSERT_TRUE(elsewhere.start(50, 50, FILE_TYPE_UNKNOWN));
     ASSERT_EQ(received.waitFor(1).size(), 1U);
