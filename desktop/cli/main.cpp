@@ -1,4 +1,5 @@
 #include "desktop/cli/ErrorMessage.h"
+#include "desktop/cli/InterruptLimit.h"
 #include "desktop/cli/Options.h"
 #include "desktop/cli/ShellCommand.h"
 #include "desktop/cli/StandardStreams.h"
@@ -116,6 +117,13 @@ void warnOfUnseenMounts(const desktop::LaterMounts& mounts, const Options& optio
     }
 }
 
+void reportCancelled(int status, const Options& options)
+{
+    if (status == desktop::Interrupts::kInterrupted && options.isForPeople()) {
+        desktop::printError("Cancelled");
+    }
+}
+
 int runLogged(const Options& options, desktop::Output& output, const desktop::Interrupts& interrupts)
 {
     desktop::setLogLevel(options.logLevel.value_or(desktop::LogLevel::Warning));
@@ -128,6 +136,7 @@ int runLogged(const Options& options, desktop::Output& output, const desktop::In
         warnOfUnseenMounts(laterMounts, options);
     }
     log.start();
+    const desktop::InterruptLimit limit(interrupts, [&options](int status) { reportCancelled(status, options); });
     const int status = runWithPlugin(options, output, interrupts);
     const std::string fault = log.finish();
     if (!fault.empty()) {
@@ -147,9 +156,7 @@ int run(int argc, char** argv, desktop::Output& output, const desktop::Interrupt
         return interrupts.pending() ? interrupts.exitStatus() : 0;
     }
     const int status = cacheIsUsable(options) ? runLogged(options, output, interrupts) : kFailed;
-    if (status == desktop::Interrupts::kInterrupted && options.isForPeople()) {
-        desktop::printError("Cancelled");
-    }
+    reportCancelled(status, options);
     return status;
 }
 

@@ -2,6 +2,7 @@
 
 #include "desktop/files/EntryStatus.h"
 #include "desktop/files/MediaTypes.h"
+#include "desktop/jobs/BackgroundJob.h"
 #include "desktop/text/NameEncoding.h"
 
 #include <fcntl.h>
@@ -15,6 +16,7 @@ namespace desktop {
 
 namespace {
 
+constexpr std::chrono::seconds kOpenTimeout(3);
 constexpr std::size_t kHead = 4096; // bytes of a file that go into its key
 
 FileType kindOf(FileType type)
@@ -66,6 +68,14 @@ std::string contentKey(const Location& location, int fd, const EntryStatus& stat
 
 } // namespace
 
+/// The file that a picture is made of.
+struct ThumbnailMaker::SourceFile {
+    UniqueFd fd; ///< none when no picture is wanted, or for the reason in error
+    FileType type = FILE_TYPE_UNKNOWN;
+    std::string key; ///< under which its picture is kept
+    int error = 0;   ///< errno value
+};
+
 bool ThumbnailForm::wants(FileType file) const
 {
     return isMedia(file) && (!isMedia(kindOf(type)) || kindOf(type) == file);
@@ -78,45 +88,64 @@ ThumbnailMaker::ThumbnailMaker(PathResolver resolver, std::shared_ptr<MediaWorke
 {
 }
 
-std::string ThumbnailMaker::make(const std::string& path, const ThumbnailForm& form, PictureFolder& folder,
-                                 const std::stop_token& cancelled, std::string& error)
+// Takes as long as the file system does.
+ThumbnailMaker::SourceFile ThumbnailMaker::openSource(const Location& location, const ThumbnailForm& form)
 {
-    const Location location = m_resolver.locate(decodeName(path));
+    SourceFile file;
     const UniqueFd pinned = PathResolver::open(location, O_PATH);
     const auto status = pinned ? inspectPinned(pinned.get(), location.relative) : std::nullopt;
     if (!status) {
-        error = describeError(errno);
-        return "";
+        file.error = errno;
+        return file;
     }
     if (!form.wants(status->type)) {
-        return "";
+        return file;
     }
-    const UniqueFd file = openRegularFile(pinned.get());
-    const NewPicture picture = file ? folder.begin() : NewPicture();
-    if (!picture.fd) {
-        error = describeError(errno);
-        return "";
+    file.type = status->type;
+    file.fd = openRegularFile(pinned.get());
+    if (file.fd) {
+        file.key = contentKey(location, file.fd.get(), *status, form);
+    } else {
+        file.error = errno;
     }
-    error =
-        write(file.get(), status->type, form, contentKey(location, file.get(), *status, form), picture.fd.get(), cancelled);
-    if (!error.empty()) {
-        PictureFolder::discard(picture);
-        return "";
-    }
-    folder.keep(picture);
-    return picture.path;
+    return file;
 }
 
-// Writes the picture that is kept under @p key, or else a new one; returns why there is none.
-std::string ThumbnailMaker::write(int file, FileType type, const ThumbnailForm& form, const std::string& key, int picture,
+ThumbnailResult ThumbnailMaker::make(const std::string& path, const ThumbnailForm& form, PictureFolder& folder,
+                                     const std::stop_token& cancelled)
+{
+    const Location location = m_resolver.locate(decodeName(path));
+    const auto file =
+        runWithin<SourceFile>(kOpenTimeout, [location, form](const std::stop_token&) { return openSource(location, form); });
+    if (!file) {
+        return {"", describeError(ETIMEDOUT), location.volume};
+    }
+    if (!file->fd) {
+        return {"", file->error != 0 ? describeError(file->error) : "", ""};
+    }
+    const NewPicture picture = folder.begin();
+    if (!picture.fd) {
+        return {"", describeError(errno), ""};
+    }
+    const std::string error = write(*file, form, picture.fd.get(), cancelled);
+    if (!error.empty()) {
+        PictureFolder::discard(picture);
+        return {"", error, ""};
+    }
+    folder.keep(picture);
+    return {picture.path, "", ""};
+}
+
+// Writes the picture that is kept for @p file, or else a new one; returns why there is none.
+std::string ThumbnailMaker::write(const SourceFile& file, const ThumbnailForm& form, int picture,
                                   const std::stop_token& cancelled)
 {
-    if (const UniqueFd known = m_cache.find(key)) {
+    if (const UniqueFd known = m_cache.find(file.key)) {
         return copyFile(known.get(), picture) ? "" : describeError(errno);
     }
-    std::string error = m_workers->makeThumbnail(file, type, form.width, form.height, picture, cancelled);
+    std::string error = m_workers->makeThumbnail(file.fd.get(), file.type, form.width, form.height, picture, cancelled);
     if (error.empty()) {
-        m_cache.keep(key, picture);
+        m_cache.keep(file.key, picture);
     }
     return error;
 }

@@ -19,21 +19,29 @@ struct ThumbnailForm {
     bool wants(FileType file) const;
 };
 
+/// What has become of one picture.
+struct ThumbnailResult {
+    std::string picture;       ///< its file's path; empty: there is none
+    std::string error;         ///< why there is none; empty when none was wanted
+    std::string stalledVolume; ///< the volume that did not answer, a path as bytes; empty when it did
+};
+
 /// Makes the pictures of single files. Safe on any thread.
 class ThumbnailMaker {
 public:
     /// @p cacheFolder: keeps pictures for the next time; empty: none.
     ThumbnailMaker(PathResolver resolver, std::shared_ptr<MediaWorkers> workers, const std::string& cacheFolder);
 
-    /// Makes the picture of file @p path, a text as encodeName writes it: a JPEG file in @p folder, whose path it returns.
-    /// Without one, @p error says why, or is empty when @p form wants none. Returns soon once @p cancelled has a stop
-    /// requested.
-    std::string make(const std::string& path, const ThumbnailForm& form, PictureFolder& folder,
-                     const std::stop_token& cancelled, std::string& error);
+    /// Makes the picture of file @p path, a text as encodeName writes it: a JPEG file in @p folder. Its volume has 3 seconds
+    /// to open the file. Returns soon once @p cancelled has a stop requested.
+    ThumbnailResult make(const std::string& path, const ThumbnailForm& form, PictureFolder& folder,
+                         const std::stop_token& cancelled);
 
 private:
-    std::string write(int file, FileType type, const ThumbnailForm& form, const std::string& key, int picture,
-                      const std::stop_token& cancelled);
+    struct SourceFile;
+
+    static SourceFile openSource(const Location& location, const ThumbnailForm& form);
+    std::string write(const SourceFile& file, const ThumbnailForm& form, int picture, const std::stop_token& cancelled);
 
     const PathResolver m_resolver;
     const std::shared_ptr<MediaWorkers> m_workers;

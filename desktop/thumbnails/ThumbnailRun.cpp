@@ -7,6 +7,8 @@
 #include "platform/SocMwEvents.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <set>
 #include <stop_token>
 
 namespace desktop {
@@ -59,12 +61,14 @@ struct ThumbnailRun::State : std::enable_shared_from_this<State> {
     std::stop_source cancelled; ///< stopped when no more events are wanted
     Mutex mutex;
     std::vector<Entry> entries GUARDED_BY(mutex);
-    std::size_t begun GUARDED_BY(mutex) = 0;  ///< entries that a thread has taken
-    std::size_t posted GUARDED_BY(mutex) = 0; ///< entries whose events are on their way
+    std::size_t begun GUARDED_BY(mutex) = 0;         ///< entries that a thread has taken
+    std::size_t posted GUARDED_BY(mutex) = 0;        ///< entries whose events are on their way
+    std::set<std::string> stalled GUARDED_BY(mutex); ///< volumes that did not answer: not each entry waits for them
 
     void work();
     bool take(std::size_t& index);
     std::string make(const std::string& path);
+    bool isStalled(const std::string& path);
     void finish(std::size_t index, std::string picture);
     void postFinished() REQUIRES(mutex);
     void volumeRemoved(const std::string& volume);
@@ -90,13 +94,27 @@ bool ThumbnailRun::State::take(std::size_t& index)
 
 std::string ThumbnailRun::State::make(const std::string& path)
 {
-    std::string error;
-    std::string file = path.empty() ? "" : maker->make(path, request.form, *folder, making.get_token(), error);
-    if (!error.empty() && !cancelled.stop_requested()) {
-        logLine(LogLevel::Warning, "no thumbnail of " + path + ": " + error);
-        reporter->failed(path, error);
+    if (path.empty()) {
+        return "";
     }
-    return file;
+    const ThumbnailResult made = isStalled(path) ? ThumbnailResult{"", describeError(ETIMEDOUT), ""}
+                                                 : maker->make(path, request.form, *folder, making.get_token());
+    if (!made.stalledVolume.empty()) {
+        const LockGuard lock(mutex);
+        stalled.insert(made.stalledVolume);
+    }
+    if (!made.error.empty() && !cancelled.stop_requested()) {
+        logLine(LogLevel::Warning, "no thumbnail of " + path + ": " + made.error);
+        reporter->failed(path, made.error);
+    }
+    return made.picture;
+}
+
+bool ThumbnailRun::State::isStalled(const std::string& path)
+{
+    const LockGuard lock(mutex);
+    return std::any_of(stalled.begin(), stalled.end(),
+                       [&path](const std::string& volume) { return liesIn(decodeName(path), volume); });
 }
 
 void ThumbnailRun::State::finish(std::size_t index, std::string picture)

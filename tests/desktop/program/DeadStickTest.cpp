@@ -4,8 +4,11 @@
 #include "tests/desktop/support/Program.h"
 #include "tests/support/TemporaryDirectory.h"
 
+#include "platform/SocMwTypes.h"
+
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <optional>
 
 namespace {
@@ -81,6 +84,49 @@ INSTANTIATE_TEST_SUITE_P(DeadStick, EveryCommand,
                                          std::vector<std::string>{"groups", "--by", "artist"},
                                          std::vector<std::string>{"thumbnails"}, std::vector<std::string>{"info", "a.jpg"}),
                          [](const auto& command) { return command.param.front(); });
+
+TEST_F(DeadStickTest, Thumbnail_IsAnsweredWithout)
+{
+    Shell shell({"--stick", "/mnt/dead"}, on());
+    Json::Value request = changeRequest("/mnt/dead");
+    request["type"] = FILE_TYPE_UNKNOWN;
+    request["path"] = "/mnt/dead/a.jpg";
+    shell.send("storagemedia.start.thumbnail", request);
+    const Json::Value answer = shell.notification("startThumbnail.complete");
+    EXPECT_EQ(answer["body"]["reqId"], "1");
+    EXPECT_EQ(answer["body"].get("filepath", "").asString(), "");
+    EXPECT_EQ(shell.program.wait(), 0);
+    EXPECT_NE(shell.program.errors().find("no thumbnail of /mnt/dead/a.jpg: The stick does not answer"), std::string::npos);
+}
+
+// The plugin itself asks the file system, and gets no answer until the file system ends.
+TEST_F(DeadStickTest, InterruptOfACommandThatIsKept_EndsTheProgram)
+{
+    for (const int number : {SIGINT, SIGTERM}) {
+        Shell shell({"--stick", "/mnt/dead", "--log-level", "debug"}, on());
+        Json::Value request;
+        request["path"] = "/mnt/dead";
+        shell.send("storagemedia.get.device.usage", request);
+        EXPECT_TRUE(shell.program.readUntil(
+            [&shell] { return shell.program.errors().find("getDeviceUsage") != std::string::npos; }));
+        shell.program.signal(number);
+        EXPECT_TRUE(shell.next([](const Json::Value& line) { return line.isMember("result"); }).isNull());
+        EXPECT_EQ(shell.program.wait(), 128 + number);
+    }
+}
+
+// Before any of its own limits has passed, which it would complain of.
+TEST_F(DeadStickTest, InterruptOfAListing_EndsItAsCancelled)
+{
+    std::vector<std::string> command = on();
+    command.insert(command.end(), {DESKTOP_TV, "--stick", "/mnt/dead", "--log-level", "debug", "browse"});
+    Program program(command);
+    EXPECT_TRUE(program.readUntil([&program] { return program.errors().find("enterMmBrowser") != std::string::npos; }));
+    program.signal(SIGINT);
+    EXPECT_EQ(program.wait(), 128 + SIGINT);
+    EXPECT_NE(program.errors().find("desktop-tv: Cancelled\n"), std::string::npos) << program.errors();
+    EXPECT_EQ(program.errors().find("does not answer"), std::string::npos) << program.errors();
+}
 
 TEST_F(DeadStickTest, Shell_GoesOnWithAnotherStick)
 {
