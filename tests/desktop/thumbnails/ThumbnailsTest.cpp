@@ -4,6 +4,7 @@
 
 #include "platform/SocMwEvents.h"
 
+#include "tests/desktop/support/DeadFileSystem.h"
 #include "tests/desktop/support/DemoStick.h"
 #include "tests/desktop/support/MediaReading.h"
 #include "tests/desktop/support/Waiting.h"
@@ -268,6 +269,22 @@ TEST_F(ThumbnailsTest, StickPulled_EndsTheRequestAtOnce)
         EXPECT_EQ(all[i].index, static_cast<int>(i));
         EXPECT_FALSE(all[i].ok);
     }
+}
+
+// Waited for one by one, they would take minutes.
+TEST_F(ThumbnailsTest, StickThatStalls_IsNotWaitedForByEachEntry)
+{
+    const testsupport::DeadFileSystem dead(stick("folder.jpg"));
+    if (!dead.works()) {
+        GTEST_SKIP() << "this machine mounts no file system of a program";
+    }
+    const auto entries = listing(std::vector<std::string>(100, "folder.jpg/a.jpg"));
+    ASSERT_TRUE(thumbnails->append(entries, 0, 100));
+    ASSERT_TRUE(thumbnails->start(100, 100, FILE_TYPE_UNKNOWN));
+    const auto all = received.waitFor(100);
+    ASSERT_EQ(all.size(), 100U);
+    EXPECT_FALSE(all.back().ok);
+    EXPECT_EQ(failures.sofar().back(), stick("folder.jpg/a.jpg") + ": The stick does not answer");
 }
 
 TEST_F(ThumbnailsTest, FolderForPicturesThatIsNotThere_LeavesThemOut)

@@ -2,14 +2,12 @@
 
 #include "platform/SocMwEvents.h"
 
+#include "tests/desktop/support/DeadFileSystem.h"
 #include "tests/desktop/support/OwnMounts.h"
 #include "tests/desktop/support/Waiting.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
-
-#include <fcntl.h>
-#include <sys/mount.h>
 
 #include <filesystem>
 #include <fstream>
@@ -229,10 +227,8 @@ TEST_F(MountedVolumesTest, MountOfNoDevice_IsNoStick)
 
 TEST_F(MountedVolumesTest, FileSystemOfAProgram_IsAStick)
 {
-    const UniqueFd server(open("/dev/fuse", O_RDWR | O_CLOEXEC));
-    const std::string options = "fd=" + std::to_string(server.get()) + ",rootmode=40000,user_id=0,group_id=0";
-    if (!mounts.refusal().empty() || !server ||
-        mount("host:folder", folder.path("mnt/one").c_str(), "fuse.remote", 0, options.c_str()) != 0) {
+    const testsupport::DeadFileSystem remote(folder.path("mnt/one"), "fuse.remote");
+    if (!remote.works()) {
         GTEST_SKIP() << "this machine mounts no file system of a program";
     }
     const Volumes volumes(mountedOnes(), resolver, events);
