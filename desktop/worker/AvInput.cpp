@@ -1,8 +1,8 @@
 #include "desktop/worker/AvInput.h"
 
+#include "desktop/worker/FileSize.h"
 #include "desktop/worker/MediaError.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -114,18 +114,18 @@ int AvInput::readBytes(void* input, std::uint8_t* buffer, int size)
 std::int64_t AvInput::seekBytes(void* input, std::int64_t offset, int whence)
 {
     auto& self = *static_cast<AvInput*>(input);
-    struct stat status = {};
-    if (fstat(self.m_fd, &status) != 0) {
+    const std::int64_t size = fileSize(self.m_fd);
+    if (size < 0) {
         return AVERROR(errno);
     }
     switch (whence & ~AVSEEK_FORCE) {
     case AVSEEK_SIZE:
-        return status.st_size;
+        return size;
     case SEEK_CUR:
         offset += self.m_offset;
         break;
     case SEEK_END:
-        offset += status.st_size;
+        offset += size;
         break;
     default:
         break;

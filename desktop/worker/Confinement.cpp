@@ -6,15 +6,19 @@ extern "C" {
 #include <libavutil/mem.h>
 }
 
+#include <grp.h>
+#include <linux/capability.h>
 #include <malloc.h>
 #include <poll.h>
 #include <sched.h>
 #include <seccomp.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <ctime>
 #include <memory>
 #include <thread>
 
@@ -66,50 +70,20 @@ void endWithTheOtherSide()
     }).detach();
 }
 
-// Besides what reading and decoding need, what a thread begins with and what sanitizers look at memory with.
-constexpr int kCalls[] = {SCMP_SYS(read),
-                          SCMP_SYS(pread64),
-                          SCMP_SYS(write),
-                          SCMP_SYS(lseek),
-                          SCMP_SYS(fstat),
-                          SCMP_SYS(newfstatat),
-                          SCMP_SYS(close),
-                          SCMP_SYS(recvmsg),
-                          SCMP_SYS(sendmsg),
-                          SCMP_SYS(poll),
-                          SCMP_SYS(ppoll),
-                          SCMP_SYS(mmap),
-                          SCMP_SYS(munmap),
-                          SCMP_SYS(mremap),
-                          SCMP_SYS(mprotect),
-                          SCMP_SYS(madvise),
-                          SCMP_SYS(brk),
-                          SCMP_SYS(futex),
-                          SCMP_SYS(sched_yield),
-                          SCMP_SYS(sched_getaffinity),
-                          SCMP_SYS(clock_gettime),
-                          SCMP_SYS(gettimeofday),
-                          SCMP_SYS(time),
-                          SCMP_SYS(getrusage),
-                          SCMP_SYS(prlimit64),
-                          SCMP_SYS(setrlimit),
-                          SCMP_SYS(getrandom),
-                          SCMP_SYS(sysinfo),
-                          SCMP_SYS(rt_sigprocmask),
-                          SCMP_SYS(rt_sigreturn),
-                          SCMP_SYS(rt_sigaction),
-                          SCMP_SYS(restart_syscall),
-                          SCMP_SYS(getpid),
-                          SCMP_SYS(gettid),
-                          SCMP_SYS(tgkill),
-                          SCMP_SYS(exit),
-                          SCMP_SYS(exit_group),
-                          SCMP_SYS(clock_nanosleep),
-                          SCMP_SYS(rseq),
-                          SCMP_SYS(set_robust_list),
-                          SCMP_SYS(pipe),
-                          SCMP_SYS(pipe2),
-                          SCMP_SYS(sigaltstack)};
+// Besides what reading and decoding need, what a thread begins with and what sanitizers look at memory with. Nothing that
+// takes a path: not even the status of a file can be asked for by its name.
+constexpr int kCalls[] = {SCMP_SYS(read),         SCMP_SYS(pread64),      SCMP_SYS(write),
+                          SCMP_SYS(lseek),        SCMP_SYS(close),        SCMP_SYS(recvmsg),
+                          SCMP_SYS(sendmsg),      SCMP_SYS(poll),         SCMP_SYS(ppoll),
+                          SCMP_SYS(mmap),         SCMP_SYS(munmap),       SCMP_SYS(mremap),
+                          SCMP_SYS(mprotect),     SCMP_SYS(madvise),      SCMP_SYS(brk),
+                          SCMP_SYS(futex),        SCMP_SYS(sched_yield),  SCMP_SYS(gettimeofday),
+                          SCMP_SYS(time),         SCMP_SYS(getrusage),    SCMP_SYS(setrlimit),
+                          SCMP_SYS(getrandom),    SCMP_SYS(sysinfo),      SCMP_SYS(rt_sigprocmask),
+                          SCMP_SYS(rt_sigreturn), SCMP_SYS(rt_sigaction), SCMP_SYS(restart_syscall),
+                          SCMP_SYS(getpid),       SCMP_SYS(gettid),       SCMP_SYS(exit),
+                          SCMP_SYS(exit_group),   SCMP_SYS(rseq),         SCMP_SYS(set_robust_list),
+                          SCMP_SYS(pipe),         SCMP_SYS(pipe2),        SCMP_SYS(sigaltstack)};
 
 // Decoders of HEIF start a thread and wait for it. It is confined as the rest is; these are the C library's flags for one.
 constexpr unsigned int kThread = CLONE_VM | CLONE_FS | CLONE_FILES | CLONE_SIGHAND | CLONE_THREAD | CLONE_SYSVSEM |
@@ -120,6 +94,30 @@ bool allowThreads(scmp_filter_ctx filter)
     // The newer call hides its flags from the filter; the C library goes back to the older one when it is missing.
     return seccomp_rule_add(filter, SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(clone3), 0) == 0 &&
            seccomp_rule_add(filter, SCMP_ACT_ALLOW, SCMP_SYS(clone), 1, SCMP_A0(SCMP_CMP_EQ, kThread, 0)) == 0;
+}
+
+bool allowWith(scmp_filter_ctx filter, int call, const scmp_arg_cmp& first)
+{
+    return seccomp_rule_add_array(filter, SCMP_ACT_ALLOW, call, 1, &first) == 0;
+}
+
+// Calls that could signal or inspect other processes may name this one alone.
+bool allowForOurselves(scmp_filter_ctx filter)
+{
+    const auto self = static_cast<scmp_datum_t>(getpid());
+    for (const int call : {SCMP_SYS(prlimit64), SCMP_SYS(sched_getaffinity)}) {
+        if (!allowWith(filter, call, SCMP_A0_32(SCMP_CMP_EQ, 0)) ||
+            !allowWith(filter, call, SCMP_A0_32(SCMP_CMP_EQ, self))) {
+            return false;
+        }
+    }
+    // The clocks of other processes have negative numbers.
+    for (const int call : {SCMP_SYS(clock_gettime), SCMP_SYS(clock_nanosleep)}) {
+        if (!allowWith(filter, call, SCMP_A0_32(SCMP_CMP_LE, CLOCK_TAI))) {
+            return false;
+        }
+    }
+    return allowWith(filter, SCMP_SYS(tgkill), SCMP_A0_32(SCMP_CMP_EQ, self));
 }
 
 struct ReleaseFilter {
@@ -138,7 +136,28 @@ bool allowOnlyOurCalls()
             return false;
         }
     }
-    return allowThreads(filter.get()) && seccomp_load(filter.get()) == 0;
+    return allowThreads(filter.get()) && allowForOurselves(filter.get()) && seccomp_load(filter.get()) == 0;
+}
+
+constexpr id_t kNobody = 65534; // in users and groups alike
+
+// A process of root's becomes nobody's. In a user namespace there may be no nobody, or no right to become one.
+bool dropUser()
+{
+    const auto done = [](int result) { return result == 0 || errno == EINVAL || errno == EPERM; };
+    return geteuid() != 0 || (done(setgroups(0, nullptr)) && done(setresgid(kNobody, kNobody, kNobody)) &&
+                              done(setresuid(kNobody, kNobody, kNobody)));
+}
+
+// Root's, and those that the program has in a user namespace of its own.
+bool dropRights()
+{
+    for (unsigned long capability = 0; prctl(PR_CAPBSET_READ, capability, 0, 0, 0) >= 0; ++capability) {
+        prctl(PR_CAPBSET_DROP, capability, 0, 0, 0); // fails for those who have none to gain
+    }
+    __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
+    const __user_cap_data_struct none[_LINUX_CAPABILITY_U32S_3] = {};
+    return dropUser() && syscall(SYS_capset, &header, none) == 0;
 }
 
 } // namespace
@@ -147,6 +166,9 @@ std::string confine()
 {
     if (close_range(kWorkerChannel + 1, ~0U, 0) != 0) {
         return "No file is read: open ones could not be closed.";
+    }
+    if (!dropRights()) {
+        return "No file is read: rights could not be given up.";
     }
     endWithTheOtherSide();
     if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) {

@@ -1,5 +1,6 @@
 #include "desktop/worker/MusicMetadata.h"
 
+#include "desktop/worker/FileSize.h"
 #include "desktop/worker/TagText.h"
 
 #include <taglib/fileref.h>
@@ -8,7 +9,6 @@
 #include <taglib/tag.h>
 #include <taglib/tiostream.h>
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -27,8 +27,7 @@ public:
     explicit TagStream(int fd)
         : m_fd(fd)
     {
-        struct stat status = {};
-        m_length = fstat(fd, &status) == 0 ? status.st_size : 0;
+        m_length = static_cast<long>(std::max<std::int64_t>(fileSize(fd), 0));
     }
 
     TagLib::FileName name() const override { return ""; } // the format is found by the content
