@@ -7,8 +7,6 @@ namespace desktop {
 
 namespace {
 
-constexpr std::chrono::seconds kEndTimeout(2);
-
 // The first end counts.
 void finish(const ListingTask::OutcomePointer& outcome, int error, ListingPointer listing,
             const ListingTask::Context& context) REQUIRES(outcome->mutex);
@@ -38,8 +36,8 @@ int openFolder(OpenedFolder& folder, ListingTask::Outcome& outcome)
     return error;
 }
 
-int readOrFail(OpenedFolder folder, const ListingTask::Context& context, ListingTask::Outcome& outcome,
-               ListingPointer& listing)
+int readOrFail(OpenedFolder& folder, const ListingTask::Context& context, ListingTask::Outcome& outcome,
+               const std::stop_token& stopping, ListingPointer& listing)
 try {
     const int error = openFolder(folder, outcome);
     if (error != 0) {
@@ -50,18 +48,18 @@ try {
         return 0;
     }
     listing = std::make_shared<Listing>();
-    return readListing(std::move(folder), context.panoramas.get(), outcome.stopping.get_token(), context.progress, *listing);
+    return readListing(std::move(folder), context.panoramas.get(), stopping, context.progress, *listing);
 } catch (const std::bad_alloc&) {
     return ENOMEM;
 }
 
-void readOnThread(OpenedFolder folder, const ListingTask::Context& context, const ListingTask::OutcomePointer& outcome)
+void readOnThread(OpenedFolder& folder, const ListingTask::Context& context, const ListingTask::OutcomePointer& outcome,
+                  const std::stop_token& stopping)
 {
     ListingPointer listing;
-    const int error = readOrFail(std::move(folder), context, *outcome, listing);
+    const int error = readOrFail(folder, context, *outcome, stopping, listing);
     const LockGuard lock(outcome->mutex);
     finish(outcome, error, std::move(listing), context);
-    outcome->threadEnded = true;
     outcome->changed.notify_all();
 }
 
@@ -72,48 +70,25 @@ ListingTask::ListingTask(OpenedFolder folder, Context context)
     , m_volume(folder.location.volume)
     , m_context(std::make_shared<const Context>(std::move(context)))
     , m_outcome(std::make_shared<Outcome>())
-    , m_thread([folder = std::move(folder), context = m_context, outcome = m_outcome]() mutable {
-        readOnThread(std::move(folder), *context, outcome);
-    })
+    , m_job([opened = std::make_shared<OpenedFolder>(std::move(folder)), context = m_context,
+             outcome = m_outcome](const std::stop_token& stopping) { readOnThread(*opened, *context, outcome, stopping); })
 {
-}
-
-ListingTask::~ListingTask()
-{
-    cancel();
-    bool ended = false;
-    {
-        UniqueLock lock(m_outcome->mutex);
-        ended = m_outcome->changed.wait_for(lock.native(), kEndTimeout,
-                                            [this]() REQUIRES(m_outcome->mutex) { return m_outcome->threadEnded; });
-    }
-    if (ended) {
-        m_thread.join();
-    } else {
-        m_thread.detach(); // it ends when the kernel lets go of it
-    }
 }
 
 void ListingTask::cancel()
 {
     m_outcome->cancelled.request_stop();
-    m_outcome->stopping.request_stop();
+    m_job.cancel();
     const LockGuard lock(m_outcome->mutex); // Context::done may be running
     m_outcome->listing.reset();
 }
 
 void ListingTask::fail(int error)
 {
-    m_outcome->stopping.request_stop();
+    m_job.cancel();
     const LockGuard lock(m_outcome->mutex);
     finish(m_outcome, error, nullptr, *m_context);
     m_outcome->changed.notify_all();
-}
-
-bool ListingTask::threadEnded() const
-{
-    const LockGuard lock(m_outcome->mutex);
-    return m_outcome->threadEnded;
 }
 
 int ListingTask::waitUntilOpened(std::chrono::milliseconds time) const

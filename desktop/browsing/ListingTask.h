@@ -2,11 +2,11 @@
 
 #include "desktop/base/ThreadAnnotations.h"
 #include "desktop/browsing/ListingReader.h"
+#include "desktop/jobs/BackgroundJob.h"
 
 #include <chrono>
 #include <condition_variable>
 #include <stop_token>
-#include <thread>
 
 namespace desktop {
 
@@ -16,13 +16,11 @@ class ListingTask {
 public:
     /// What came of it. Owned by the reading thread too, which may outlive the ListingTask.
     struct Outcome {
-        std::stop_source stopping;  ///< the reading thread is to end
         std::stop_source cancelled; ///< the result is no longer wanted
         Mutex mutex;
         std::condition_variable changed;
-        bool opened GUARDED_BY(mutex) = false;      ///< there is such a folder
-        bool finished GUARDED_BY(mutex) = false;    ///< nothing changes below any more
-        bool threadEnded GUARDED_BY(mutex) = false; ///< later than finished when the read was broken off
+        bool opened GUARDED_BY(mutex) = false;   ///< there is such a folder
+        bool finished GUARDED_BY(mutex) = false; ///< nothing changes below any more
         int error GUARDED_BY(mutex) = 0;
         ListingPointer listing GUARDED_BY(mutex); ///< set when finished without error
     };
@@ -48,7 +46,7 @@ public:
 
     ListingTask(OpenedFolder folder, Context context);
     /// Cancels; waits for the thread, but not for long when the file system keeps it.
-    ~ListingTask();
+    ~ListingTask() { cancel(); }
     ListingTask(const ListingTask&) = delete;
     ListingTask& operator=(const ListingTask&) = delete;
 
@@ -65,7 +63,7 @@ public:
     bool waitFor(std::chrono::milliseconds time) const;
     bool finished() const { return waitFor(std::chrono::milliseconds(0)); }
     /// Whether the object can go without waiting.
-    bool threadEnded() const;
+    bool threadEnded() const { return m_job.waitFor(std::chrono::milliseconds(0)); }
     /// The listing; null while it is being read, and when that failed or was cancelled.
     ListingPointer listing() const;
 
@@ -74,7 +72,7 @@ private:
     std::string m_volume;
     std::shared_ptr<const Context> m_context;
     OutcomePointer m_outcome;
-    std::thread m_thread;
+    BackgroundJob m_job; ///< last: it uses the others
 };
 
 } // namespace desktop
