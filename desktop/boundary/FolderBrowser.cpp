@@ -87,11 +87,6 @@ int pageGroup(std::vector<FolderFileInfo_s>& entries, const page_option& page)
     return kOk;
 }
 
-std::string nameOf(const std::string& path)
-{
-    return path.substr(path.rfind('/') + 1); // npos + 1 is 0
-}
-
 } // namespace
 
 /// All state is the desktop's own, which outlives this object.
@@ -205,6 +200,6 @@ int FolderBrowser::stopThumbnail()
 std::string FolderBrowser::splitFileName(std::string filePath)
 {
     // A name that is all extension shows nothing.
-    const std::string name = nameOf(filePath);
+    const std::string name = desktop::lastName(filePath);
     return name.substr(0, std::min(name.rfind('.'), name.size()));
 }

@@ -128,8 +128,7 @@ ListingPointer FolderListings::of(const std::string& directory)
 
 bool FolderListings::describe(const std::string& path, media_file_info_s& info) const
 {
-    const std::string bytes = decodeName(path);
-    const std::string name = bytes.substr(bytes.rfind('/') + 1); // npos + 1 is 0
+    const std::string name = lastName(decodeName(path));
     const auto described = m_opener.runWithin<Described>(
         kDescribeTimeout, path, [location = m_opener.locate(path), name, catalog = m_catalog](const std::stop_token&) {
             return describeFile(location, name, catalog.get());

@@ -9,6 +9,12 @@
 
 namespace desktop {
 
+/// What stands behind the last "/" of @p path; all of it when there is none.
+inline std::string lastName(const std::string& path)
+{
+    return path.substr(path.rfind('/') + 1); // npos + 1 is 0
+}
+
 /// A place on a volume: the volume's folder and a path beneath it ("." for the volume itself), as bytes.
 struct Location {
     std::string volume;
@@ -18,6 +24,10 @@ struct Location {
     explicit operator bool() const { return !volume.empty(); }
     /// The place @p name beneath this one.
     Location child(const std::string& name) const { return {volume, relative + "/" + name, volumeId}; }
+    /// The folder that this lies in; not for the volume itself.
+    Location parent() const { return {volume, relative.substr(0, relative.rfind('/')), volumeId}; }
+    /// The last name of the path beneath the volume.
+    std::string name() const { return lastName(relative); }
     /// The volume's folder.
     Location root() const { return {volume, ".", volumeId}; }
     /// The absolute path.

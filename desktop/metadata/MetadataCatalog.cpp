@@ -76,11 +76,8 @@ void MetadataCatalog::forgetBelow(const Location& folder)
 
 MediaMetadata MetadataCatalog::metadataOf(const Location& file, const EntryStatus& entry, int pinned)
 {
-    const std::size_t slash = file.relative.rfind('/');
-    const Location folder = {file.volume, file.relative.substr(0, slash), file.volumeId};
-    const std::string name = file.relative.substr(slash + 1);
-    const KnownFiles knownFiles = known(folder);
-    if (const MediaMetadata* metadata = knownFiles.find(name, stampOf(entry))) {
+    const KnownFiles knownFiles = known(file.parent());
+    if (const MediaMetadata* metadata = knownFiles.find(file.name(), stampOf(entry))) {
         return *metadata;
     }
     const UniqueFd fd = openRegularFile(pinned);
@@ -94,7 +91,7 @@ MediaMetadata MetadataCatalog::metadataOf(const Location& file, const EntryStatu
         logUnreadable(file, metadata.error);
     }
     if (lasts(metadata, fd.get(), entry, file.volume)) {
-        remember(folder, {{name, stampOf(entry), metadata}});
+        remember(file.parent(), {{file.name(), stampOf(entry), metadata}});
     }
     return metadata;
 }

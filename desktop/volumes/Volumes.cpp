@@ -23,7 +23,7 @@ constexpr const char* kDevices = "/dev/";
 
 std::string folderName(const std::string& folder)
 {
-    return folder == "/" ? folder : folder.substr(folder.rfind('/') + 1);
+    return folder == "/" ? folder : lastName(folder);
 }
 
 bool isDevice(const std::string& source)
