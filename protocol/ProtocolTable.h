@@ -3,13 +3,32 @@
 // Made from protocol/storagemedia.json by tools/protocol: change it there.
 
 #include <array>
+#include <cstddef>
 
 namespace protocol {
+
+/// A key that a command reads of its request.
+struct RequestKey {
+    const char* name;
+    const char* type;
+    const char* need; ///< whether it is required, or its default
+    const char* meaning;
+};
+
+/// Some of the keys in a row, for a range-based for.
+struct RequestKeys {
+    const RequestKey* first;
+    std::size_t count;
+    const RequestKey* begin() const { return first; }
+    const RequestKey* end() const { return first + count; }
+};
 
 struct CommandDescription {
     const char* name;
     const char* purpose;
     const char* answer; ///< the notification that ends its answer; null: it answers at once
+    bool onDesktop;     ///< whether the desktop platform offers what it asks for
+    RequestKeys request;
 };
 
 struct NotificationDescription {
@@ -20,54 +39,134 @@ struct NotificationDescription {
 
 // clang-format off
 
+inline constexpr std::array<RequestKey, 77> kRequestKeys = {{
+    {"channelId", "string", "required, not empty", "whom the completion is published to"},
+    {"reqId", "string", "required, not empty", "comes back in the completion"},
+    {"number", "integer", "default 9", "entries to a page from now on"},
+    {"dirpath", "string", "default \"\"", "the directory; numbers and booleans are taken as text"},
+    {"channelId", "string", "required, not empty", "whom the results are published to; kept even if the command fails later"},
+    {"reqId", "string", "required", "comes back in the results"},
+    {"number", "integer", "default the current page size", "entries to a page from now on"},
+    {"dirpath", "string", "required", "where to search"},
+    {"srctype", "integer", "default 0", "0: USB, any other value: DLNA"},
+    {"mediaType", "integer", "default 0", "kind of media"},
+    {"dirpath", "string", "required", "the file's full path"},
+    {"channelId", "string", "required, not empty", "whom the keys are published to; kept even if the command fails later"},
+    {"reqId", "string", "required", "comes back with the keys"},
+    {"Group", "integer", "required", "0 none, 1 music, 2 genre, 3 artist, 4 album, 5 date, 6 and 7 month, 8 year; 9 to 11 are the platform's"},
+    {"dirpath", "string", "required, not empty", "where to group"},
+    {"keystr", "string", "required, not empty", "the group's key"},
+    {"number", "integer", "default 9", "entries to a page from now on"},
+    {"asc", "integer", "required", "-1: no direction, 0: descending, any other value: ascending"},
+    {"keystr", "string", "required, not empty", "the group's key"},
+    {"number", "integer", "default 9", "entries to a page from now on"},
+    {"dirpath", "string", "default \"\"", "directory or playlist to play from"},
+    {"index", "unsigned integer", "required", "which file, from 0"},
+    {"type", "unsigned integer", "required", "3 photo, 4 video, 5 music"},
+    {"playall", "boolean", "required", "go on with the next file"},
+    {"resume", "boolean", "default false", "from the remembered position"},
+    {"dirpath", "string", "default \"\"", "directory or playlist to play from"},
+    {"index", "unsigned integer", "required", "which file, from 0"},
+    {"type", "unsigned integer", "required", "3 photo, 4 video, 5 music"},
+    {"playall", "boolean", "required", "go on with the next file"},
+    {"resume", "boolean", "default false", "from the remembered position"},
+    {"type", "unsigned integer", "required", "3 photo, 4 video, 5 music"},
+    {"type", "unsigned integer", "required", "3 photo, 4 video, 5 music"},
+    {"play", "boolean", "required", "true: play, false: pause"},
+    {"type", "unsigned integer", "required", "3 photo, 4 video, 5 music"},
+    {"type", "unsigned integer", "required", "3 photo, 4 video, 5 music"},
+    {"type", "unsigned integer", "required", "4 video, 5 music; photos cannot be wound"},
+    {"type", "unsigned integer", "required", "4 video, 5 music; photos cannot be wound"},
+    {"dirpath", "string", "default \"\"", "directory or playlist to play from"},
+    {"index", "unsigned integer", "required", "which file, from 0"},
+    {"type", "unsigned integer", "required", "3 photo, 4 video, 5 music"},
+    {"playall", "boolean", "required", "as the play command would have it"},
+    {"option", "string", "required", "the option's name"},
+    {"suboption", "string", "default \"\"", "a part of the option"},
+    {"value", "integer", "required", "the new value"},
+    {"flags", "integer", "default 0", "the platform's"},
+    {"playall", "integer", "default 0", "an integer here, unlike in the play commands"},
+    {"option", "string", "required", "the option's name"},
+    {"value", "integer", "required", "the new value"},
+    {"value", "integer", "required", "the platform's switch value"},
+    {"type", "integer", "required", "the platform's sort type"},
+    {"order", "integer", "required", "zero or not zero"},
+    {"dirpath", "string", "required", "where to look"},
+    {"channelId", "string", "required, not empty", "whom the pictures are published to; kept even if the command fails later"},
+    {"reqId", "string", "required", "comes back with each picture"},
+    {"path", "string", "default \"\"", "the one file; empty: the range"},
+    {"type", "integer", "required", "kind of media"},
+    {"width", "unsigned integer", "default 240", "pixels, at most"},
+    {"height", "unsigned integer", "default 360", "pixels, at most"},
+    {"startidx", "unsigned integer", "default 0", "first entry of the range"},
+    {"count", "unsigned integer", "default 9", "length of the range"},
+    {"value", "integer", "required", "the platform's size value"},
+    {"mode", "integer", "required", "the platform's repeat mode"},
+    {"rotate", "boolean", "required", "true: to the right, false: to the left"},
+    {"path", "string", "required, not empty", "a path on the device"},
+    {"lstfile", "string", "required", "the playlist"},
+    {"file", "string", "required", "the file in it"},
+    {"number", "integer", "required", "entries to a page; not checked"},
+    {"pageid", "integer", "required", "which page, from 0"},
+    {"type", "integer", "required", "0: a directory by its path, 1: the current list, 2: a group by its key"},
+    {"keystr", "string", "default \"\"; required when \"type\" is 2", "the group's key"},
+    {"dirpath", "string", "default \"\"", "the directory, for type 0"},
+    {"type", "integer", "required", "kind of media; not checked"},
+    {"dirpath", "string", "required", "the directory"},
+    {"type", "unsigned integer", "required", "3 photo, 4 video, 5 music"},
+    {"mode", "unsigned integer", "required", "the platform's player mode; not checked"},
+    {"type", "unsigned integer", "required", "kind of media; not checked"},
+    {"", "", "", ""},
+}};
+
 /// Every command, in the order of their numbers.
 inline constexpr std::array<CommandDescription, 46> kCommands = {{
-    {"storagemedia.folder.chgdir", "Starts changing to another directory. Its entries come with the completion.", "storagemedia.folder.chgdir.complete"},
-    {"storagemedia.folder.user.cancel", "Stops the folder operation that runs.", nullptr},
-    {"storagemedia.video.searchFiles", "Starts searching a directory and all below it for videos. Also sets the page size.", "storagemedia.video.searchFiles.complete"},
-    {"storagemedia.media.entermmbroswer", "Opens the media browser.", nullptr},
-    {"storagemedia.get.play.mode", "Reads the play mode of a kind of media.", nullptr},
-    {"storagemedia.media.getinfo", "Describes one media file.", nullptr},
-    {"storagemedia.group.musicorphoto", "Starts grouping the music or photos under a directory.", "storagemedia.group.musicorphoto.complete"},
-    {"storagemedia.group.get.fileinfo", "Lists the files of one group. Also sets the page size.", nullptr},
-    {"storagemedia.kiro.group.get.fileinfo", "Lists the files of one group with duration and artist. Also sets the page size.", nullptr},
-    {"storagemedia.group.get.superdemo.fileinfo", "Lists the store demonstration, which is always empty.", nullptr},
-    {"storagemedia.kiro.media.playfile", "Plays a file, for the second browser.", nullptr},
-    {"storagemedia.media.playfile", "Plays a file.", nullptr},
-    {"storagemedia.media.stopfile", "Stops playback.", nullptr},
-    {"storagemedia.button.playOrpause", "The play/pause key.", nullptr},
-    {"storagemedia.button.prev", "The previous key.", nullptr},
-    {"storagemedia.button.next", "The next key.", nullptr},
-    {"storagemedia.button.fastforward", "The fast-forward key.", nullptr},
-    {"storagemedia.button.fastrewind", "The fast-rewind key.", nullptr},
-    {"storagemedia.close.mmbroswer", "Closes the media browser: every player stops.", nullptr},
-    {"storagemedia.folder.getcuroptions", "Reads all current playback options.", nullptr},
-    {"storagemedia.video.resumeable", "Asks whether the file that a play command would start has a remembered position.", nullptr},
-    {"storagemedia.option.set", "Sets a playback option.", nullptr},
-    {"storagemedia.substitle.option.set", "Sets a subtitle option.", nullptr},
-    {"storagemedia.substitle.switch", "Switches subtitles.", nullptr},
-    {"storagemedia.photo.sort", "Sorts the photos of the current folder.", nullptr},
-    {"storagemedia.get.playlistfile", "Lists the playlist files under a directory.", nullptr},
-    {"storagemedia.start.thumbnail", "Starts making thumbnails of one file or of a range of the current folder.", "startThumbnail.complete"},
-    {"storagemedia.stop.thumbnail", "Stops the thumbnail work.", nullptr},
-    {"storagemedia.stop.backgroundmusic", "Stops music that plays behind photos.", nullptr},
-    {"storagemedia.folder.appendplaylistandplay", "Acknowledged, without effect.", nullptr},
-    {"storagemedia.video.pic.set", "Sets the picture size of video.", nullptr},
-    {"storagemedia.video.pic.get", "Reads the picture size of video.", nullptr},
-    {"storagemedia.kiro.repeat.set", "Sets the repeat mode.", nullptr},
-    {"storagemedia.photo.rotate", "Turns the photo on screen by a quarter.", nullptr},
-    {"storagemedia.media.metadata", "Describes the medium that plays.", nullptr},
-    {"storagemedia.dlna.entermmbroswer", "Opens the media browser on DLNA servers.", nullptr},
-    {"storagemedia.get.device.usage", "Tells how full a device is, in binary units.", nullptr},
-    {"storagemedia.play.playlistfile", "Checked and acknowledged, without effect.", nullptr},
-    {"storagemedia.set.itemperpage", "Sets the page size, from the next directory change on.", nullptr},
-    {"storagemedia.get.pagefiles", "Reads one page of a list.", nullptr},
-    {"storagemedia.dmr.playfile", "Prepares playback that a DLNA controller asked for.", nullptr},
-    {"storagemedia.clear.mediamap", "Drops what has been indexed under a directory.", nullptr},
-    {"storagemedia.check.usb.device", "Asks whether a USB storage device is attached.", nullptr},
-    {"storagemedia.set.player.mode", "Sets the order of play.", nullptr},
-    {"storagemedia.get.browser.codec", "Describes the codecs of the medium that plays.", nullptr},
-    {"storagemedia.video.clear.resume", "Forgets the remembered positions of video.", nullptr},
+    {"storagemedia.folder.chgdir", "Starts changing to another directory. Its entries come with the completion.", "storagemedia.folder.chgdir.complete", true, {&kRequestKeys[0], 4}},
+    {"storagemedia.folder.user.cancel", "Stops the folder operation that runs.", nullptr, true, {&kRequestKeys[4], 0}},
+    {"storagemedia.video.searchFiles", "Starts searching a directory and all below it for videos. Also sets the page size.", "storagemedia.video.searchFiles.complete", true, {&kRequestKeys[4], 4}},
+    {"storagemedia.media.entermmbroswer", "Opens the media browser.", nullptr, true, {&kRequestKeys[8], 1}},
+    {"storagemedia.get.play.mode", "Reads the play mode of a kind of media.", nullptr, false, {&kRequestKeys[9], 1}},
+    {"storagemedia.media.getinfo", "Describes one media file.", nullptr, true, {&kRequestKeys[10], 1}},
+    {"storagemedia.group.musicorphoto", "Starts grouping the music or photos under a directory.", "storagemedia.group.musicorphoto.complete", true, {&kRequestKeys[11], 4}},
+    {"storagemedia.group.get.fileinfo", "Lists the files of one group. Also sets the page size.", nullptr, true, {&kRequestKeys[15], 3}},
+    {"storagemedia.kiro.group.get.fileinfo", "Lists the files of one group with duration and artist. Also sets the page size.", nullptr, true, {&kRequestKeys[18], 2}},
+    {"storagemedia.group.get.superdemo.fileinfo", "Lists the store demonstration, which is always empty.", nullptr, true, {&kRequestKeys[20], 0}},
+    {"storagemedia.kiro.media.playfile", "Plays a file, for the second browser.", nullptr, false, {&kRequestKeys[20], 5}},
+    {"storagemedia.media.playfile", "Plays a file.", nullptr, false, {&kRequestKeys[25], 5}},
+    {"storagemedia.media.stopfile", "Stops playback.", nullptr, false, {&kRequestKeys[30], 1}},
+    {"storagemedia.button.playOrpause", "The play/pause key.", nullptr, false, {&kRequestKeys[31], 2}},
+    {"storagemedia.button.prev", "The previous key.", nullptr, false, {&kRequestKeys[33], 1}},
+    {"storagemedia.button.next", "The next key.", nullptr, false, {&kRequestKeys[34], 1}},
+    {"storagemedia.button.fastforward", "The fast-forward key.", nullptr, false, {&kRequestKeys[35], 1}},
+    {"storagemedia.button.fastrewind", "The fast-rewind key.", nullptr, false, {&kRequestKeys[36], 1}},
+    {"storagemedia.close.mmbroswer", "Closes the media browser: every player stops.", nullptr, true, {&kRequestKeys[37], 0}},
+    {"storagemedia.folder.getcuroptions", "Reads all current playback options.", nullptr, false, {&kRequestKeys[37], 0}},
+    {"storagemedia.video.resumeable", "Asks whether the file that a play command would start has a remembered position.", nullptr, false, {&kRequestKeys[37], 4}},
+    {"storagemedia.option.set", "Sets a playback option.", nullptr, false, {&kRequestKeys[41], 5}},
+    {"storagemedia.substitle.option.set", "Sets a subtitle option.", nullptr, false, {&kRequestKeys[46], 2}},
+    {"storagemedia.substitle.switch", "Switches subtitles.", nullptr, false, {&kRequestKeys[48], 1}},
+    {"storagemedia.photo.sort", "Sorts the photos of the current folder.", nullptr, true, {&kRequestKeys[49], 2}},
+    {"storagemedia.get.playlistfile", "Lists the playlist files under a directory.", nullptr, true, {&kRequestKeys[51], 1}},
+    {"storagemedia.start.thumbnail", "Starts making thumbnails of one file or of a range of the current folder.", "startThumbnail.complete", true, {&kRequestKeys[52], 8}},
+    {"storagemedia.stop.thumbnail", "Stops the thumbnail work.", nullptr, true, {&kRequestKeys[60], 0}},
+    {"storagemedia.stop.backgroundmusic", "Stops music that plays behind photos.", nullptr, false, {&kRequestKeys[60], 0}},
+    {"storagemedia.folder.appendplaylistandplay", "Acknowledged, without effect.", nullptr, true, {&kRequestKeys[60], 0}},
+    {"storagemedia.video.pic.set", "Sets the picture size of video.", nullptr, false, {&kRequestKeys[60], 1}},
+    {"storagemedia.video.pic.get", "Reads the picture size of video.", nullptr, false, {&kRequestKeys[61], 0}},
+    {"storagemedia.kiro.repeat.set", "Sets the repeat mode.", nullptr, false, {&kRequestKeys[61], 1}},
+    {"storagemedia.photo.rotate", "Turns the photo on screen by a quarter.", nullptr, false, {&kRequestKeys[62], 1}},
+    {"storagemedia.media.metadata", "Describes the medium that plays.", nullptr, false, {&kRequestKeys[63], 0}},
+    {"storagemedia.dlna.entermmbroswer", "Opens the media browser on DLNA servers.", nullptr, true, {&kRequestKeys[63], 0}},
+    {"storagemedia.get.device.usage", "Tells how full a device is, in binary units.", nullptr, true, {&kRequestKeys[63], 1}},
+    {"storagemedia.play.playlistfile", "Checked and acknowledged, without effect.", nullptr, true, {&kRequestKeys[64], 2}},
+    {"storagemedia.set.itemperpage", "Sets the page size, from the next directory change on.", nullptr, true, {&kRequestKeys[66], 1}},
+    {"storagemedia.get.pagefiles", "Reads one page of a list.", nullptr, true, {&kRequestKeys[67], 4}},
+    {"storagemedia.dmr.playfile", "Prepares playback that a DLNA controller asked for.", nullptr, false, {&kRequestKeys[71], 1}},
+    {"storagemedia.clear.mediamap", "Drops what has been indexed under a directory.", nullptr, true, {&kRequestKeys[72], 1}},
+    {"storagemedia.check.usb.device", "Asks whether a USB storage device is attached.", nullptr, true, {&kRequestKeys[73], 0}},
+    {"storagemedia.set.player.mode", "Sets the order of play.", nullptr, false, {&kRequestKeys[73], 2}},
+    {"storagemedia.get.browser.codec", "Describes the codecs of the medium that plays.", nullptr, false, {&kRequestKeys[75], 1}},
+    {"storagemedia.video.clear.resume", "Forgets the remembered positions of video.", nullptr, false, {&kRequestKeys[76], 0}},
 }};
 
 /// Every notification.
