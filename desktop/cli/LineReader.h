@@ -1,29 +1,19 @@
 #pragma once
 
 #include "desktop/cli/Interrupts.h"
-
-#include <functional>
-#include <optional>
-#include <string>
+#include "desktop/cli/LineSource.h"
 
 namespace desktop {
 
-/// What else is read while there is no line.
-struct OtherInput {
-    int fd = -1;                  ///< none
-    std::function<bool()> handle; ///< called when the descriptor is readable; false ends the reading of lines
-};
-
 /// Reads lines from a descriptor until its end or an interrupt.
-class LineReader {
+class LineReader final : public LineSource {
 public:
     /// Longer lines are cut off here, so that a stream without line ends cannot fill the memory.
     static constexpr std::size_t kLongestLine = 16U << 20; // bytes
 
     LineReader(int fd, const Interrupts& interrupts, OtherInput other = {});
 
-    /// The next line without its line end; nothing at the end, also when an interrupt is pending.
-    std::optional<std::string> next();
+    std::optional<std::string> next() override;
 
 private:
     bool readMore();

@@ -18,6 +18,9 @@ public:
     bool write(std::string_view text);
     /// Whether every write has succeeded.
     bool good() const;
+    bool isTerminal() const { return isatty(m_fd.get()) == 1; }
+    /// For a terminal's own needs.
+    int fd() const { return m_fd.get(); }
     /// Ends the output. Returns 0, or why not all of it could be written as an errno value; EPIPE says that the reader has
     /// gone. What an interrupt has cut off is no error.
     int close();

@@ -1,23 +1,26 @@
 #include "desktop/cli/ShellCommand.h"
 
 #include "desktop/cli/JsonLines.h"
+#include "desktop/cli/LineEditor.h"
 #include "desktop/cli/LineReader.h"
+#include "desktop/cli/ShellCompletion.h"
+#include "desktop/cli/ShellHelp.h"
 #include "desktop/cli/Suggestion.h"
 #include "desktop/host/CommandNames.h"
 
-#include "protocol/ProtocolTable.h"
+#include <sstream>
 
 namespace desktop {
 
 namespace {
 
-std::vector<std::string> commandNames()
+constexpr const char* kListedByHelp = "help lists them.";
+
+/// Says that there is no command @p typed; @p hint when none is near it.
+std::string unknownCommand(const std::string& typed, const std::string& hint)
 {
-    std::vector<std::string> names;
-    for (const protocol::CommandDescription& command : protocol::kCommands) {
-        names.emplace_back(command.name);
-    }
-    return names;
+    const std::string meant = nearestName(typed, commandNames());
+    return "Unknown command \"" + typed + "\"; " + (meant.empty() ? hint : "did you mean \"" + meant + "\"?");
 }
 
 /// What is wrong with the members of a command line; empty when nothing is.
@@ -32,10 +35,7 @@ std::string faultOf(const Json::Value& line)
         return "\"command\" is missing or no string.";
     }
     if (!isCommandName(line["command"].asString())) {
-        const std::string typed = line["command"].asString();
-        const std::string meant = nearestName(typed, commandNames());
-        return "Unknown command \"" + typed + "\"; " +
-               (meant.empty() ? "desktop-tv commands lists them." : "did you mean \"" + meant + "\"?");
+        return unknownCommand(line["command"].asString(), "desktop-tv commands lists them.");
     }
     const bool requestFits = !line.isMember("request") || line["request"].isObject();
     return requestFits ? "" : "\"request\" is no object.";
@@ -57,16 +57,21 @@ bool isBlank(const std::string& text)
 /// One run of the shell. All lines are written by one thread, so a reply comes before the notifications that follow it.
 class Shell {
 public:
-    Shell(HostClient& client, Output& output, const Interrupts& interrupts)
+    Shell(HostClient& client, Output& output, const Interrupts& interrupts, LogOutput& log)
         : m_client(client)
         , m_output(output)
         , m_interrupts(interrupts)
+        , m_log(log)
     {
     }
 
     int run();
 
 private:
+    void runLines(LineSource& input);
+    void runTypedLines();
+    void runTyped(const std::string& text);
+    void writeHelp(const std::string& command);
     void runLine(const std::string& text);
     void runCommand(const Json::Value& line);
     void runDesktopLine(const Json::Value& line);
@@ -82,20 +87,18 @@ private:
     HostClient& m_client;
     Output& m_output;
     const Interrupts& m_interrupts;
+    LogOutput& m_log;
+    bool m_isTyped = false; ///< by a person on a terminal
     int m_lineNumber = 0;
 };
 
 int Shell::run()
 {
-    LineReader input(STDIN_FILENO, m_interrupts, {m_client.fd(), [this] { return writeUpdates(); }});
-    while (const auto text = input.next()) {
-        ++m_lineNumber;
-        if (!isBlank(*text)) {
-            runLine(*text);
-        }
-        if (!writeUpdates()) {
-            break;
-        }
+    if (isatty(STDIN_FILENO) == 1 && m_output.isTerminal()) {
+        runTypedLines();
+    } else {
+        LineReader input(STDIN_FILENO, m_interrupts, {m_client.fd(), [this] { return writeUpdates(); }});
+        runLines(input);
     }
     const auto timeout = m_output.good() ? HostClient::kAnswerTimeout : std::chrono::seconds(0);
     const auto end = m_client.waitForAnswers(timeout, [this](const HostUpdate& update) { writeUpdate(update); });
@@ -106,6 +109,65 @@ int Shell::run()
         writeMissingAnswers();
     }
     return end == HostClient::WaitResult::Answered && !m_client.isCutOff() && m_output.good() ? 0 : 1;
+}
+
+void Shell::runLines(LineSource& input)
+{
+    while (const auto text = input.next()) {
+        ++m_lineNumber;
+        if (!isBlank(*text)) {
+            if (m_isTyped) {
+                runTyped(*text);
+            } else {
+                runLine(*text);
+            }
+        }
+        if (!writeUpdates()) {
+            break;
+        }
+    }
+}
+
+// The log comes to the same terminal, above the line.
+void Shell::runTypedLines()
+{
+    m_isTyped = true;
+    LineEditor editor(m_output.fd(), m_interrupts, {m_client.fd(), [this] { return writeUpdates(); }});
+    m_log.showOnTerminal([&editor](const std::string& text) { editor.showAbove(text); });
+    runLines(editor);
+    m_log.showOnTerminal(nullptr);
+}
+
+// A person may type plain words, too.
+void Shell::runTyped(const std::string& text)
+{
+    std::istringstream words(text);
+    std::string first;
+    std::string second;
+    words >> first >> second;
+    if (first.front() == '{') {
+        runLine(text);
+    } else if (first == "help") {
+        writeHelp(second);
+    } else if (!isCommandName(first)) {
+        writeError(1, unknownCommand(first, kListedByHelp));
+    } else if (!second.empty()) {
+        writeError(1, "A request is typed as {\"command\":\"" + first + "\",\"request\":{...}}.");
+    } else {
+        Json::Value line;
+        line["command"] = first;
+        runCommand(line);
+    }
+}
+
+void Shell::writeHelp(const std::string& command)
+{
+    const std::string help = command.empty() ? shellHelp() : commandHelp(command);
+    if (help.empty()) {
+        writeError(1, unknownCommand(command, kListedByHelp));
+    } else {
+        m_output.write(help);
+    }
 }
 
 void Shell::runLine(const std::string& text)
@@ -224,9 +286,9 @@ void Shell::writeMissingAnswers()
 
 } // namespace
 
-int runShell(HostClient& client, Output& output, const Interrupts& interrupts)
+int runShell(HostClient& client, Output& output, const Interrupts& interrupts, LogOutput& log)
 {
-    return Shell(client, output, interrupts).run();
+    return Shell(client, output, interrupts, log).run();
 }
 
 } // namespace desktop

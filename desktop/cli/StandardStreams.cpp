@@ -77,6 +77,13 @@ void LogOutput::start()
     }
 }
 
+void LogOutput::showOnTerminal(std::function<void(const std::string& text)> show)
+{
+    if (m_pump) {
+        m_pump->setShow(std::move(show));
+    }
+}
+
 std::string LogOutput::finish()
 {
     std::fflush(stdout);

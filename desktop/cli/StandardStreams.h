@@ -30,6 +30,8 @@ public:
 
     /// Begins to show the log on a terminal; until then some of it is kept. Called once the program may have threads.
     void start();
+    /// Lets @p show write what goes to a terminal; null: it is written as it comes. See TerminalPump::setShow().
+    void showOnTerminal(std::function<void(const std::string& text)> show);
     /// Writes what is left. Returns what is wrong with the log file: its name and the reason; empty when nothing is.
     std::string finish();
 

@@ -115,7 +115,23 @@ bool TerminalPump::copySome()
     return true;
 }
 
-void TerminalPump::show(const std::string& text) const
+void TerminalPump::setShow(std::function<void(const std::string& text)> show)
+{
+    const LockGuard lock(m_mutex);
+    m_show = std::move(show);
+}
+
+void TerminalPump::show(const std::string& text)
+{
+    const LockGuard lock(m_mutex);
+    if (m_show) {
+        m_show(text);
+    } else {
+        write(text);
+    }
+}
+
+void TerminalPump::write(const std::string& text) const
 {
     for (std::string_view rest = text; !rest.empty();) {
         const ssize_t written = ::write(m_terminal.get(), rest.data(), rest.size());

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "desktop/base/ThreadAnnotations.h"
 #include "desktop/base/UniqueFd.h"
 #include "desktop/base/Wakeup.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -33,19 +35,25 @@ public:
 
     /// What is to be written to.
     int inlet() const { return m_inlet.get(); }
+    /// Lets @p show, called on the pump's thread, write what it copies; null: the pump does it itself again. When this
+    /// returns, the earlier one is not called any more.
+    void setShow(std::function<void(const std::string& text)> show);
     /// Begins to copy, on a thread of its own. Until then the pipe keeps what comes.
     void start();
 
 private:
     void copyUntilStopped();
     bool copySome();
-    void show(const std::string& text) const;
+    void show(const std::string& text);
+    void write(const std::string& text) const;
 
     const UniqueFd m_terminal;
     UniqueFd m_outlet;
     UniqueFd m_inlet;
     Wakeup m_stop;
     TerminalText m_text;
+    Mutex m_mutex;
+    std::function<void(const std::string& text)> m_show GUARDED_BY(m_mutex);
     std::thread m_thread;
 };
 

@@ -29,7 +29,8 @@ void listCommands(desktop::Output& output)
     std::string lines;
     for (const protocol::CommandDescription& command : protocol::kCommands) {
         lines += desktop::padLeft(std::to_string(desktop::commandHash(command.name)), 10) + "  " +
-                 desktop::padRight(command.name, 43) + "  " + command.purpose + (command.onDesktop ? "" : kNotOnDesktop) + "\n";
+                 desktop::padRight(command.name, 43) + "  " + command.purpose + (command.onDesktop ? "" : kNotOnDesktop) +
+                 "\n";
     }
     output.write(lines);
 }
@@ -73,7 +74,8 @@ desktop::DesktopSettings settingsOf(const Options& options)
     return settings;
 }
 
-int runWithPlugin(const Options& options, desktop::Output& output, const desktop::Interrupts& interrupts)
+int runWithPlugin(const Options& options, desktop::Output& output, const desktop::Interrupts& interrupts,
+                  desktop::LogOutput& log)
 {
     desktop::DesktopSettings settings = settingsOf(options);
     desktop::FileDetails details;
@@ -85,7 +87,7 @@ int runWithPlugin(const Options& options, desktop::Output& output, const desktop
     desktop::HostClient client(host, interrupts);
     host.start(); // whose first notifications the client gets
     if (options.command == Options::Command::Shell) {
-        return desktop::runShell(client, output, interrupts);
+        return desktop::runShell(client, output, interrupts, log);
     }
     desktop::Session session(client, options.mountedSticks, details, output, interrupts);
     runForPeople(session, options, output);
@@ -138,7 +140,7 @@ int runLogged(const Options& options, desktop::Output& output, const desktop::In
     }
     log.start();
     const desktop::InterruptLimit limit(interrupts, [&options](int status) { reportCancelled(status, options); });
-    const int status = runWithPlugin(options, output, interrupts);
+    const int status = runWithPlugin(options, output, interrupts, log);
     const std::string fault = log.finish();
     if (!fault.empty()) {
         desktop::printError(fault);

@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 
 #include <array>
@@ -73,7 +74,42 @@ bool appendFrom(const UniqueFd& fd, std::string& text)
 
 } // namespace
 
-Program::Program(const std::vector<std::string>& command)
+Program::Program(const std::vector<std::string>& command, Ends ends)
+    : m_ends(ends)
+{
+    if (ends == Ends::Terminal) {
+        startOnTerminal(command);
+    } else {
+        startOnPipes(command);
+    }
+}
+
+void Program::startOnTerminal(const std::vector<std::string>& command)
+{
+    UniqueFd terminal(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
+    char name[64] = {};
+    const bool made =
+        grantpt(terminal.get()) == 0 && unlockpt(terminal.get()) == 0 && ptsname_r(terminal.get(), name, sizeof name) == 0;
+    if (!made) {
+        throw std::runtime_error("no terminal");
+    }
+    const winsize size = {50, 100, 0, 0};
+    ioctl(terminal.get(), TIOCSWINSZ, &size);
+    const UniqueFd end(open(name, O_RDWR | O_NOCTTY | O_CLOEXEC));
+    const std::string& cache = cacheFolder();
+    m_pid = fork();
+    if (m_pid == 0) {
+        setenv("XDG_CACHE_HOME", cache.c_str(), 1);
+        setenv("TERM", "xterm", 1);
+        setsid();
+        ioctl(end.get(), TIOCSCTTY, 0);
+        become(command, end.get(), end.get(), end.get());
+    }
+    m_input = UniqueFd(fcntl(terminal.get(), F_DUPFD_CLOEXEC, 0));
+    m_output = std::move(terminal);
+}
+
+void Program::startOnPipes(const std::vector<std::string>& command)
 {
     Pipe input;
     Pipe output;
@@ -95,6 +131,14 @@ Program::~Program()
         kill(m_pid, SIGKILL);
         waitpid(m_pid, nullptr, 0);
     }
+}
+
+void Program::closeInput()
+{
+    if (m_ends == Ends::Terminal && m_input) {
+        send("\x04");
+    }
+    m_input = UniqueFd();
 }
 
 void Program::send(const std::string& text)

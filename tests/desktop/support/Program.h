@@ -10,17 +10,24 @@
 
 namespace testsupport {
 
-/// A program that a test runs, with pipes to all its ends. It is killed, and waited for, with the object.
+/// What a program's input, output and errors are.
+enum class Ends {
+    Pipes,
+    Terminal, ///< one of 100 columns for all: the errors come with the output, and what is typed is echoed there
+};
+
+/// A program that a test runs, with its ends in the test's hands. It is killed, and waited for, with the object.
 class Program {
 public:
     /// Starts @p command; its first word is the program's path or name.
-    explicit Program(const std::vector<std::string>& command);
+    explicit Program(const std::vector<std::string>& command, Ends ends = Ends::Pipes);
     ~Program();
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
     void send(const std::string& text);
-    void closeInput() { m_input = desktop::UniqueFd(); }
+    /// On a terminal: types Ctrl-D, which ends the input on an empty line.
+    void closeInput();
     /// Stops reading: the program finds nobody at the other end.
     void closeOutput() { m_output = desktop::UniqueFd(); }
     void signal(int number) const;
@@ -37,8 +44,11 @@ public:
     const std::string& errors() const { return m_errorText; }
 
 private:
+    void startOnPipes(const std::vector<std::string>& command);
+    void startOnTerminal(const std::vector<std::string>& command);
     bool readSome();
 
+    const Ends m_ends;
     pid_t m_pid = -1;
     desktop::UniqueFd m_input;
     desktop::UniqueFd m_output;

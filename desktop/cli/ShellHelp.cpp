@@ -1,0 +1,45 @@
+#include "desktop/cli/ShellHelp.h"
+
+#include "desktop/cli/TextColumns.h"
+
+#include "protocol/ProtocolTable.h"
+
+#include <algorithm>
+
+namespace desktop {
+
+namespace {
+
+constexpr const char* kHowTo = "Type the name of a command, or an object with its request:\n"
+                               "  storagemedia.media.entermmbroswer\n"
+                               "  {\"command\":\"storagemedia.get.device.usage\",\"request\":{\"path\":\"/media/stick\"}}\n"
+                               "The tabulator key completes names and keys. help COMMAND explains one. Ctrl-D ends.\n\n";
+
+} // namespace
+
+std::string shellHelp()
+{
+    std::string text = kHowTo;
+    for (const protocol::CommandDescription& command : protocol::kCommands) {
+        text += padRight(command.name, 43) + "  " + command.purpose + "\n";
+    }
+    return text;
+}
+
+std::string commandHelp(const std::string& name)
+{
+    const auto command = std::find_if(protocol::kCommands.begin(), protocol::kCommands.end(),
+                                      [&name](const auto& known) { return name == known.name; });
+    if (command == protocol::kCommands.end()) {
+        return "";
+    }
+    std::string text = name + "\n  " + command->purpose + "\n";
+    for (const protocol::RequestKey& key : command->request) {
+        text += "  \"" + std::string(key.name) + "\": " + key.type + ", " + key.need + "; " + key.meaning + "\n";
+    }
+    text += command->answer == nullptr ? "" : std::string("  Answered by ") + command->answer + ".\n";
+    text += command->onDesktop ? "" : "  The desktop does not offer it yet.\n";
+    return text;
+}
+
+} // namespace desktop
