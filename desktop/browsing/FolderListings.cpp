@@ -192,7 +192,8 @@ std::unique_ptr<ListingTask> FolderListings::makeTask(const std::string& directo
 ListingTask* FolderListings::runningChange(const std::string& directory) const
 {
     const LockGuard lock(m_readsMutex);
-    const bool runs = m_change != nullptr && m_change->directory() == directory && !m_change->finished();
+    const bool isOfDirectory = m_change != nullptr && m_change->directory() == directory;
+    const bool runs = isOfDirectory && !m_change->isCancelled() && !m_change->finished(); // a cancelled one comes to nothing
     return runs ? m_change.get() : nullptr;
 }
 

@@ -61,6 +61,7 @@ public:
     int waitUntilOpened(std::chrono::milliseconds time) const;
     /// Whether the read has ended, which it is given @p time for.
     bool waitFor(std::chrono::milliseconds time) const;
+    bool isCancelled() const { return m_outcome->cancelled.stop_requested(); }
     bool finished() const { return waitFor(std::chrono::milliseconds(0)); }
     /// Whether the object can go without waiting.
     bool threadEnded() const { return m_job.waitFor(std::chrono::milliseconds(0)); }

@@ -147,6 +147,19 @@ TEST_F(FolderListingsTest, Cancel_StopsTheRunningReadWhichRaisesNothing)
     EXPECT_TRUE(failures.sofar().empty());
 }
 
+TEST_F(FolderListingsTest, PageOfAFolderWhoseChangeHasBeenCancelled_IsReadAnew)
+{
+    holdReading = true;
+    ASSERT_TRUE(listings.change(folder.path("big"), 9));
+    ASSERT_TRUE(reading.wait());
+    listings.cancel();
+    holdReading = false;
+    const ListingPointer page = listings.of(folder.path("big"));
+    goOnReading.open(); // only now the cancelled read can end
+    ASSERT_NE(page, nullptr);
+    EXPECT_EQ(page->entries.size(), 600U);
+}
+
 TEST_F(FolderListingsTest, Cancel_LeavesWhatHasBeenRead)
 {
     ASSERT_TRUE(listings.change(folder.path("a"), 9));
