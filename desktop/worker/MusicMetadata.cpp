@@ -151,9 +151,9 @@ std::optional<MediaMetadata> readMusicMetadata(int fd)
     metadata.duration = std::max(file.audioProperties()->lengthInMilliseconds() + 500, 0) / 1000;
     if (const TagLib::Tag* const tag = file.tag()) {
         metadata.title = stored(tag->title());
-        metadata.artist = stored(tag->artist());
+        metadata.artists = {stored(tag->artist())};
         metadata.album = stored(tag->album());
-        metadata.genre = stored(tag->genre());
+        metadata.genres = {stored(tag->genre())};
         metadata.year = fourDigits(tag->year());
         tidyTexts(metadata);
     }

@@ -36,9 +36,9 @@ MediaMetadata readStreamMetadata(AvInput& input)
     MediaMetadata metadata;
     metadata.duration = wholeSeconds(input->duration);
     metadata.title = tag(input, "title");
-    metadata.artist = tag(input, "artist");
+    metadata.artists = {tag(input, "artist")};
     metadata.album = tag(input, "album");
-    metadata.genre = tag(input, "genre");
+    metadata.genres = {tag(input, "genre")};
     metadata.year = yearOf(tag(input, "date"));
     tidyTexts(metadata);
     if (video != nullptr) {

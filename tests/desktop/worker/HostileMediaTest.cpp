@@ -31,7 +31,10 @@ protected:
         EXPECT_GE(metadata.width, 0);
         EXPECT_GE(metadata.height, 0);
         EXPECT_EQ(metadata.rotation % 90, 0);
-        for (const std::string& text : {metadata.title, metadata.artist, metadata.album, metadata.genre}) {
+        std::vector<std::string> texts = {metadata.title, metadata.album};
+        texts.insert(texts.end(), metadata.artists.begin(), metadata.artists.end());
+        texts.insert(texts.end(), metadata.genres.begin(), metadata.genres.end());
+        for (const std::string& text : texts) {
             EXPECT_EQ(escapeBadBytes(text), text);
         }
         const Thumbnail thumbnail = media.thumbnail(file, type);
