@@ -1,5 +1,6 @@
 #include "tests/desktop/support/DemoStick.h"
 #include "tests/desktop/support/MediaReading.h"
+#include "tests/desktop/support/Songs.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -31,27 +32,12 @@ TEST_F(MediaMetadataTest, Music_TellsItsTagsAndLength)
     EXPECT_EQ(media.metadata(demoFile("موسيقى/أغنية.mp3"), FILE_TYPE_MUSIC).title, "أغنية");
 }
 
-constexpr char kSilence[] = "\xFF\xFB\x90\x64"; // begins a frame of 128 kbit/s
-
-std::string silence()
-{
-    std::string frames;
-    for (int i = 0; i < 40; ++i) {
-        frames += kSilence + std::string(413, '\0');
-    }
-    return frames;
-}
-
-std::string textFrame(const std::string& name, char encoding, const std::string& text)
-{
-    return name + "\0\0\0"s + static_cast<char>(text.size() + 1) + "\0\0"s + encoding + text;
-}
+using testsupport::textFrame;
 
 /// An MP3 file with a tag of these frames.
 std::string songWithFrames(const std::string& frames)
 {
-    const auto sevenBits = [&frames](int shift) { return static_cast<char>((frames.size() >> shift) & 0x7F); };
-    return "ID3\x03\0\0\0"s + sevenBits(14) + sevenBits(7) + sevenBits(0) + frames + silence();
+    return testsupport::id3Tag(frames) + testsupport::silentMp3();
 }
 
 /// An MP3 file whose title and artist frames hold these texts in ID3's encoding @p encoding.
@@ -130,7 +116,8 @@ std::string padded(std::string text, std::size_t size)
 TEST_F(MediaMetadataTest, OldestTagsOfMusic_AreReadLikewise)
 {
     const std::string tag = "TAG" + padded(kSong, 30) + padded(kGroup, 30) + padded("Blood", 30) + "1988" + padded("", 30);
-    const MediaMetadata metadata = media.metadata(made("song.mp3", silence() + tag + '\x11'), FILE_TYPE_MUSIC);
+    const MediaMetadata metadata =
+        media.metadata(made("song.mp3", testsupport::silentMp3() + tag + '\x11'), FILE_TYPE_MUSIC);
     EXPECT_EQ(metadata.title, "Группа крови");
     EXPECT_THAT(metadata.artists, ElementsAre("Кино"));
     EXPECT_EQ(metadata.album, "Blood");
