@@ -1,6 +1,7 @@
 #include "desktop/worker/MusicFile.h"
 
 #include "desktop/worker/KeptBytes.h"
+#include "desktop/worker/Mp3Length.h"
 
 #include <taglib/aifffile.h>
 #include <taglib/apefile.h>
@@ -116,6 +117,7 @@ void openMpeg(MusicFile& music, TagStream& stream)
     addTag(music, file->ID3v2Tag());
     addTag(music, file->APETag());
     addTag(music, file->ID3v1Tag());
+    music.length = lengthOfChangingRate(*file);
     music.file = std::move(file);
 }
 
@@ -236,7 +238,11 @@ MusicFile openMusicFile(TagStream& stream)
         format->open(music, stream);
     }
     const bool isKnown = music.file != nullptr && music.file->isValid() && music.file->audioProperties() != nullptr;
-    return isKnown ? std::move(music) : MusicFile();
+    if (!isKnown) {
+        return {};
+    }
+    music.length = music.length > 0 ? music.length : music.file->audioProperties()->lengthInMilliseconds();
+    return music;
 }
 
 } // namespace desktop

@@ -17,6 +17,7 @@ constexpr const char* kId3GenreFrame = "TGNR";
 /// A music file of a format that the tag library knows, and its tags.
 struct MusicFile {
     std::unique_ptr<TagLib::File> file;            ///< null when the format is another one
+    int length = 0;                                ///< milliseconds; 0: not known
     std::vector<std::unique_ptr<TagLib::Tag>> own; ///< tags that are not the file's
     std::vector<const TagLib::Tag*> tags;          ///< all of them; what is trusted most comes first
     bool isPartlyKnown = false; ///< length and tags may also be in places where the tag library does not look

@@ -9,7 +9,6 @@
 
 #include <taglib/apetag.h>
 #include <taglib/asftag.h>
-#include <taglib/audioproperties.h>
 #include <taglib/id3v2tag.h>
 #include <taglib/mp4tag.h>
 #include <taglib/textidentificationframe.h>
@@ -122,7 +121,7 @@ MediaMetadata metadataOf(const TagLib::Tag& tag)
 MediaMetadata metadataOf(const MusicFile& music)
 {
     MediaMetadata metadata;
-    metadata.duration = std::max(music.file->audioProperties()->lengthInMilliseconds() + 500, 0) / 1000;
+    metadata.duration = std::max(music.length + 500, 0) / 1000;
     for (const TagLib::Tag* const tag : music.tags) {
         add(metadata, metadataOf(*tag));
     }

@@ -195,6 +195,36 @@ TEST_F(MediaMetadataTest, Video_TellsItsLengthAndSize)
     EXPECT_EQ(media.metadata(demoFile("Movies/two subtitle tracks.mkv"), FILE_TYPE_VIDEO).title, "Embedded subtitles");
 }
 
+TEST_F(MediaMetadataTest, VideoWithoutALength_IsAsLongAsItsLastTimes)
+{
+    for (const char* form : {"matroska", "asf"}) {
+        testsupport::Program make({"sh", "-c",
+                                   "ffmpeg -nostdin -v error -f lavfi -i color=red:size=64x64:duration=17 -f "s + form +
+                                       " - >'" + folder.path("recording") + "'"});
+        ASSERT_EQ(make.wait(), 0) << make.errors();
+        const std::string bytes = testsupport::readFile(folder.path("recording"));
+        EXPECT_EQ(media.metadata(folder.path("recording"), FILE_TYPE_VIDEO).duration, 17) << form;
+        // Bytes that look like a cluster, and an end within a block, are no reason to give up.
+        const MediaMetadata cut =
+            media.metadata(made("cut", bytes + "\x1F\x43\xB6\x75\x81?" + "\x1F\x43\xB6\x75"), FILE_TYPE_VIDEO);
+        EXPECT_EQ(cut.duration, 17) << form;
+        const int half = media.metadata(made("cut", bytes.substr(0, bytes.size() / 2)), FILE_TYPE_VIDEO).duration;
+        EXPECT_GT(half, 3) << form;
+        EXPECT_LT(half, 15) << form;
+    }
+}
+
+TEST_F(MediaMetadataTest, OggVideo_TellsTheTagsOfItsStreams)
+{
+    testsupport::Program make({"ffmpeg", "-nostdin", "-v", "error", "-f", "lavfi", "-i", "color=red:size=64x64:duration=1",
+                               "-c:v", "libtheora", "-metadata", "title=The Title", "-metadata", "date=2011",
+                               folder.path("video.ogv")});
+    ASSERT_EQ(make.wait(), 0) << make.errors();
+    const MediaMetadata metadata = media.metadata(folder.path("video.ogv"), FILE_TYPE_VIDEO);
+    EXPECT_EQ(metadata.title, "The Title");
+    EXPECT_EQ(metadata.year, "2011");
+}
+
 TEST_F(MediaMetadataTest, VideoHeldUpright_HasItsSizeAsShown)
 {
     testsupport::Program turn({"ffmpeg", "-nostdin", "-v", "error", "-i", demoFile("Movies/counter.mp4"), "-c", "copy",

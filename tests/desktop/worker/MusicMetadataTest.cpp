@@ -130,6 +130,38 @@ TEST_F(MusicMetadataTest, FragmentedM4a_IsAsLongAsItsFragments)
     }
 }
 
+std::string mp3Frames(char rate, std::size_t length, int count)
+{
+    std::string frames;
+    for (int i = 0; i < count; ++i) {
+        frames += "\xFF\xFB"s + rate + '\x64' + std::string(length - 4, '\0');
+    }
+    return frames;
+}
+
+TEST_F(MusicMetadataTest, Mp3WhoseRateChanges_IsAsLongAsItsFrames)
+{
+    const std::string fast = mp3Frames('\x90', 417, 400); // 10.4 seconds of 128 kbit/s
+    const std::string slow = mp3Frames('\x10', 104, 400); // and of 32
+    const std::string tag = id3Tag(textFrame("TIT2", 0, "Title"));
+    EXPECT_EQ(read(tag + fast + slow).duration, 21);
+    EXPECT_EQ(read(tag + slow + fast).duration, 21);
+    EXPECT_EQ(read(tag + slow + "noise" + fast + "TAG" + std::string(125, 'x')).duration, 21);
+    EXPECT_EQ(read(tag + fast).duration, 10);
+}
+
+TEST_F(MusicMetadataTest, RecordingWithoutALength_IsAsLongAsItsLastTimes)
+{
+    for (const char* form : {"flac -c:a flac", "wv -c:a wavpack", "matroska -c:a flac", "webm -c:a libopus"}) {
+        SCOPED_TRACE(form);
+        Program make({"sh", "-c",
+                      "ffmpeg -nostdin -v error -f lavfi -i sine=duration=17 -f "s + form + " - >'" +
+                          folder.path("recording") + "'"});
+        ASSERT_EQ(make.wait(), 0) << make.errors();
+        EXPECT_EQ(media.metadata(folder.path("recording"), FILE_TYPE_MUSIC).duration, 17);
+    }
+}
+
 TEST_F(MusicMetadataTest, QuickTimeSound_TellsItsOwnTags)
 {
     expectTheTags(readTone("sound.m4a", {"-c:a", "aac", "-f", "mov"}));
