@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cstdio>
 #include <memory>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -106,6 +107,13 @@ bool isPanorama(const Exiv2::Image& image)
     return projection == "equirectangular" && viewer != "false";
 }
 
+// The decoder of JPEG XL turns it, as the picture itself says; what EXIF says of it is not to count.
+bool turnsItself(const MappedFile& file)
+{
+    constexpr std::string_view kBegin("\0\0\0\x0CJXL ", 8);
+    return std::string_view(reinterpret_cast<const char*>(file.data()), file.size()).starts_with(kBegin);
+}
+
 Turn turnOf(const Exiv2::Image& image)
 {
     constexpr Turn kTurns[] = {{false, 0}, {true, 0}, {false, 2}, {true, 2}, {true, 3}, {false, 1}, {true, 1}, {false, 3}};
@@ -119,7 +127,7 @@ Turn turnOf(const Exiv2::Image& image)
 MediaMetadata readPhotoMetadata(const MappedFile& file)
 try {
     const ImagePointer image = openImage(file);
-    const Turn turn = turnOf(*image);
+    const Turn turn = turnsItself(file) ? Turn() : turnOf(*image);
     MediaMetadata metadata;
     metadata.taken = dateTaken(*image);
     metadata.width = image->pixelWidth();
@@ -136,7 +144,7 @@ try {
 
 Turn readPhotoTurn(const MappedFile& file)
 try {
-    return turnOf(*openImage(file));
+    return turnsItself(file) ? Turn() : turnOf(*openImage(file));
 } catch (const Exiv2::AnyError&) {
     return Turn();
 }

@@ -1,12 +1,14 @@
 #include "tests/desktop/support/Heic.h"
 #include "tests/desktop/support/MediaReading.h"
 #include "tests/desktop/support/Photos.h"
+#include "tests/desktop/support/Program.h"
 
 #include <gtest/gtest.h>
 
 namespace desktop {
 namespace {
 
+using namespace std::string_literals;
 using namespace testsupport;
 
 class PhotoMetadataTest : public MediaFileTest {
@@ -86,6 +88,30 @@ TEST_F(PhotoMetadataTest, XmpOfOtherContainers_IsReadLikewise)
         EXPECT_EQ(metadata.taken, "2021-03-04 05:06:07");
         EXPECT_EQ(metadata.width, 64);
     }
+}
+
+TEST_F(PhotoMetadataTest, JpegXl_IsNotTurnedAsExifSays)
+{
+    Program convert({"ffmpeg", "-nostdin", "-v", "error", "-i", made("a.jpg", fourFieldsJpeg(64, 32, 1)), "-c:v", "libjxl",
+                     "-pix_fmt", "rgb24", folder.path("a.jxl")});
+    ASSERT_EQ(convert.wait(), 0) << convert.errors();
+    const auto box = [](const std::string& name, const std::string& content) {
+        return bigEndian(content.size() + 8) + name + content;
+    };
+    // A TIFF with the orientation 6 and the date.
+    const std::string exif = bigEndian(0) + "MM\0*"s + bigEndian(8) + bigEndian(2, 2) + bigEndian(0x01120003) +
+                             bigEndian(1) + bigEndian(6, 2) + bigEndian(0, 2) + bigEndian(0x01320002) + bigEndian(20) +
+                             bigEndian(38) + bigEndian(0) + kExif + '\0';
+    const std::string photo = box("JXL ", "\r\n\x87\n") + box("ftyp", "jxl " + bigEndian(0) + "jxl ") + box("Exif", exif) +
+                              box("jxlc", readFile(folder.path("a.jxl")));
+    const MediaMetadata metadata = read(photo);
+    EXPECT_EQ(metadata.taken, "2020-02-29 01:02:03");
+    EXPECT_EQ(metadata.width, 64);
+    EXPECT_EQ(metadata.height, 32);
+    EXPECT_EQ(metadata.rotation, 0);
+    const Thumbnail thumbnail = media.thumbnail(made("photo", photo), FILE_TYPE_PHOTO, 100, 100);
+    EXPECT_EQ(thumbnail.error, "");
+    EXPECT_EQ(thumbnail.picture.width, 64);
 }
 
 } // namespace
