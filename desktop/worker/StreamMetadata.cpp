@@ -1,6 +1,6 @@
 #include "desktop/worker/StreamMetadata.h"
 
-#include "desktop/worker/StreamEnd.h"
+#include "desktop/worker/StreamLength.h"
 #include "desktop/worker/TagText.h"
 
 #include <array>
@@ -62,7 +62,7 @@ MediaMetadata readStreamMetadata(AvInput& input)
             std::swap(metadata.width, metadata.height);
         }
     }
-    metadata.duration = wholeSeconds(input->duration > 0 ? input->duration : lengthByItsEnd(input));
+    metadata.duration = wholeSeconds(lengthOf(input));
     return metadata;
 }
 

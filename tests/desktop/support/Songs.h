@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace testsupport {
@@ -18,7 +19,7 @@ inline std::string silentMp3()
 }
 
 /// @p number in @p size bytes.
-inline std::string bigEndian(std::size_t number, int size = 4)
+inline std::string bigEndian(std::uint64_t number, int size = 4)
 {
     std::string bytes;
     for (int i = size - 1; i >= 0; --i) {
@@ -27,7 +28,7 @@ inline std::string bigEndian(std::size_t number, int size = 4)
     return bytes;
 }
 
-inline std::string littleEndian(std::size_t number, int size = 4)
+inline std::string littleEndian(std::uint64_t number, int size = 4)
 {
     const std::string bytes = bigEndian(number, size);
     return {bytes.rbegin(), bytes.rend()};

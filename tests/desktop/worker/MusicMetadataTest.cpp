@@ -150,6 +150,24 @@ TEST_F(MusicMetadataTest, Mp3WhoseRateChanges_IsAsLongAsItsFrames)
     EXPECT_EQ(read(tag + fast).duration, 10);
 }
 
+TEST_F(MusicMetadataTest, AacWithoutAContainer_IsAsLongAsItsFrames)
+{
+    for (const char* loud : {"gte(t\\,15)", "lt(t\\,15)"}) {
+        const std::string file = folder.path("loud.aac");
+        Program make({"ffmpeg", "-nostdin", "-v", "error", "-y", "-f", "lavfi", "-i",
+                      "aevalsrc=random(0)*0.9*"s + loud + ":duration=30", "-c:a", "aac", "-q:a", "2", file});
+        ASSERT_EQ(make.wait(), 0) << make.errors();
+        EXPECT_EQ(media.metadata(file, FILE_TYPE_MUSIC).duration, 30) << loud;
+        // Of very many frames not all are read.
+        std::string many;
+        for (const std::string bytes = readFile(file); many.size() < (40U << 20);) {
+            many += bytes;
+        }
+        const auto times = static_cast<double>(many.size() / readFile(file).size());
+        EXPECT_NEAR(media.metadata(made("many.aac", many), FILE_TYPE_MUSIC).duration, 30 * times, 0.02 * 30 * times);
+    }
+}
+
 TEST_F(MusicMetadataTest, RecordingWithoutALength_IsAsLongAsItsLastTimes)
 {
     for (const char* form : {"flac -c:a flac", "wv -c:a wavpack", "matroska -c:a flac", "webm -c:a libopus"}) {

@@ -1,4 +1,4 @@
-#include "desktop/worker/StreamEnd.h"
+#include "desktop/worker/StreamLength.h"
 
 #include <algorithm>
 #include <optional>
@@ -122,8 +122,6 @@ std::int64_t lengthByPackets(AvInput& input)
     return input.timeIsOver() ? 0 : end;
 }
 
-} // namespace
-
 std::int64_t lengthByItsEnd(AvInput& input)
 {
     const std::string_view format = input->iformat->name;
@@ -135,6 +133,33 @@ std::int64_t lengthByItsEnd(AvInput& input)
         end = lengthByPackets(input);
     }
     return std::max<std::int64_t>(end - start, 0);
+}
+
+/// Frames without a container: by all of them, or by those at the beginning when there are too many.
+std::int64_t lengthByFrames(AvInput& input)
+{
+    constexpr std::int64_t kMaxRead = 32 << 20; // bytes
+    const PacketPointer packet = own(av_packet_alloc());
+    std::int64_t length = 0;
+    std::int64_t bytes = 0;
+    while (bytes < kMaxRead && av_read_frame(input.operator->(), packet.get()) >= 0) {
+        length += av_rescale_q(packet->duration, input->streams[packet->stream_index]->time_base, AV_TIME_BASE_Q);
+        bytes += packet->size;
+        av_packet_unref(packet.get());
+    }
+    const bool isAll = bytes < kMaxRead && !input.timeIsOver();
+    return isAll || bytes == 0 ? length : av_rescale(length, std::max(avio_size(input->pb), bytes), bytes);
+}
+
+} // namespace
+
+std::int64_t lengthOf(AvInput& input)
+{
+    const std::string_view format = input->iformat->name;
+    if (format == "aac"sv || format == "amr"sv) { // which the library measures by their first frames
+        return lengthByFrames(input);
+    }
+    return input->duration > 0 ? input->duration : lengthByItsEnd(input);
 }
 
 } // namespace desktop
