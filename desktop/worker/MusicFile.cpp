@@ -158,25 +158,35 @@ public:
 
     using File::chunkCount;
     using File::chunkData;
+    using File::chunkDataSize;
     using File::chunkName;
     using File::chunkOffset;
 };
 
+/// Adds what chunk @p name says to @p texts, which are those of a WAV or an AIFF file.
+void addText(std::unique_ptr<TagLib::RIFF::Info::Tag>& texts, const TagLib::ByteVector& name, const TagLib::ByteVector& data)
+{
+    if (name == "NAME") {
+        texts->setTitle(keepBytes(data));
+    } else if (name == "AUTH") {
+        texts->setArtist(keepBytes(data));
+    } else if (name == "LIST" && data.startsWith("INFO")) {
+        texts = std::make_unique<TagLib::RIFF::Info::Tag>(data);
+    }
+}
+
 // ID3 comes first, whichever order the chunks have.
 void addTagsOfChunks(MusicFile& music, TagStream& stream, Chunks& chunks)
 {
+    constexpr unsigned int kMaxTexts = 1U << 20; // bytes: more is a damaged claim
     auto texts = std::make_unique<TagLib::RIFF::Info::Tag>();
     for (unsigned int i = 0; i < chunks.chunkCount(); ++i) {
         const TagLib::ByteVector name = chunks.chunkName(i);
         if (name == "ID3 " || name == "id3 ") {
             const long begin = stream.hideExtendedHeader(chunks.chunkOffset(i));
             addOwnTag(music, std::make_unique<TagLib::ID3v2::Tag>(&chunks, begin, frameFactory()));
-        } else if (name == "NAME") {
-            texts->setTitle(keepBytes(chunks.chunkData(i)));
-        } else if (name == "AUTH") {
-            texts->setArtist(keepBytes(chunks.chunkData(i)));
-        } else if (name == "LIST" && chunks.chunkData(i).startsWith("INFO")) {
-            texts = std::make_unique<TagLib::RIFF::Info::Tag>(chunks.chunkData(i));
+        } else if ((name == "NAME" || name == "AUTH" || name == "LIST") && chunks.chunkDataSize(i) <= kMaxTexts) {
+            addText(texts, name, chunks.chunkData(i));
         }
     }
     addOwnTag(music, std::move(texts));

@@ -129,6 +129,16 @@ MediaMetadata metadataOf(const MusicFile& music)
     return metadata;
 }
 
+// The library leaves out texts that are not in the charset that they claim; and some tags are in places that it does not
+// know.
+bool mayTellMore(const MusicFile& music, const MediaMetadata& metadata)
+{
+    const bool isTagged =
+        std::any_of(music.tags.begin(), music.tags.end(), [](const TagLib::Tag* tag) { return !tag->isEmpty(); });
+    return metadata.duration == 0 || music.isPartlyKnown ||
+           (isTagged && (metadata.title.empty() || metadata.artists.empty()));
+}
+
 MediaMetadata streamMetadata(int fd)
 {
     AvInput input(fd);
@@ -146,10 +156,12 @@ MediaMetadata readMusicMetadata(int fd)
         return streamMetadata(fd);
     }
     MediaMetadata metadata = metadataOf(music);
-    if (metadata.duration == 0 || music.isPartlyKnown) {
+    if (mayTellMore(music, metadata)) {
         try {
             const MediaMetadata more = streamMetadata(fd);
-            metadata.duration = std::max(metadata.duration, more.duration);
+            if (metadata.duration == 0 || music.isPartlyKnown) {
+                metadata.duration = std::max(metadata.duration, more.duration);
+            }
             add(metadata, more);
         } catch (const MediaError&) { // what the tag library knows has to do
         }

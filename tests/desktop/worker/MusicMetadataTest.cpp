@@ -308,6 +308,17 @@ TEST_F(MusicMetadataTest, SeveralVorbisComments_AreKeptApart)
     EXPECT_EQ(metadata.duration, 5);
 }
 
+TEST_F(MusicMetadataTest, TextThatIsNotInTheCharsetItClaims_IsReadInTheOneItSpeaksFor)
+{
+    constexpr const char* kSong = "\xC3\xF0\xF3\xEF\xEF\xE0 \xEA\xF0\xEE\xE2\xE8"; // "Группа крови" in Windows-1251
+    for (const std::string& bytes : {flacFile(5, {std::string("TITLE=") + kSong, "ARTIST=Kino"}),
+                                     id3Tag(textFrame("TIT2", 3, kSong) + textFrame("TPE1", 3, "Kino"), 4) + silentMp3()}) {
+        const MediaMetadata metadata = read(bytes);
+        EXPECT_EQ(metadata.title, "Группа крови");
+        EXPECT_THAT(metadata.artists, ElementsAre("Kino"));
+    }
+}
+
 std::string atom(const std::string& name, const std::string& content)
 {
     return bigEndian(content.size() + 8) + name + content;
