@@ -23,6 +23,9 @@ ImagePointer openImage(const MappedFile& file)
 {
     Exiv2::enableBMFF(true); // HEIC and its like are left out unless asked for
     ImagePointer image(Exiv2::ImageFactory::open(file.data(), static_cast<long>(file.size())).release());
+    if (image->mimeType().starts_with("video/")) {
+        throw MediaError("The file is no photo."); // and what the library reads videos with overruns its memory
+    }
     image->readMetadata();
     return image;
 }
@@ -146,6 +149,8 @@ Turn readPhotoTurn(const MappedFile& file)
 try {
     return turnsItself(file) ? Turn() : turnOf(*openImage(file));
 } catch (const Exiv2::AnyError&) {
+    return Turn();
+} catch (const MediaError&) {
     return Turn();
 }
 

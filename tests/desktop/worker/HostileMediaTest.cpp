@@ -1,5 +1,6 @@
 #include "tests/desktop/support/DemoStick.h"
 #include "tests/desktop/support/MediaReading.h"
+#include "tests/desktop/support/Songs.h"
 
 #include "desktop/text/NameEncoding.h"
 
@@ -147,6 +148,20 @@ TEST_F(HostileMediaTest, ExifThatCountsToBillions_CostsOnlyItself)
     photo.replace(count, 4, "\xFF\xFF\xFF\xFF");
     read(made(photo), FILE_TYPE_PHOTO);
     expectThatWorkGoesOn();
+}
+
+TEST_F(HostileMediaTest, VideoNamedLikeAPhoto_IsNotReadAsOne)
+{
+    testsupport::StandIn counting("echo started >> $0.log; exec '" MEDIA_WORKER "'");
+    testsupport::MediaReading counted({counting.program()});
+    const std::string title = testsupport::riffChunk("INAM", std::string(400'000, 'x'));
+    for (const char* kind : {"AVI ", "WAVE"}) {
+        const std::string bytes = testsupport::riffChunk("RIFF", kind + testsupport::riffChunk("LIST", "INFO" + title));
+        EXPECT_NE(counted.metadata(made(bytes), FILE_TYPE_PHOTO).error, "") << kind;
+        EXPECT_NE(counted.thumbnail(made(bytes), FILE_TYPE_PHOTO).error, "") << kind;
+    }
+    EXPECT_EQ(counted.metadata(demoFile("Photos/2023/winter.jpg"), FILE_TYPE_PHOTO).width, 1280);
+    EXPECT_EQ(counting.log(), "started\n"); // refused, not killed
 }
 
 TEST_F(HostileMediaTest, FileFullOfNothing_IsAnErrorSoon)
