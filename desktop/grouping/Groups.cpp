@@ -1,6 +1,7 @@
 #include "desktop/grouping/Groups.h"
 
 #include "desktop/text/AsciiText.h"
+#include "desktop/text/FoldedText.h"
 #include "desktop/text/NaturalOrder.h"
 
 #include <algorithm>
@@ -24,27 +25,56 @@ std::string part(const std::string& taken, std::size_t begin, std::size_t length
     return taken.size() >= begin + length ? taken.substr(begin, length) : "";
 }
 
-// Empty when the metadata has none.
-std::string groupOf(const MediaMetadata& metadata, GroupFileType type)
+std::vector<std::string> withoutEmpty(const std::vector<std::string>& values)
+{
+    std::vector<std::string> names;
+    for (const std::string& value : values) {
+        std::string name = trimmed(value);
+        if (!name.empty()) {
+            names.push_back(std::move(name));
+        }
+    }
+    return names;
+}
+
+/// The names of the groups to which a file belongs; none when its metadata does not tell.
+std::vector<std::string> groupsOf(const MediaMetadata& metadata, GroupFileType type)
 {
     switch (type) {
     case GROUP_TYPE_GENRE:
-        return trimmed(metadata.genre);
+        return withoutEmpty(metadata.genres);
     case GROUP_TYPE_ARTIST:
-        return trimmed(metadata.artist);
+        return withoutEmpty(metadata.artists);
     case GROUP_TYPE_ALBUM:
-        return trimmed(metadata.album);
+        return withoutEmpty({metadata.album});
     case GROUP_TYPE_DATE:
-        return part(metadata.taken, 0, kDayLength);
+        return withoutEmpty({part(metadata.taken, 0, kDayLength)});
     case GROUP_TYPE_MONTH:
-        return part(metadata.taken, 0, kYearAndMonthLength);
+        return withoutEmpty({part(metadata.taken, 0, kYearAndMonthLength)});
     case GROUP_TYPE_MONTH_OF_YEAR:
-        return part(metadata.taken, kMonthBegin, kMonthLength);
+        return withoutEmpty({part(metadata.taken, kMonthBegin, kMonthLength)});
     case GROUP_TYPE_YEAR:
-        return part(metadata.taken, 0, kYearLength);
+        return withoutEmpty({part(metadata.taken, 0, kYearLength)});
     default:
-        return kAll;
+        return {kAll};
     }
+}
+
+using Spellings = std::map<std::string, std::size_t>; ///< of one name, and how many files have each
+
+/// The spelling that most files have; of several such, the first in natural order.
+std::string commonest(const Spellings& spellings)
+{
+    const auto fewer = [](const auto& a, const auto& b) { return a.second < b.second; };
+    const std::size_t most = std::max_element(spellings.begin(), spellings.end(), fewer)->second;
+    std::vector<std::string> candidates;
+    for (const auto& [spelling, files] : spellings) {
+        if (files == most) {
+            candidates.push_back(spelling);
+        }
+    }
+    sortNaturally(candidates, [](const std::string& spelling) { return spelling; });
+    return candidates.front();
 }
 
 } // namespace
@@ -52,28 +82,44 @@ std::string groupOf(const MediaMetadata& metadata, GroupFileType type)
 Groups::Groups(MediaEntries entries, GroupFileType type)
     : m_entries(std::move(entries))
 {
+    std::map<std::string, Spellings> names; // by the names folded
     std::vector<const MediaEntry*> unknown;
     for (const MediaEntry& entry : m_entries) {
-        const std::string key = groupOf(entry.metadata, type);
-        std::vector<const MediaEntry*>& group = key.empty() ? unknown : m_files[key];
-        group.push_back(&entry);
+        const std::vector<std::string> groups = groupsOf(entry.metadata, type);
+        for (const std::string& name : groups) {
+            const std::string folded = foldedText(name);
+            std::vector<const MediaEntry*>& files = m_files[folded];
+            if (files.empty() || files.back() != &entry) {
+                files.push_back(&entry);
+                ++names[folded][name];
+            }
+        }
+        if (groups.empty()) {
+            unknown.push_back(&entry);
+        }
     }
-    for (const auto& group : m_files) {
-        m_keys.push_back(group.first);
+    for (const auto& spellings : names) {
+        m_keys.push_back(commonest(spellings.second));
     }
     sortNaturally(m_keys, [](const std::string& key) { return key; });
-    if (!unknown.empty()) {
-        std::vector<const MediaEntry*>& group = m_files[kUnknown];
-        if (group.empty()) {
-            m_keys.emplace_back(kUnknown);
-        }
-        group.insert(group.end(), unknown.begin(), unknown.end());
+    addUnknown(unknown);
+}
+
+void Groups::addUnknown(const std::vector<const MediaEntry*>& files)
+{
+    if (files.empty()) {
+        return;
     }
+    std::vector<const MediaEntry*>& group = m_files[foldedText(kUnknown)];
+    if (group.empty()) {
+        m_keys.emplace_back(kUnknown);
+    }
+    group.insert(group.end(), files.begin(), files.end());
 }
 
 std::optional<std::vector<const MediaEntry*>> Groups::files(const std::string& key, GroupOrder order) const
 {
-    const auto found = m_files.find(key);
+    const auto found = m_files.find(foldedText(trimmed(key)));
     if (found == m_files.end()) {
         return std::nullopt;
     }

@@ -5,6 +5,19 @@
 
 namespace desktop {
 
+namespace {
+
+std::string joined(const std::vector<std::string>& values)
+{
+    std::string text;
+    for (const std::string& value : values) {
+        text += (text.empty() ? "" : " / ") + value;
+    }
+    return text;
+}
+
+} // namespace
+
 FolderFileInfo_s describeEntry(const std::string& directory, const std::string& name, const EntryStatus& status)
 {
     FolderFileInfo_s entry;
@@ -44,7 +57,7 @@ media_file_info_s describeMedia(const std::string& path, FileType type, const st
     info.duration = metadata.duration;
     info.width = metadata.width;
     info.height = metadata.height;
-    info.music = {metadata.artist, metadata.album, metadata.genre};
+    info.music = {joined(metadata.artists), metadata.album, joined(metadata.genres)};
     return info;
 }
 

@@ -17,7 +17,8 @@ FolderFileInfo_s describeEntry(const std::string& directory, const std::string& 
 /// Shows @p entry, a photo, as the 360-degree photo that it is.
 void markPanorama(FolderFileInfo_s& entry);
 
-/// What a page shows of file @p path of @p type: @p metadata, and @p title where it has none.
+/// What a page shows of file @p path of @p type: @p metadata, several artists or genres joined by " / ", and @p title where
+/// it has none.
 media_file_info_s describeMedia(const std::string& path, FileType type, const std::string& title,
                                 const MediaMetadata& metadata);
 

@@ -4,6 +4,7 @@
 #include "desktop/base/Sqlite.h"
 
 #include <filesystem>
+#include <sstream>
 
 namespace desktop {
 
@@ -12,7 +13,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // A new layout of the tables gets a new name: it is only a cache.
-constexpr const char* kFileName = "media-index-1.sqlite";
+constexpr const char* kFileName = "media-index-2.sqlite";
 constexpr const char* kInMemory = ":memory:";
 
 constexpr const char* kSettings = "PRAGMA busy_timeout = 5000;"
@@ -23,13 +24,36 @@ constexpr const char* kTables =
     "CREATE TABLE IF NOT EXISTS folders (id INTEGER PRIMARY KEY, volume TEXT NOT NULL, path BLOB NOT NULL,"
     " UNIQUE (volume, path));"
     "CREATE TABLE IF NOT EXISTS files (folder INTEGER NOT NULL, name BLOB NOT NULL, size INTEGER NOT NULL,"
-    " modified INTEGER NOT NULL, title TEXT NOT NULL, artist TEXT NOT NULL, album TEXT NOT NULL, genre TEXT NOT NULL,"
-    " year TEXT NOT NULL, taken TEXT NOT NULL, duration INTEGER NOT NULL, width INTEGER NOT NULL, height INTEGER NOT NULL,"
+    " modified INTEGER NOT NULL, title TEXT NOT NULL, album TEXT NOT NULL, year TEXT NOT NULL, taken TEXT NOT NULL,"
+    " artists TEXT NOT NULL, genres TEXT NOT NULL, duration INTEGER NOT NULL, width INTEGER NOT NULL, height INTEGER NOT "
+    "NULL,"
     " rotation INTEGER NOT NULL, panorama INTEGER NOT NULL, error TEXT NOT NULL, PRIMARY KEY (folder, name)) WITHOUT ROWID;";
 
 // A folder and all below it: "0" is the character after "/".
 constexpr const char* kBelow = " FROM folders WHERE volume = ?1 AND (?2 = x'' OR path = ?2 OR"
                                " (path > CAST(?2 || '/' AS BLOB) AND path < CAST(?2 || '0' AS BLOB)))";
+
+// Several values lie in one column, a line each: no value has a line end of its own.
+constexpr char kLineEnd = '\n';
+
+std::vector<std::string> linesOf(const std::string& text)
+{
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line, kLineEnd);) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+std::string onLines(const std::vector<std::string>& values)
+{
+    std::string text;
+    for (const std::string& value : values) {
+        text += value + kLineEnd;
+    }
+    return text;
+}
 
 StoredFile fileOf(const SqliteStatement::Run& row)
 {
@@ -38,9 +62,11 @@ StoredFile fileOf(const SqliteStatement::Run& row)
     file.name = row.bytes(column++);
     file.stamp.size = static_cast<std::uint64_t>(row.integer(column++));
     file.stamp.modified = row.integer(column++);
-    for (std::string* text : {&file.metadata.title, &file.metadata.artist, &file.metadata.album, &file.metadata.genre,
-                              &file.metadata.year, &file.metadata.taken}) {
+    for (std::string* text : {&file.metadata.title, &file.metadata.album, &file.metadata.year, &file.metadata.taken}) {
         *text = row.bytes(column++);
+    }
+    for (std::vector<std::string>* values : {&file.metadata.artists, &file.metadata.genres}) {
+        *values = linesOf(row.bytes(column++));
     }
     for (int* number : {&file.metadata.duration, &file.metadata.width, &file.metadata.height, &file.metadata.rotation}) {
         *number = static_cast<int>(row.integer(column++));
@@ -50,19 +76,24 @@ StoredFile fileOf(const SqliteStatement::Run& row)
     return file;
 }
 
-void bindFile(SqliteStatement::Run& run, const StoredFile& file)
+// What is bound must live until the step.
+void addFile(SqliteStatement& statement, std::int64_t folder, const StoredFile& file)
 {
     const MediaMetadata& metadata = file.metadata;
+    const std::string artists = onLines(metadata.artists);
+    const std::string genres = onLines(metadata.genres);
+    SqliteStatement::Run run(statement);
+    run.bind(folder);
     run.bindBytes(file.name).bind(static_cast<std::int64_t>(file.stamp.size)).bind(file.stamp.modified);
-    for (const std::string* text :
-         {&metadata.title, &metadata.artist, &metadata.album, &metadata.genre, &metadata.year, &metadata.taken}) {
+    for (const std::string* text : {&metadata.title, &metadata.album, &metadata.year, &metadata.taken}) {
         run.bindText(*text);
     }
+    run.bindText(artists).bindText(genres);
     for (const int number :
          {metadata.duration, metadata.width, metadata.height, metadata.rotation, metadata.panorama ? 1 : 0}) {
         run.bind(number);
     }
-    run.bindText(metadata.error);
+    run.bindText(metadata.error).step();
 }
 
 /// Undone unless it is committed.
@@ -121,13 +152,13 @@ SqliteDatabase openDatabase(const std::string& file)
 struct MetadataDatabase::Connection {
     SqliteDatabase database;
     SqliteStatement select{database,
-                           "SELECT name, size, modified, title, artist, album, genre, year, taken, duration, width,"
+                           "SELECT name, size, modified, title, album, year, taken, artists, genres, duration, width,"
                            " height, rotation, panorama, error FROM files WHERE folder ="
                            " (SELECT id FROM folders WHERE volume = ?1 AND path = ?2)"};
     SqliteStatement addFolder{database, "INSERT OR IGNORE INTO folders (volume, path) VALUES (?1, ?2)"};
     SqliteStatement findFolder{database, "SELECT id FROM folders WHERE volume = ?1 AND path = ?2"};
-    SqliteStatement addFile{database, "INSERT OR REPLACE INTO files VALUES"
-                                      " (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15, ?16)"};
+    SqliteStatement insertFile{database, "INSERT OR REPLACE INTO files VALUES"
+                                         " (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15, ?16)"};
     SqliteStatement dropFiles{database,
                               (std::string("DELETE FROM files WHERE folder IN (SELECT id") + kBelow + ")").c_str()};
     SqliteStatement dropFolders{database, (std::string("DELETE") + kBelow).c_str()};
@@ -149,10 +180,7 @@ struct MetadataDatabase::Connection {
         run(addFolder, known.folder);
         const std::int64_t id = run(findFolder, known.folder);
         for (const StoredFile& file : known.files) {
-            SqliteStatement::Run row(addFile);
-            row.bind(id);
-            bindFile(row, file);
-            row.step();
+            addFile(insertFile, id, file);
         }
     }
 };

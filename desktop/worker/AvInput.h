@@ -23,6 +23,8 @@ public:
     AVStream* video() const;
     /// The stream that holds a picture of the whole; null when there is none.
     AVStream* cover() const;
+    /// Whether it has given up: what has been read may end too early then.
+    bool timeIsOver() { return isOver(this) != 0; }
     /// The next packet of @p stream into @p packet; false at the end.
     bool read(const AVStream& stream, AVPacket& packet);
 

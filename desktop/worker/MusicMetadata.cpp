@@ -1,132 +1,28 @@
 #include "desktop/worker/MusicMetadata.h"
 
-#include "desktop/worker/FileSize.h"
+#include "desktop/worker/Id3Genres.h"
+#include "desktop/worker/KeptBytes.h"
+#include "desktop/worker/MediaError.h"
+#include "desktop/worker/MusicFile.h"
+#include "desktop/worker/StreamMetadata.h"
 #include "desktop/worker/TagText.h"
 
-#include <taglib/fileref.h>
-#include <taglib/id3v1tag.h>
+#include <taglib/apetag.h>
+#include <taglib/asftag.h>
 #include <taglib/id3v2tag.h>
-#include <taglib/tag.h>
-#include <taglib/tiostream.h>
-
-#include <unistd.h>
+#include <taglib/mp4tag.h>
+#include <taglib/textidentificationframe.h>
+#include <taglib/tpropertymap.h>
+#include <taglib/xiphcomment.h>
 
 #include <algorithm>
-#include <array>
-#include <cerrno>
 #include <cstdio>
 
 namespace desktop {
 
 namespace {
 
-/// An open file as the tag library reads it; it is never written to. The library takes a few bytes at a time from places
-/// near each other: they are read together.
-class TagStream : public TagLib::IOStream {
-public:
-    explicit TagStream(int fd)
-        : m_fd(fd)
-    {
-        m_length = static_cast<long>(std::max<std::int64_t>(fileSize(fd), 0));
-    }
-
-    TagLib::FileName name() const override { return ""; } // the format is found by the content
-    TagLib::ByteVector readBlock(unsigned long length) override
-    {
-        // A size that a damaged file claims must not be allocated before it is there.
-        const long rest = std::max(m_length - m_offset, 0L);
-        const long wanted = static_cast<long>(std::min(static_cast<unsigned long>(rest), length));
-        const long offset = m_offset;
-        m_offset += wanted;
-        if (offset / kWindow != (m_offset - 1) / kWindow) {
-            TagLib::ByteVector block(static_cast<unsigned int>(wanted), 0);
-            block.resize(read(block.data(), block.size(), offset));
-            return block;
-        }
-        moveWindow(offset / kWindow * kWindow);
-        const long behind = std::min(offset - m_start, long{m_filled});
-        return {m_window.data() + behind, static_cast<unsigned int>(std::min(wanted, m_filled - behind))};
-    }
-    void writeBlock(const TagLib::ByteVector& /*data*/) override {}
-    void insert(const TagLib::ByteVector& /*data*/, unsigned long /*start*/, unsigned long /*replace*/) override {}
-    void removeBlock(unsigned long /*start*/, unsigned long /*length*/) override {}
-    bool readOnly() const override { return true; }
-    bool isOpen() const override { return true; }
-    void seek(long offset, Position from) override
-    {
-        const long base = from == Beginning ? 0 : from == Current ? m_offset : length();
-        m_offset = std::max(base + offset, 0L);
-    }
-    long tell() const override { return m_offset; }
-    long length() override { return m_length; }
-    void truncate(long /*length*/) override {}
-
-private:
-    static constexpr long kWindow = 8192;
-
-    unsigned int read(char* data, std::size_t size, long offset) const
-    {
-        const ssize_t got = TEMP_FAILURE_RETRY(pread(m_fd, data, size, offset));
-        return got > 0 ? static_cast<unsigned int>(got) : 0;
-    }
-
-    void moveWindow(long start)
-    {
-        if (start != m_start) {
-            m_start = start;
-            m_filled = read(m_window.data(), m_window.size(), start);
-        }
-    }
-
-    int m_fd;
-    long m_length = 0; ///< when it was opened
-    long m_offset = 0;
-    long m_start = -1;         ///< of the window, in the file
-    unsigned int m_filled = 0; ///< bytes of the window
-    std::array<char, kWindow> m_window = {};
-};
-
-constexpr wchar_t kKept = 0xF700; // and the byte: private characters for what is in no known charset
-
-/// Keeps the bytes of tags that do not say their charset, or that say Latin whatever it is.
-template <typename Handler>
-class KeepBytes : public Handler {
-public:
-    TagLib::String parse(const TagLib::ByteVector& data) const override
-    {
-        std::wstring kept;
-        for (const char c : data) {
-            const auto byte = static_cast<unsigned char>(c);
-            if (byte == 0) {
-                break;
-            }
-            kept += static_cast<wchar_t>(byte < 0x80 ? byte : kKept + byte);
-        }
-        return kept;
-    }
-};
-
-void keepBytesOfTags()
-{
-    static const KeepBytes<TagLib::ID3v1::StringHandler> first;
-    static const KeepBytes<TagLib::ID3v2::Latin1StringHandler> second;
-    TagLib::ID3v1::Tag::setStringHandler(&first);
-    TagLib::ID3v2::Tag::setLatin1StringHandler(&second);
-}
-
-// As it is stored: its bytes when they were kept, else UTF-8.
-std::string stored(const TagLib::String& tag)
-{
-    const auto isKept = [](wchar_t c) { return c >= kKept + 0x80 && c <= kKept + 0xFF; };
-    if (std::none_of(tag.begin(), tag.end(), isKept)) {
-        return tag.to8Bit(true);
-    }
-    std::string bytes;
-    for (const wchar_t c : tag) {
-        bytes += static_cast<char>(c & 0xFF);
-    }
-    return bytes;
-}
+using Values = std::vector<std::string>;
 
 std::string fourDigits(unsigned int year)
 {
@@ -137,25 +33,138 @@ std::string fourDigits(unsigned int year)
     return digits;
 }
 
+Values valuesOf(const TagLib::StringList& texts)
+{
+    Values values;
+    for (const TagLib::String& text : texts) {
+        values.push_back(stored(text));
+    }
+    return values;
+}
+
+/// The values of all of a tag's text frames @p name.
+Values frameValues(const TagLib::ID3v2::Tag& tag, const char* name)
+{
+    Values values;
+    for (const TagLib::ID3v2::Frame* const frame : tag.frameListMap()[name]) {
+        if (const auto* const text = dynamic_cast<const TagLib::ID3v2::TextIdentificationFrame*>(frame)) {
+            const Values more = valuesOf(text->fieldList());
+            values.insert(values.end(), more.begin(), more.end());
+        }
+    }
+    return values;
+}
+
+Values genresOf(const TagLib::ID3v2::Tag& tag)
+{
+    Values genres;
+    for (const std::string& value : frameValues(tag, kId3GenreFrame)) {
+        const Values some = genresOfId3(value);
+        genres.insert(genres.end(), some.begin(), some.end());
+    }
+    return genres;
+}
+
+/// What @p tag holds under the names that all kinds of tags share; the library does not find the kind itself.
+TagLib::PropertyMap propertiesOf(const TagLib::Tag& tag)
+{
+    if (const auto* const ape = dynamic_cast<const TagLib::APE::Tag*>(&tag)) {
+        return ape->properties();
+    }
+    if (const auto* const comment = dynamic_cast<const TagLib::Ogg::XiphComment*>(&tag)) {
+        return comment->properties();
+    }
+    if (const auto* const mp4 = dynamic_cast<const TagLib::MP4::Tag*>(&tag)) {
+        return mp4->properties();
+    }
+    if (const auto* const asf = dynamic_cast<const TagLib::ASF::Tag*>(&tag)) {
+        return asf->properties();
+    }
+    return tag.properties();
+}
+
+/// Fills in what @p metadata has not yet.
+void add(MediaMetadata& metadata, const MediaMetadata& more)
+{
+    for (std::string MediaMetadata::*const text : {&MediaMetadata::title, &MediaMetadata::album, &MediaMetadata::year}) {
+        if ((metadata.*text).empty()) {
+            metadata.*text = more.*text;
+        }
+    }
+    for (Values MediaMetadata::*const values : {&MediaMetadata::artists, &MediaMetadata::genres}) {
+        if ((metadata.*values).empty()) {
+            metadata.*values = more.*values;
+        }
+    }
+}
+
+MediaMetadata metadataOf(const TagLib::Tag& tag)
+{
+    MediaMetadata metadata;
+    metadata.title = stored(tag.title());
+    metadata.album = stored(tag.album());
+    metadata.year = fourDigits(tag.year());
+    if (const auto* const id3 = dynamic_cast<const TagLib::ID3v2::Tag*>(&tag)) {
+        metadata.artists = frameValues(*id3, "TPE1");
+        metadata.genres = genresOf(*id3);
+        return metadata;
+    }
+    const TagLib::PropertyMap properties = propertiesOf(tag);
+    metadata.artists = valuesOf(properties["ARTIST"]);
+    metadata.genres = valuesOf(properties["GENRE"]);
+    if (metadata.year.empty()) { // what is a year for one writer is a date for another
+        metadata.year = yearOf(stored(properties["DATE"].toString()));
+    }
+    return metadata;
+}
+
+MediaMetadata metadataOf(const MusicFile& music)
+{
+    MediaMetadata metadata;
+    metadata.duration = std::max(music.length + 500, 0) / 1000;
+    for (const TagLib::Tag* const tag : music.tags) {
+        add(metadata, metadataOf(*tag));
+    }
+    tidyTexts(metadata);
+    return metadata;
+}
+
+// The library leaves out texts that are not in the charset that they claim; and some tags are in places that it does not
+// know.
+bool mayTellMore(const MusicFile& music, const MediaMetadata& metadata)
+{
+    const bool isTagged =
+        std::any_of(music.tags.begin(), music.tags.end(), [](const TagLib::Tag* tag) { return !tag->isEmpty(); });
+    return metadata.duration == 0 || music.isPartlyKnown ||
+           (isTagged && (metadata.title.empty() || metadata.artists.empty()));
+}
+
+MediaMetadata streamMetadata(int fd)
+{
+    AvInput input(fd);
+    return readStreamMetadata(input);
+}
+
 } // namespace
 
-std::optional<MediaMetadata> readMusicMetadata(int fd)
+MediaMetadata readMusicMetadata(int fd)
 {
     keepBytesOfTags();
     TagStream stream(fd);
-    const TagLib::FileRef file(&stream);
-    if (file.isNull() || file.audioProperties() == nullptr) {
-        return std::nullopt;
+    const MusicFile music = openMusicFile(stream);
+    if (music.file == nullptr) {
+        return streamMetadata(fd);
     }
-    MediaMetadata metadata;
-    metadata.duration = std::max(file.audioProperties()->lengthInMilliseconds() + 500, 0) / 1000;
-    if (const TagLib::Tag* const tag = file.tag()) {
-        metadata.title = stored(tag->title());
-        metadata.artist = stored(tag->artist());
-        metadata.album = stored(tag->album());
-        metadata.genre = stored(tag->genre());
-        metadata.year = fourDigits(tag->year());
-        tidyTexts(metadata);
+    MediaMetadata metadata = metadataOf(music);
+    if (mayTellMore(music, metadata)) {
+        try {
+            const MediaMetadata more = streamMetadata(fd);
+            if (metadata.duration == 0 || music.isPartlyKnown) {
+                metadata.duration = std::max(metadata.duration, more.duration);
+            }
+            add(metadata, more);
+        } catch (const MediaError&) { // what the tag library knows has to do
+        }
     }
     return metadata;
 }

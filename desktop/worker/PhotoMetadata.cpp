@@ -2,11 +2,16 @@
 
 #include "desktop/worker/MediaError.h"
 
+#include "desktop/text/AsciiText.h"
+
 #include <exiv2/exiv2.hpp>
 
+#include <chrono>
 #include <cstdio>
 #include <memory>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 namespace desktop {
 
@@ -18,6 +23,9 @@ ImagePointer openImage(const MappedFile& file)
 {
     Exiv2::enableBMFF(true); // HEIC and its like are left out unless asked for
     ImagePointer image(Exiv2::ImageFactory::open(file.data(), static_cast<long>(file.size())).release());
+    if (image->mimeType().starts_with("video/")) {
+        throw MediaError("The file is no photo."); // and what the library reads videos with overruns its memory
+    }
     image->readMetadata();
     return image;
 }
@@ -34,14 +42,28 @@ std::string xmpText(const Exiv2::XmpData& xmp, const char* key)
     return found != xmp.end() ? found->toString() : "";
 }
 
+std::string iptcText(const Exiv2::IptcData& iptc, const char* key)
+{
+    const auto found = iptc.findKey(Exiv2::IptcKey(key));
+    return found != iptc.end() ? found->toString() : "";
+}
+
+/// Whether there has been such a day.
+bool isDay(int year, int month, int day)
+{
+    const std::chrono::year_month_day date(std::chrono::year(year), std::chrono::month(static_cast<unsigned int>(month)),
+                                           std::chrono::day(static_cast<unsigned int>(day)));
+    return year > 0 && month > 0 && day > 0 && date.ok();
+}
+
 /// @p date, "2024:05:01 12:00:02" or "2024-05-01T12:00:02" and the like, in our form; empty when it is no date.
 std::string uniformDate(const std::string& date)
 {
     int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
     const int read =
         std::sscanf(date.c_str(), "%4d%*1[:-]%2d%*1[:-]%2d%*1[ T]%2d:%2d:%2d", &year, &month, &day, &hour, &minute, &second);
-    const bool isDate = read >= 3 && year > 0 && month >= 1 && month <= 12 && day >= 1 && day <= 31 && hour >= 0 &&
-                        hour < 24 && minute >= 0 && minute < 60 && second >= 0 && second <= 60;
+    const bool isDate = read >= 3 && isDay(year, month, day) && hour >= 0 && hour < 24 && minute >= 0 && minute < 60 &&
+                        second >= 0 && second <= 60;
     char text[sizeof "YYYY-MM-DD hh:mm:ss"] = "";
     if (isDate) {
         std::snprintf(text, sizeof text, "%04u-%02u-%02u %02u:%02u:%02u", static_cast<unsigned int>(year) % 10000,
@@ -52,16 +74,25 @@ std::string uniformDate(const std::string& date)
     return text;
 }
 
-std::string dateTaken(const Exiv2::Image& image)
+/// The dates that @p image has, as they are stored; what is trusted most comes first.
+std::vector<std::string> datesOf(const Exiv2::Image& image)
 {
+    std::vector<std::string> dates;
     for (const char* key : {"Exif.Photo.DateTimeOriginal", "Exif.Photo.DateTimeDigitized", "Exif.Image.DateTime"}) {
-        std::string date = uniformDate(exifText(image.exifData(), key));
-        if (!date.empty()) {
-            return date;
-        }
+        dates.push_back(exifText(image.exifData(), key));
     }
     for (const char* key : {"Xmp.exif.DateTimeOriginal", "Xmp.photoshop.DateCreated", "Xmp.xmp.CreateDate"}) {
-        std::string date = uniformDate(xmpText(image.xmpData(), key));
+        dates.push_back(xmpText(image.xmpData(), key));
+    }
+    dates.push_back(iptcText(image.iptcData(), "Iptc.Application2.DateCreated") + " " +
+                    iptcText(image.iptcData(), "Iptc.Application2.TimeCreated"));
+    return dates;
+}
+
+std::string dateTaken(const Exiv2::Image& image)
+{
+    for (const std::string& stored : datesOf(image)) {
+        std::string date = uniformDate(stored);
         if (!date.empty()) {
             return date;
         }
@@ -69,15 +100,21 @@ std::string dateTaken(const Exiv2::Image& image)
     return "";
 }
 
+// Other projections, as of cylinders, do not go all around.
 bool isPanorama(const Exiv2::Image& image)
 {
     // The namespace is not one of the library's own.
     Exiv2::XmpProperties::registerNs("http://ns.google.com/photos/1.0/panorama/", "GPano");
-    const std::string viewer = xmpText(image.xmpData(), "Xmp.GPano.UsePanoramaViewer");
-    if (!viewer.empty()) {
-        return viewer == "True" || viewer == "true";
-    }
-    return !xmpText(image.xmpData(), "Xmp.GPano.ProjectionType").empty();
+    const std::string viewer = lowerCase(trimmed(xmpText(image.xmpData(), "Xmp.GPano.UsePanoramaViewer")));
+    const std::string projection = lowerCase(trimmed(xmpText(image.xmpData(), "Xmp.GPano.ProjectionType")));
+    return projection == "equirectangular" && viewer != "false";
+}
+
+// The decoder of JPEG XL turns it, as the picture itself says; what EXIF says of it is not to count.
+bool turnsItself(const MappedFile& file)
+{
+    constexpr std::string_view kBegin("\0\0\0\x0CJXL ", 8);
+    return std::string_view(reinterpret_cast<const char*>(file.data()), file.size()).starts_with(kBegin);
 }
 
 Turn turnOf(const Exiv2::Image& image)
@@ -93,7 +130,7 @@ Turn turnOf(const Exiv2::Image& image)
 MediaMetadata readPhotoMetadata(const MappedFile& file)
 try {
     const ImagePointer image = openImage(file);
-    const Turn turn = turnOf(*image);
+    const Turn turn = turnsItself(file) ? Turn() : turnOf(*image);
     MediaMetadata metadata;
     metadata.taken = dateTaken(*image);
     metadata.width = image->pixelWidth();
@@ -110,8 +147,10 @@ try {
 
 Turn readPhotoTurn(const MappedFile& file)
 try {
-    return turnOf(*openImage(file));
+    return turnsItself(file) ? Turn() : turnOf(*openImage(file));
 } catch (const Exiv2::AnyError&) {
+    return Turn();
+} catch (const MediaError&) {
     return Turn();
 }
 

@@ -1,5 +1,6 @@
 #include "desktop/worker/PictureSource.h"
 
+#include "desktop/worker/AnimatedWebp.h"
 #include "desktop/worker/HeifPhoto.h"
 #include "desktop/worker/JpegDecoder.h"
 #include "desktop/worker/MediaError.h"
@@ -99,6 +100,9 @@ Picture readPhoto(int fd, PictureSize bound)
     const Turn turn = readPhotoTurn(file);
     if (FramePointer frame = decodeJpeg(file.data(), file.size(), bound)) {
         return {std::move(frame), turn};
+    }
+    if (isAnimatedWebp(file)) {
+        return {decodeAnimatedWebp(file), turn};
     }
     AvInput input(fd);
     const AVStream* const stream = input.video();

@@ -1,5 +1,6 @@
 #include "desktop/worker/StreamMetadata.h"
 
+#include "desktop/worker/StreamLength.h"
 #include "desktop/worker/TagText.h"
 
 #include <array>
@@ -12,9 +13,21 @@ namespace desktop {
 
 namespace {
 
+/// Where the tags of the whole file are: Ogg has them with the first of its streams.
+const AVDictionary* tagsOf(const AvInput& input)
+{
+    const bool isOgg = std::strcmp(input->iformat->name, "ogg") == 0;
+    for (unsigned int i = 0; isOgg && i < input->nb_streams; ++i) {
+        if (av_dict_count(input->streams[i]->metadata) > 0) {
+            return input->streams[i]->metadata;
+        }
+    }
+    return input->metadata;
+}
+
 std::string tag(const AvInput& input, const char* key)
 {
-    const AVDictionaryEntry* const entry = av_dict_get(input->metadata, key, nullptr, 0);
+    const AVDictionaryEntry* const entry = av_dict_get(tagsOf(input), key, nullptr, 0);
     return entry != nullptr ? entry->value : "";
 }
 
@@ -34,11 +47,10 @@ MediaMetadata readStreamMetadata(AvInput& input)
         video = input.video();
     }
     MediaMetadata metadata;
-    metadata.duration = wholeSeconds(input->duration);
     metadata.title = tag(input, "title");
-    metadata.artist = tag(input, "artist");
+    metadata.artists = {tag(input, "artist")};
     metadata.album = tag(input, "album");
-    metadata.genre = tag(input, "genre");
+    metadata.genres = {tag(input, "genre")};
     metadata.year = yearOf(tag(input, "date"));
     tidyTexts(metadata);
     if (video != nullptr) {
@@ -50,6 +62,7 @@ MediaMetadata readStreamMetadata(AvInput& input)
             std::swap(metadata.width, metadata.height);
         }
     }
+    metadata.duration = wholeSeconds(lengthOf(input));
     return metadata;
 }
 

@@ -68,10 +68,7 @@ MediaMetadata readMetadata(int fd, FileType type)
     case FILE_TYPE_PANORAMA:
         return photoMetadata(fd);
     case FILE_TYPE_MUSIC:
-        if (const auto metadata = readMusicMetadata(fd)) {
-            return *metadata;
-        }
-        return streamMetadata(fd);
+        return readMusicMetadata(fd);
     default:
         return streamMetadata(fd);
     }

@@ -10,26 +10,26 @@
 namespace desktop {
 
 /// The version of what is read of files, metadata and pictures alike; what was kept under an older one is not used.
-constexpr int kReadingVersion = 2;
+constexpr int kReadingVersion = 3;
 
 /// How many processes read media files.
 constexpr std::size_t kWorkerCount = 2;
 
-/// What a media file says of itself. Texts are UTF-8 and empty where the file has none; numbers are 0.
+/// What a media file says of itself. Texts are UTF-8 on one line, and empty where the file has none; numbers are 0.
 struct MediaMetadata {
     std::string title;
-    std::string artist;
+    std::vector<std::string> artists; ///< each by itself, none empty
     std::string album;
-    std::string genre;
-    std::string year;      ///< four digits
-    std::string taken;     ///< when a photo was taken, "YYYY-MM-DD hh:mm:ss" as the camera's clock had it
-    int duration = 0;      ///< seconds
-    int width = 0;         ///< pixels, as shown: after turning
-    int height = 0;        ///< pixels, as shown
-    int rotation = 0;      ///< degrees clockwise that the stored picture is turned by to be shown: 0, 90, 180, 270
-    bool panorama = false; ///< a 360-degree photo
-    std::string error;     ///< why the file could not be read; its other members are empty then
-    bool unread = false;   ///< the error is not the file's: it was not read to its end, and another try may succeed
+    std::vector<std::string> genres; ///< each by itself, none empty
+    std::string year;                ///< four digits
+    std::string taken;               ///< when a photo was taken, "YYYY-MM-DD hh:mm:ss" as the camera's clock had it
+    int duration = 0;                ///< seconds
+    int width = 0;                   ///< pixels, as shown: after turning
+    int height = 0;                  ///< pixels, as shown
+    int rotation = 0;                ///< degrees clockwise that the stored picture is turned by to be shown: 0, 90, 180, 270
+    bool panorama = false;           ///< a 360-degree photo
+    std::string error;               ///< why the file could not be read; its other members are empty then
+    bool unread = false; ///< the error is not the file's: it was not read to its end, and another try may succeed
 };
 
 /// An open media file, and what kind it is of.

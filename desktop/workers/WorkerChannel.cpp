@@ -20,10 +20,18 @@ struct TextMember {
     std::string MediaMetadata::*member;
 };
 constexpr std::array kTexts = {
-    TextMember{"title", &MediaMetadata::title}, TextMember{"artist", &MediaMetadata::artist},
-    TextMember{"album", &MediaMetadata::album}, TextMember{"genre", &MediaMetadata::genre},
+    TextMember{"title", &MediaMetadata::title}, TextMember{"album", &MediaMetadata::album},
     TextMember{"year", &MediaMetadata::year},   TextMember{"taken", &MediaMetadata::taken},
     TextMember{"error", &MediaMetadata::error},
+};
+
+struct ListMember {
+    const char* key;
+    std::vector<std::string> MediaMetadata::*member;
+};
+constexpr std::array kLists = {
+    ListMember{"artists", &MediaMetadata::artists},
+    ListMember{"genres", &MediaMetadata::genres},
 };
 
 struct NumberMember {
@@ -93,6 +101,19 @@ try {
     return false;
 }
 
+std::vector<std::string> textsFromJson(const Json::Value& json)
+{
+    std::vector<std::string> texts;
+    if (json.isArray()) {
+        for (const Json::Value& text : json) {
+            if (text.isString()) {
+                texts.push_back(text.asString());
+            }
+        }
+    }
+    return texts;
+}
+
 } // namespace
 
 bool sendMessage(int channel, const Json::Value& body, std::initializer_list<int> files)
@@ -141,6 +162,11 @@ Json::Value toJson(const MediaMetadata& metadata)
             json[text.key] = metadata.*text.member;
         }
     }
+    for (const ListMember& list : kLists) {
+        for (const std::string& value : metadata.*list.member) {
+            json[list.key].append(value);
+        }
+    }
     for (const NumberMember& number : kNumbers) {
         if (metadata.*number.member != 0) {
             json[number.key] = metadata.*number.member;
@@ -159,6 +185,9 @@ MediaMetadata metadataFromJson(const Json::Value& json)
         if (json[text.key].isString()) {
             metadata.*text.member = json[text.key].asString();
         }
+    }
+    for (const ListMember& list : kLists) {
+        metadata.*list.member = textsFromJson(json[list.key]);
     }
     for (const NumberMember& number : kNumbers) {
         if (json[number.key].isInt()) {

@@ -32,7 +32,7 @@ bool sendMessage(int channel, const Json::Value& body, std::initializer_list<int
 /// Waits for the next message; nothing at the end of the other side, or when what comes is no message.
 std::optional<WorkerMessage> receiveMessage(int channel);
 
-/// Empty texts and zeros are left out.
+/// Empty texts and lists, and zeros, are left out.
 Json::Value toJson(const MediaMetadata& metadata);
 /// Members of @p json that are missing or of another type leave theirs empty.
 MediaMetadata metadataFromJson(const Json::Value& json);

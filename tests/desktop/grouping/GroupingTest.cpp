@@ -72,6 +72,47 @@ TEST_F(GroupingTest, Music_HasItsTagsInNaturalOrderAndWhatIsUnknownLast)
     EXPECT_THAT(namesOf("Unknown"), ElementsAre("4.mp3"));
 }
 
+TEST_F(GroupingTest, FileOfSeveralArtistsOrGenres_IsInAGroupOfEach)
+{
+    stick.write("both/1.mp3", "artist=Beta\nartist=AC/DC\ngenre=Pop; Rock\ngenre=Jazz");
+    stick.write("both/2.mp3", "artist=Beta\nartist= beta \nartist=\ngenre=Jazz");
+    EXPECT_THAT(group(GROUP_TYPE_ARTIST, "both"), ElementsAre("AC/DC", "Beta"));
+    EXPECT_THAT(namesOf("Beta"), ElementsAre("1.mp3", "2.mp3"));
+    EXPECT_THAT(namesOf("AC/DC"), ElementsAre("1.mp3"));
+    EXPECT_THAT(group(GROUP_TYPE_GENRE, "both"), ElementsAre("Jazz", "Pop; Rock"));
+    EXPECT_THAT(namesOf("Jazz"), ElementsAre("1.mp3", "2.mp3"));
+}
+
+constexpr const char* kComposed = "Beyonc\u00e9";
+constexpr const char* kDecomposed = "Beyonce\u0301";
+
+TEST_F(GroupingTest, SpellingsOfOneName_AreOneGroup)
+{
+    stick.write("x/1.mp3", std::string("artist=") + kComposed);
+    stick.write("x/2.mp3", std::string("artist=") + kDecomposed);
+    stick.write("x/3.mp3", "artist=BEYONC\u00c9");
+    stick.write("x/4.mp3", "artist=Stra\u00dfe");
+    stick.write("x/5.mp3", "artist=STRASSE");
+    stick.write("x/6.mp3", "artist=Beyonce");
+    EXPECT_EQ(group(GROUP_TYPE_ARTIST, "x").size(), 3U);
+    for (const char* key : {kComposed, kDecomposed, "bEYONC\u00c9", " Beyonc\u00e9 "}) {
+        EXPECT_THAT(namesOf(key), ElementsAre("1.mp3", "2.mp3", "3.mp3")) << key;
+    }
+    EXPECT_THAT(namesOf("strasse"), ElementsAre("4.mp3", "5.mp3"));
+}
+
+TEST_F(GroupingTest, Group_IsNamedAsMostOfItsFilesNameIt)
+{
+    stick.write("x/1.mp3", "artist=the beatles\nalbum=b\ngenre=UNKNOWN");
+    stick.write("x/2.mp3", "artist=The Beatles\nalbum=B");
+    stick.write("x/3.mp3", "artist=The Beatles\nalbum=A");
+    stick.write("x/4.mp3", "artist=THE BEATLES\nalbum=a");
+    EXPECT_THAT(group(GROUP_TYPE_ARTIST, "x"), ElementsAre("The Beatles"));
+    EXPECT_THAT(group(GROUP_TYPE_ALBUM, "x"), ElementsAre("a", "b"));
+    EXPECT_THAT(group(GROUP_TYPE_GENRE, "x"), ElementsAre("UNKNOWN"));
+    EXPECT_THAT(namesOf("Unknown"), ElementsAre("1.mp3", "2.mp3", "3.mp3", "4.mp3"));
+}
+
 TEST_F(GroupingTest, Photos_HaveTheirDates)
 {
     EXPECT_THAT(group(GROUP_TYPE_DATE), ElementsAre("2023-12-24", "2024-05-17", "2024-12-01", "Unknown"));
@@ -125,7 +166,7 @@ TEST_F(GroupingTest, Entries_HaveTheirFacts)
     EXPECT_EQ(entries->at(0).file.path, stick.folder.path("b/2 beta.mp3"));
     EXPECT_EQ(entries->at(0).file.title, "Second");
     EXPECT_EQ(entries->at(0).metadata.duration, 20);
-    EXPECT_EQ(entries->at(0).metadata.artist, "Beta");
+    EXPECT_THAT(entries->at(0).metadata.artists, ElementsAre("Beta"));
 }
 
 TEST_F(GroupingTest, SecondGrouping_ReadsNothingAgain)

@@ -43,6 +43,14 @@ TEST_F(MetadataCatalogTest, MediaFile_IsDescribedByItsFacts)
     EXPECT_EQ(info.music.genre, "Jazz");
 }
 
+TEST_F(MetadataCatalogTest, SeveralArtistsAndGenres_AreShownTogether)
+{
+    stick.write("a.mp3", "artist=The Artist\nartist=AC/DC\ngenre=Jazz\ngenre=Pop\n");
+    const media_file_info_s info = describe("a.mp3");
+    EXPECT_EQ(info.music.artist, "The Artist / AC/DC");
+    EXPECT_EQ(info.music.genre, "Jazz / Pop");
+}
+
 TEST_F(MetadataCatalogTest, PhotoOfAllAround_IsAPanorama)
 {
     stick.write("a.jpg", "around");

@@ -24,8 +24,12 @@ StoredFile song(const std::string& name, const std::string& title = "A title")
     StoredFile file;
     file.name = name;
     file.stamp = kStamp;
-    file.metadata = {title, "An artist", "An album", "A genre", "2001", "2024-05-17 12:30:00",
-                     185,   640,         480,        90,        true,   "A fault"};
+    file.metadata = {title,      {"An artist", "Another; one"},
+                     "An album", {"A genre"},
+                     "2001",     "2024-05-17 12:30:00",
+                     185,        640,
+                     480,        90,
+                     true,       "A fault"};
     return file;
 }
 
@@ -52,9 +56,9 @@ TEST_F(MetadataDatabaseTest, WhatWasStored_IsFoundWholeByTheNextProgram)
     const MediaMetadata* metadata = known.find("caf\xE9.mp3", kStamp);
     ASSERT_NE(metadata, nullptr);
     EXPECT_EQ(metadata->title, "A title");
-    EXPECT_EQ(metadata->artist, "An artist");
+    EXPECT_THAT(metadata->artists, testing::ElementsAre("An artist", "Another; one"));
     EXPECT_EQ(metadata->album, "An album");
-    EXPECT_EQ(metadata->genre, "A genre");
+    EXPECT_THAT(metadata->genres, testing::ElementsAre("A genre"));
     EXPECT_EQ(metadata->year, "2001");
     EXPECT_EQ(metadata->taken, "2024-05-17 12:30:00");
     EXPECT_EQ(metadata->duration, 185);

@@ -150,6 +150,10 @@ std::string gridHeic(const HeicForm& form)
         items.push_back({"hvc1", coded.tiles.back(), "\x01\x02"});
         references += reference("thmb", 7, {1});
     }
+    if (!form.xmp.empty()) {
+        items.push_back({"mime\0\0application/rdf+xml"s, form.xmp, ""});
+        references += reference("cdsc", items.size(), {1});
+    }
     const std::string head = box("ftyp", "heic\0\0\0\0mif1heic"s);
     const auto description = [&](std::size_t data) {
         return fullBox("meta", fullBox("hdlr", number(0, 4) + "pict" + std::string(13, '\0')) +

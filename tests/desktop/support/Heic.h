@@ -12,6 +12,7 @@ struct HeicForm {
     bool mirrored = false;     ///< left to right, before that
     bool smaller = false;      ///< whether a version of 256 x 256 white points is in the file, too
     unsigned int gridSide = 0; ///< pixels that the grid claims, unlike the photo; 0: it claims the same
+    std::string xmp = "";      ///< the packet of XMP; empty: there is none
 };
 
 /// A HEIC photo as telephones make it: a grid of 2 x 2 tiles of 256 x 256 points, red, green above blue, white, cut to the

@@ -11,7 +11,8 @@
 
 namespace testsupport {
 
-/// A stick whose media files hold "key=value" lines, and a reader that understands them.
+/// A stick whose media files hold "key=value" lines, several of "artist" or "genre" if need be, and a reader that
+/// understands them.
 class MediaStick {
 public:
     explicit MediaStick(const std::string& cacheFolder = "")
@@ -36,9 +37,9 @@ public:
             const std::size_t equals = line.find('=');
             const std::string value = equals != std::string::npos ? line.substr(equals + 1) : "";
             const std::string key = line.substr(0, equals);
-            (key == "artist"   ? metadata.artist
+            (key == "artist"   ? metadata.artists.emplace_back()
              : key == "album"  ? metadata.album
-             : key == "genre"  ? metadata.genre
+             : key == "genre"  ? metadata.genres.emplace_back()
              : key == "title"  ? metadata.title
              : key == "taken"  ? metadata.taken
              : key == "length" ? metadata.year

@@ -1,5 +1,6 @@
 #include "tests/desktop/support/DemoStick.h"
 #include "tests/desktop/support/MediaReading.h"
+#include "tests/desktop/support/Songs.h"
 
 #include "desktop/text/NameEncoding.h"
 
@@ -31,7 +32,10 @@ protected:
         EXPECT_GE(metadata.width, 0);
         EXPECT_GE(metadata.height, 0);
         EXPECT_EQ(metadata.rotation % 90, 0);
-        for (const std::string& text : {metadata.title, metadata.artist, metadata.album, metadata.genre}) {
+        std::vector<std::string> texts = {metadata.title, metadata.album};
+        texts.insert(texts.end(), metadata.artists.begin(), metadata.artists.end());
+        texts.insert(texts.end(), metadata.genres.begin(), metadata.genres.end());
+        for (const std::string& text : texts) {
             EXPECT_EQ(escapeBadBytes(text), text);
         }
         const Thumbnail thumbnail = media.thumbnail(file, type);
@@ -144,6 +148,20 @@ TEST_F(HostileMediaTest, ExifThatCountsToBillions_CostsOnlyItself)
     photo.replace(count, 4, "\xFF\xFF\xFF\xFF");
     read(made(photo), FILE_TYPE_PHOTO);
     expectThatWorkGoesOn();
+}
+
+TEST_F(HostileMediaTest, VideoNamedLikeAPhoto_IsNotReadAsOne)
+{
+    testsupport::StandIn counting("echo started >> $0.log; exec '" MEDIA_WORKER "'");
+    testsupport::MediaReading counted({counting.program()});
+    const std::string title = testsupport::riffChunk("INAM", std::string(400'000, 'x'));
+    for (const char* kind : {"AVI ", "WAVE"}) {
+        const std::string bytes = testsupport::riffChunk("RIFF", kind + testsupport::riffChunk("LIST", "INFO" + title));
+        EXPECT_NE(counted.metadata(made(bytes), FILE_TYPE_PHOTO).error, "") << kind;
+        EXPECT_NE(counted.thumbnail(made(bytes), FILE_TYPE_PHOTO).error, "") << kind;
+    }
+    EXPECT_EQ(counted.metadata(demoFile("Photos/2023/winter.jpg"), FILE_TYPE_PHOTO).width, 1280);
+    EXPECT_EQ(counting.log(), "started\n"); // refused, not killed
 }
 
 TEST_F(HostileMediaTest, FileFullOfNothing_IsAnErrorSoon)

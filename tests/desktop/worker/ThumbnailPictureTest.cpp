@@ -1,5 +1,6 @@
 #include "tests/desktop/support/DemoStick.h"
 #include "tests/desktop/support/MediaReading.h"
+#include "tests/desktop/support/Photos.h"
 
 #include <gtest/gtest.h>
 
@@ -62,6 +63,19 @@ TEST_P(EveryOrientation, Photo_IsTurnedAsItIsToBeShown)
 {
     testsupport::writeFile(folder.path("fields.jpg"), testsupport::fourFieldsJpeg(640, 320, GetParam().value));
     expectTurned(folder.path("fields.jpg"), FILE_TYPE_PHOTO);
+}
+
+TEST_P(EveryOrientation, TiffPhoto_IsTurnedAsItIsToBeShown)
+{
+    for (const bool isBigEndian : {false, true}) {
+        const std::string file = folder.path("fields.tiff");
+        testsupport::writeFile(file, testsupport::fourFieldsTiff(640, 320, GetParam().value, isBigEndian));
+        expectTurned(file, FILE_TYPE_PHOTO);
+        testsupport::MediaReading media;
+        const MediaMetadata metadata = media.metadata(file, FILE_TYPE_PHOTO);
+        EXPECT_EQ(metadata.width, GetParam().value <= 4 ? 640 : 320);
+        EXPECT_EQ(metadata.height, GetParam().value <= 4 ? 320 : 640);
+    }
 }
 
 /// Replaces the display matrix of the track in the MP4 file @p bytes: @p matrix is "x to x, x to y, y to x, y to y".
@@ -157,6 +171,47 @@ TEST_F(ThumbnailPictureTest, VideoWithPointsThatAreNotSquare_IsShownInItsShape)
     const Thumbnail thumbnail = media.thumbnail(folder.path("wide.mp4"), FILE_TYPE_VIDEO, 100, 100);
     EXPECT_EQ(thumbnail.picture.width, 100);
     EXPECT_EQ(thumbnail.picture.height, 40);
+}
+
+TEST_F(ThumbnailPictureTest, AnimatedWebp_ShowsItsFirstFrame)
+{
+    testsupport::Program convert({"ffmpeg", "-nostdin", "-v", "error", "-i",
+                                  made("a.jpg", testsupport::fourFieldsJpeg(64, 32, 1)), "-c:v", "libwebp", "-quality",
+                                  "100", folder.path("a.webp")});
+    ASSERT_EQ(convert.wait(), 0) << convert.errors();
+    const std::string picture = testsupport::readFile(folder.path("a.webp"));
+    const std::string whole = testsupport::animatedWebp(picture, 64, 32, 0, 0, 64, 32, 2);
+    const std::string within = testsupport::animatedWebp(picture, 64, 32, 64, 96, 128, 128, 2);
+    const MediaMetadata metadata = media.metadata(made("b.webp", within), FILE_TYPE_PHOTO);
+    EXPECT_EQ(metadata.width, 128);
+    EXPECT_EQ(metadata.height, 128);
+    for (const std::string& bytes : {whole, whole.substr(0, whole.size() - 40)}) { // or cut within the second frame
+        const Thumbnail thumbnail = media.thumbnail(made("b.webp", bytes), FILE_TYPE_PHOTO, 100, 100);
+        ASSERT_EQ(thumbnail.error, "");
+        EXPECT_EQ(thumbnail.picture.width, 64);
+        EXPECT_EQ(thumbnail.picture.colourAt(.25, .25), "red");
+        EXPECT_EQ(thumbnail.picture.colourAt(.75, .25), "green");
+        EXPECT_EQ(thumbnail.picture.colourAt(.75, .75), "white");
+    }
+    const Thumbnail corner = media.thumbnail(made("b.webp", within), FILE_TYPE_PHOTO, 128, 128);
+    ASSERT_EQ(corner.error, "");
+    EXPECT_EQ(corner.picture.colourAt(.625, .8125), "red");
+    EXPECT_EQ(corner.picture.colourAt(.875, .9375), "white");
+}
+
+TEST_F(ThumbnailPictureTest, AnimatedWebpThatClaimsTooMuch_IsRefused)
+{
+    testsupport::Program convert({"ffmpeg", "-nostdin", "-v", "error", "-i",
+                                  made("a.jpg", testsupport::fourFieldsJpeg(64, 32, 1)), "-c:v", "libwebp",
+                                  folder.path("a.webp")});
+    ASSERT_EQ(convert.wait(), 0) << convert.errors();
+    const std::string picture = testsupport::readFile(folder.path("a.webp"));
+    const std::string huge = testsupport::animatedWebp(picture, 64, 32, 0, 0, 16'000, 16'000, 2);
+    EXPECT_EQ(media.thumbnail(made("b.webp", huge), FILE_TYPE_PHOTO).error, "The picture is too large.");
+    for (const std::string& bytes : {testsupport::animatedWebp(picture, 64, 32, 2, 0, 64, 32, 2),
+                                     testsupport::animatedWebp(picture, 64, 32, 0, 0, 64, 32, 0), huge.substr(0, 60)}) {
+        EXPECT_NE(media.thumbnail(made("b.webp", bytes), FILE_TYPE_PHOTO).error, "");
+    }
 }
 
 TEST_F(ThumbnailPictureTest, PhotosOfOtherFormats_AreDecodedToo)
