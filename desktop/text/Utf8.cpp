@@ -67,4 +67,14 @@ bool isUtf8(std::string_view text)
     return true;
 }
 
+void cutUtf8(std::string& text, std::size_t bytes)
+{
+    if (text.size() > bytes) {
+        while (bytes > 0 && (static_cast<unsigned char>(text[bytes]) & 0xC0) == 0x80) { // within a character
+            --bytes;
+        }
+        text.resize(bytes);
+    }
+}
+
 } // namespace desktop

@@ -1,25 +1,17 @@
 #include "desktop/text/LegacyText.h"
 
+#include "tests/desktop/support/LegacyBytes.h"
+
 #include <gtest/gtest.h>
-#include <unicode/ucnv.h>
 
 namespace desktop {
 namespace {
 
-/// UTF-8 as a program of old wrote it in @p charset.
-std::string written(const std::string& text, const char* charset)
-{
-    std::string bytes(text.size() * 2 + 4, '\0');
-    UErrorCode status = U_ZERO_ERROR;
-    const int32_t length = ucnv_convert(charset, "UTF-8", bytes.data(), static_cast<int32_t>(bytes.size()), text.data(),
-                                        static_cast<int32_t>(text.size()), &status);
-    bytes.resize(U_SUCCESS(status) ? static_cast<std::size_t>(length) : 0);
-    return bytes;
-}
+using testsupport::writtenIn;
 
 std::string readAgain(const std::string& text, const char* charset)
 {
-    const std::string bytes = written(text, charset);
+    const std::string bytes = writtenIn(text, charset);
     return toUtf8(bytes, guessCharset(bytes));
 }
 
@@ -95,7 +87,7 @@ constexpr const char* kWestern[] = {
 TEST(LegacyTextTest, WesternText_IsNeverTakenForAnything)
 {
     for (const char* const text : kWestern) {
-        EXPECT_STREQ(guessCharset(written(text, "windows-1252")), "windows-1252") << text;
+        EXPECT_STREQ(guessCharset(writtenIn(text, "windows-1252")), "windows-1252") << text;
         EXPECT_EQ(readAgain(text, "windows-1252"), text);
     }
 }
@@ -103,7 +95,7 @@ TEST(LegacyTextTest, WesternText_IsNeverTakenForAnything)
 TEST(LegacyTextTest, WeakEvidence_ChangesNothing)
 {
     for (const Sample& sample : {Sample{"windows-1251", "ДДТ"}, Sample{"gb18030", "爱"}, Sample{"windows-1254", "Aşk"}}) {
-        EXPECT_STREQ(guessCharset(written(sample.text, sample.charset)), "windows-1252") << sample.text;
+        EXPECT_STREQ(guessCharset(writtenIn(sample.text, sample.charset)), "windows-1252") << sample.text;
     }
 }
 
