@@ -165,6 +165,13 @@ constexpr const char* kCyrillicXspf =
     "<playlist version=\"1\" xmlns=\"http://xspf.org/ns/0/\"><trackList><track>"
     "<location>Кино.mp3</location><title>Группа крови</title></track></trackList></playlist>";
 
+TEST(PlaylistFormatsTest, XspfThatSaysItsCharset_IsReadInItWhateverTheTextsLookLike)
+{
+    EXPECT_THAT(parsed("xspf", "<?xml version=\"1.0\" encoding=\"windows-1251\"?><playlist><track><location>\xC4\xC4\xD2.mp3"
+                               "</location></track></playlist>"),
+                ElementsAre("ДДТ.mp3|"));
+}
+
 TEST(PlaylistFormatsTest, XspfInAnyCharset_IsRead)
 {
     const std::string document = kCyrillicXspf;

@@ -95,8 +95,8 @@ TEST_F(PlaylistsTest, LettersWithMarks_LeadToTheFileInEitherForm)
     stick.write("Caf\u00e9/\u00fcber.mp3", "x");
     stick.write("Cre\u0300me/na\u0131\u0308ve.mp3", "x");
     stick.write("all.m3u", "Cafe\u0301/u\u0308ber.mp3\nCr\u00e8me/na\u0131\u0308ve.mp3\nCafe\u0301\\u\u0308ber.mp3\n");
-    EXPECT_THAT(entriesOf("all.m3u"), ElementsAre("Caf\u00e9/\u00fcber.mp3", "Cre\u0300me/na\u0131\u0308ve.mp3",
-                                                  "Caf\u00e9/\u00fcber.mp3"));
+    EXPECT_THAT(entriesOf("all.m3u"),
+                ElementsAre("Caf\u00e9/\u00fcber.mp3", "Cre\u0300me/na\u0131\u0308ve.mp3", "Caf\u00e9/\u00fcber.mp3"));
 }
 
 TEST_F(PlaylistsTest, EscapedPaths_LeadToTheFile)

@@ -1,3 +1,4 @@
+#include "tests/desktop/support/LegacyBytes.h"
 #include "tests/desktop/support/MediaReading.h"
 #include "tests/desktop/support/Waiting.h"
 
@@ -76,15 +77,20 @@ TEST_F(PlaylistWorkTest, MoreThanAPlaylistMayHave_IsCounted)
 
 TEST_F(PlaylistWorkTest, LargestPlaylistInAnOldCharset_IsRead)
 {
-    std::string line(1000, '\xA1'); // Thai, three bytes each in UTF-8
-    line += ".mp3\n";
+    std::string path;
+    for (int i = 0; i < 50; ++i) {
+        path += "ลอยกระทง สุนทราภรณ์/"; // three bytes a letter in UTF-8
+    }
+    const std::string line = testsupport::writtenIn(path, "windows-874") + '\n';
     std::string lines;
     while (lines.size() + line.size() <= kMaxPlaylistFile) {
         lines += line;
     }
     const PlaylistContent content = read(media, lines);
-    EXPECT_EQ(content.error, "");
-    EXPECT_GT(content.entries.size(), 3000U);
+    EXPECT_EQ(content.error, ""); // no more is written than a worker may write
+    ASSERT_GT(content.entries.size(), 3000U);
+    EXPECT_EQ(content.entries.back().path, path);
+    EXPECT_GT(content.omitted, 0U);
     EXPECT_EQ(content.entries.size() + content.omitted, lines.size() / line.size());
 }
 
