@@ -15,8 +15,7 @@ namespace desktop {
 
 namespace {
 
-constexpr std::size_t kMaxTitle = 1000;       // bytes
-constexpr std::size_t kMaxSample = 64 * 1024; // bytes that speak for a charset
+constexpr std::size_t kMaxTitle = 1000; // bytes
 
 // The comma that the title of an extended M3U line follows; those in quoted attributes before it do not count.
 std::size_t commaBeforeTitle(std::string_view line)
@@ -131,7 +130,7 @@ void readTexts(PlaylistEntries& entries)
     std::string sample;
     for (const PlaylistEntry& entry : entries) {
         for (const std::string& text : {entry.target, entry.title}) {
-            sample += isUtf8(text) || sample.size() > kMaxSample ? "" : text + '\n';
+            sample += isUtf8(text) ? "" : text + '\n';
         }
     }
     const char* const charset = guessCharset(sample);

@@ -130,13 +130,23 @@ XML_Error parse(XML_Parser made, const std::string& text, PlaylistEntries& entri
     return XML_GetErrorCode(parser.get());
 }
 
+// The lines of @p text that are no UTF-8.
+std::string legacyLines(const std::string& text)
+{
+    std::string lines;
+    for (const std::string& line : linesOf(text)) {
+        lines += isUtf8(line) ? "" : line + '\n';
+    }
+    return lines;
+}
+
 } // namespace
 
 PlaylistEntries parseXspf(std::string content)
 {
     std::string text = xmlText(std::move(content));
     if (!isUtf8(text)) {
-        text = toUtf8(text, guessCharset(text));
+        text = toUtf8(text, guessCharset(legacyLines(text)));
     }
     PlaylistEntries entries;
     const XML_Error error = parse(XML_ParserCreateNS("UTF-8", kSeparator), text, entries);

@@ -1,5 +1,6 @@
 #include "desktop/text/LegacyText.h"
 
+#include "desktop/text/LatinCharset.h"
 #include "desktop/text/Utf8.h"
 
 #include <uchardet/uchardet.h>
@@ -15,8 +16,9 @@ namespace desktop {
 namespace {
 
 constexpr char kWestern[] = "windows-1252";
-constexpr int kMaxAdjoining = 3; // letters with marks that a western word has side by side
-constexpr int kRepetitions = 3;  // the detector wants more than a title; the same again does not change what it weighs
+constexpr int kMaxAdjoining = 3;                // letters with marks that a western word has side by side
+constexpr std::size_t kMaxSample = 64UL * 1024; // bytes; more says no more
+constexpr int kRepetitions = 3; // the detector wants more than a title; the same again does not change what it weighs
 
 // The letters beyond ASCII of one language a line: text of another charset, read as western, seldom keeps to one of them.
 constexpr const char32_t* kAlphabets[] = {
@@ -39,9 +41,6 @@ struct Charset {
 };
 
 constexpr Charset kCharsets[] = {
-    {"WINDOWS-1250", "windows-1250", true},
-    {"ISO-8859-2", "iso-8859-2", true},
-    {"ISO-8859-9", "windows-1254", true},
     {"ISO-8859-13", "windows-1257", true},
     {"WINDOWS-1258", "windows-1258", true},
     {"WINDOWS-1251", "windows-1251"},
@@ -59,17 +58,6 @@ constexpr Charset kCharsets[] = {
     {"BIG5", "big5"},
     {"UHC", "windows-949"},
 };
-
-std::u32string charactersOf(std::string_view text)
-{
-    std::u32string characters;
-    while (!text.empty()) {
-        const Character character = firstCharacter(text);
-        characters.push_back(character.value);
-        text.remove_prefix(std::max<std::size_t>(character.length, 1));
-    }
-    return characters;
-}
 
 bool isLetter(char32_t c)
 {
@@ -162,16 +150,27 @@ const Charset* detect(const std::string& sample)
     return found != std::end(kCharsets) ? found : nullptr;
 }
 
+// As much of @p texts as tells its charset. No charset has a blank or a line end within a character.
+std::string beginningOf(const std::string& texts)
+{
+    const std::size_t end = texts.size() > kMaxSample ? texts.find_last_of(" \n", kMaxSample) : std::string::npos;
+    return texts.substr(0, end != std::string::npos ? end : kMaxSample);
+}
+
 } // namespace
 
-const char* guessCharset(const std::string& sample)
+const char* guessCharset(const std::string& texts)
 {
+    const std::string sample = beginningOf(texts);
     const std::u32string western = charactersOf(toUtf8(sample, kWestern));
     const Charset* const charset = isWestern(western) ? nullptr : detect(sample);
-    if (charset == nullptr || (charset->isLatin && isWesternLineByLine(western))) {
-        return kWestern;
+    const bool plausible = charset != nullptr && isPlausible(charactersOf(toUtf8(sample, charset->name)));
+    if (plausible && !charset->isLatin) {
+        return charset->name;
     }
-    return isPlausible(charactersOf(toUtf8(sample, charset->name))) ? charset->name : kWestern;
+    const char* const latin = guessLatinCharset(sample);
+    const bool speaksForIt = plausible && std::string_view(latin) == kWestern && !isWesternLineByLine(western);
+    return speaksForIt ? charset->name : latin;
 }
 
 std::string toUtf8(const std::string& bytes, const char* charset)
