@@ -10,7 +10,7 @@
 namespace desktop {
 
 /// The version of what is read of files, metadata and pictures alike; what was kept under an older one is not used.
-constexpr int kReadingVersion = 2;
+constexpr int kReadingVersion = 3;
 
 /// How many processes read media files.
 constexpr std::size_t kWorkerCount = 2;
