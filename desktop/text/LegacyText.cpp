@@ -44,6 +44,7 @@ constexpr Charset kCharsets[] = {
     {"ISO-8859-13", "windows-1257", true},
     {"WINDOWS-1258", "windows-1258", true},
     {"WINDOWS-1251", "windows-1251"},
+    {"MAC-CYRILLIC", "windows-1251"},
     {"KOI8-R", "koi8-r"},
     {"IBM866", "ibm-866"},
     {"ISO-8859-5", "iso-8859-5"},
@@ -51,6 +52,7 @@ constexpr Charset kCharsets[] = {
     {"ISO-8859-7", "iso-8859-7"},
     {"WINDOWS-1255", "windows-1255"},
     {"WINDOWS-1256", "windows-1256"},
+    {"ISO-8859-6", "windows-1256"},
     {"TIS-620", "windows-874"},
     {"SHIFT_JIS", "shift_jis"},
     {"EUC-JP", "euc-jp"},
@@ -69,6 +71,13 @@ bool isBeyondAscii(char32_t c)
     return c > 0x7F;
 }
 
+// A quotation mark that opens stands at the beginning of a word.
+bool opensWithin(const std::u32string& text, std::size_t i)
+{
+    const auto before = static_cast<UChar32>(i > 0 ? text[i - 1] : U' ');
+    return (text[i] == U'‚' || text[i] == U'„') && !u_isspace(before) && !u_ispunct(before);
+}
+
 // Whether more letters with marks or signs stand side by side than in any western word, or a sign stands in a word.
 bool hasStrangeWords(const std::u32string& text)
 {
@@ -78,7 +87,7 @@ bool hasStrangeWords(const std::u32string& text)
         const bool counts = isBeyondAscii(text[i]) && !u_ispunct(c) && !u_isspace(c);
         adjoining = counts ? adjoining + 1 : 0;
         const bool inWord = i > 0 && i + 1 < text.size() && isLetter(text[i - 1]) && isLetter(text[i + 1]);
-        if (adjoining > kMaxAdjoining || (counts && !isLetter(text[i]) && inWord)) {
+        if (adjoining > kMaxAdjoining || opensWithin(text, i) || (counts && !isLetter(text[i]) && inWord)) {
             return true;
         }
     }
@@ -116,13 +125,22 @@ bool meansNothing(char32_t c)
            (isBeyondAscii(c) && (u_iscntrl(static_cast<UChar32>(c)) || !u_isdefined(static_cast<UChar32>(c))));
 }
 
-// What is read in a wrong charset has characters that nobody writes, or capitals within words.
+// Of one alphabet and the other: Greek, Cyrillic, Hebrew and Arabic letters are never within a Latin word.
+bool areOfTwoAlphabets(char32_t a, char32_t b)
+{
+    const auto isOther = [](char32_t c) { return c >= 0x370 && c <= 0x6FF && isLetter(c); };
+    return (isLetter(a) && a < 0x250 && isOther(b)) || (isLetter(b) && b < 0x250 && isOther(a));
+}
+
+// What is read in a wrong charset has characters that nobody writes, or capitals or letters of another alphabet within
+// words.
 bool isPlausible(const std::u32string& text)
 {
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool capitalWithin = i > 0 && isBeyondAscii(text[i]) && u_isupper(static_cast<UChar32>(text[i])) &&
-                                   u_islower(static_cast<UChar32>(text[i - 1]));
-        if (meansNothing(text[i]) || capitalWithin) {
+        const char32_t before = i > 0 ? text[i - 1] : U' ';
+        const bool capitalWithin =
+            isBeyondAscii(text[i]) && u_isupper(static_cast<UChar32>(text[i])) && u_islower(static_cast<UChar32>(before));
+        if (meansNothing(text[i]) || capitalWithin || areOfTwoAlphabets(before, text[i])) {
             return false;
         }
     }

@@ -19,6 +19,8 @@ protected:
         const std::string file = made("list", content);
         return by.workers.readPlaylist(UniqueFd(open(file.c_str(), O_RDONLY | O_CLOEXEC)).get(), extension);
     }
+
+    MediaReading patient{{MEDIA_WORKER, testsupport::kDeadline}}; ///< for what takes long on a busy computer
 };
 
 TEST_F(PlaylistWorkTest, Playlist_IsReadByAWorker)
@@ -58,7 +60,7 @@ TEST_F(PlaylistWorkTest, MoreThanAMessageHolds_Arrives)
     for (int i = 0; i < 20000; ++i) {
         lines += "Music/Some Album/" + std::to_string(i) + ".mp3\n";
     }
-    const PlaylistContent content = read(media, lines);
+    const PlaylistContent content = read(patient, lines);
     EXPECT_EQ(content.error, "");
     ASSERT_EQ(content.entries.size(), 20000U);
     EXPECT_EQ(content.entries.back().path, "Music/Some Album/19999.mp3");
@@ -70,7 +72,7 @@ TEST_F(PlaylistWorkTest, MoreThanAPlaylistMayHave_IsCounted)
     for (std::size_t i = 0; i < kMaxPlaylistEntries + 5; ++i) {
         lines += "a\n";
     }
-    const PlaylistContent content = read(media, lines);
+    const PlaylistContent content = read(patient, lines);
     EXPECT_EQ(content.entries.size(), kMaxPlaylistEntries);
     EXPECT_EQ(content.omitted, 5U);
 }
@@ -86,7 +88,7 @@ TEST_F(PlaylistWorkTest, LargestPlaylistInAnOldCharset_IsRead)
     while (lines.size() + line.size() <= kMaxPlaylistFile) {
         lines += line;
     }
-    const PlaylistContent content = read(media, lines);
+    const PlaylistContent content = read(patient, lines);
     EXPECT_EQ(content.error, ""); // no more is written than a worker may write
     ASSERT_GT(content.entries.size(), 3000U);
     EXPECT_EQ(content.entries.back().path, path);
