@@ -20,7 +20,7 @@ constexpr int kStrangeLetter = 18;    // one that the language does not have
 constexpr int kNeighboursLetter = 14; // one of another western language: names cross those borders
 constexpr int kSign = 3;              // such as a degree
 constexpr int kSignInWord = 14;
-constexpr int kNoCharacter = 40;
+constexpr int kNoCharacter = 1000;
 constexpr int kCapitalInWord = 10;
 constexpr int kOtherLanguage = 8; // than that of most lines
 
@@ -173,10 +173,11 @@ const char* guessLatinCharset(const std::string& sample)
     const char* likeliest = kWestern;
     for (const Candidate& candidate : kOthers) {
         const std::u32string text = charactersOf(toUtf8(sample, candidate.charset));
-        const int bits = text != western ? bitsOf(text, candidate.group) + candidate.bits : least;
+        const bool same = text == western; // its letters are in both
+        const int bits = bitsOf(text, candidate.group) + (same ? 0 : candidate.bits);
         if (bits < least) {
             least = bits;
-            likeliest = candidate.charset;
+            likeliest = same ? kWestern : candidate.charset;
         }
     }
     return likeliest;

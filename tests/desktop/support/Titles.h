@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <fstream>
 #include <functional>
+#include <ostream>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -20,6 +21,11 @@ struct TitleLanguage {
     std::string charset; ///< in which its texts were written before UTF-8
     std::vector<std::string> titles;
 };
+
+inline void PrintTo(const TitleLanguage& language, std::ostream* out)
+{
+    *out << language.name;
+}
 
 inline std::vector<std::string> splitAt(const std::string& text, char separator)
 {
