@@ -66,7 +66,7 @@ mutants: ## change the plugin one place at a time and see a test fail: make muta
 	tools/mutants $(if $(ALL),--all)
 
 .PHONY: fuzz
-fuzz: ## drive commands and events with arbitrary input: make fuzz [SECONDS=60]
+fuzz: ## drive commands, events, playlists and texts with arbitrary input: make fuzz [SECONDS=60]
 	@$(INSTALL) build test clang
 	tools/fuzz $(or $(SECONDS),60)
 

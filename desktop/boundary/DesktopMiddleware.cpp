@@ -105,7 +105,7 @@ void DesktopMiddleware::makeParts(const std::string& cacheFolder, const ReadObse
     m_listings = std::make_unique<FolderListings>(m_opener, m_events, m_catalog);
     m_search = std::make_unique<Search>(m_opener, m_events);
     m_grouping = std::make_unique<Grouping>(m_opener, m_catalog, m_events);
-    m_playlists = std::make_unique<Playlists>(m_opener, m_catalog);
+    m_playlists = std::make_unique<Playlists>(m_opener, m_workers, m_catalog);
     m_thumbnails = std::make_unique<Thumbnails>(std::make_shared<ThumbnailMaker>(m_resolver, m_workers, cacheFolder),
                                                 m_events, m_reporter);
 }

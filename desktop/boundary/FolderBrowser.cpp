@@ -2,8 +2,8 @@
 
 #include "desktop/base/Log.h"
 #include "desktop/boundary/DesktopMiddleware.h"
+#include "desktop/files/MediaTypes.h"
 #include "desktop/metadata/EntryDescription.h"
-#include "desktop/playlists/PlaylistFormats.h"
 
 #include <algorithm>
 
@@ -43,9 +43,13 @@ desktop::EntryList entriesOf(const desktop::ListingPointer& listing)
 
 desktop::EntryList directoryOrPlaylist(const std::string& path)
 {
-    const auto playlist =
-        desktop::isPlaylistName(path) ? DesktopMiddleware::instance().playlists().entriesOf(path) : nullptr;
-    return playlist != nullptr ? playlist : entriesOf(listings().of(path));
+    const desktop::Playlists& playlists = DesktopMiddleware::instance().playlists();
+    if (desktop::typeByExtension(path) == FILE_TYPE_PLAYLIST) {
+        const auto playlist = playlists.entriesOf(path);
+        return playlist != nullptr ? playlist : entriesOf(listings().of(path));
+    }
+    const auto directory = entriesOf(listings().of(path)); // by far the likelier one
+    return directory != nullptr ? directory : playlists.entriesOf(path);
 }
 
 desktop::EntryList listOf(const page_option& page)

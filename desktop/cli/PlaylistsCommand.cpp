@@ -4,7 +4,7 @@
 #include "desktop/cli/JsonLines.h"
 #include "desktop/cli/TextColumns.h"
 
-#include "desktop/playlists/PlaylistFormats.h"
+#include "desktop/files/MediaTypes.h"
 
 namespace desktop {
 
@@ -40,7 +40,7 @@ void PlaylistsRun::run()
         return;
     }
     const std::vector<std::string> paths = m_session.foldersOf(m_options.path);
-    if (isPlaylistName(m_options.path)) {
+    if (typeByExtension(m_options.path) == FILE_TYPE_PLAYLIST) {
         listEntries(paths.front());
     } else {
         listPlaylists(paths);

@@ -135,14 +135,15 @@ bool isBitmap(std::string_view bytes)
 
 } // namespace
 
-FileType typeByExtension(std::string_view name)
+std::string extensionOf(std::string_view name)
 {
     const std::size_t dot = extensionDot(name);
-    if (dot == std::string_view::npos) {
-        return FILE_TYPE_UNKNOWN;
-    }
-    const std::string extension = lowerCase(name.substr(dot + 1));
-    const auto known = knownExtensions().find(extension);
+    return dot == std::string_view::npos ? "" : lowerCase(name.substr(dot + 1));
+}
+
+FileType typeByExtension(std::string_view name)
+{
+    const auto known = knownExtensions().find(extensionOf(name));
     return known == knownExtensions().end() ? FILE_TYPE_UNKNOWN : known->second;
 }
 

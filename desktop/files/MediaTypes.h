@@ -3,12 +3,16 @@
 #include "platform/SocMwTypes.h"
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace desktop {
 
 /// How many bytes from a file's beginning typeByContent wants to see.
 constexpr std::size_t kContentBytes = 512;
+
+/// The extension of file @p name in lower case, without its dot; a leading dot begins none.
+std::string extensionOf(std::string_view name);
 
 /// The type that the extension of file @p name stands for, upper or lower case; FILE_TYPE_UNKNOWN when it has none, an
 /// unknown one, or one that several kinds of files share.

@@ -4,8 +4,10 @@
 #include "desktop/files/MediaTypes.h"
 #include "desktop/files/TreeWalk.h"
 #include "desktop/metadata/EntryDescription.h"
-#include "desktop/playlists/PlaylistFormats.h"
 #include "desktop/text/NameEncoding.h"
+#include "desktop/text/Normalization.h"
+#include "desktop/text/UriText.h"
+#include "desktop/workers/PlaylistTransfer.h"
 
 #include <fcntl.h>
 
@@ -18,7 +20,6 @@ namespace desktop {
 namespace {
 
 constexpr std::chrono::seconds kTimeout(5);
-constexpr std::size_t kMaxBytes = 4 << 20; // of a playlist file
 
 using Paths = std::vector<std::string>;
 
@@ -30,7 +31,8 @@ struct FoundFiles {
 FoundFiles findFiles(const OpenedFolder& folder, const std::stop_token& cancelled)
 {
     FoundFiles files;
-    TreeWalk walk(folder.location, cancelled, isPlaylistName, [&](const WalkedFolder& found, const WalkTotals&) {
+    const auto isPlaylist = [](std::string_view name) { return typeByExtension(name) == FILE_TYPE_PLAYLIST; };
+    TreeWalk walk(folder.location, cancelled, isPlaylist, [&](const WalkedFolder& found, const WalkTotals&) {
         const std::string directory = folder.directoryOf(found.location);
         for (const std::string& name : found.files) {
             files.paths.push_back(directory + "/" + encodeName(name));
@@ -40,40 +42,56 @@ FoundFiles findFiles(const OpenedFolder& folder, const std::stop_token& cancelle
     return files;
 }
 
-// Sets errno when there is nothing.
-std::optional<std::string> readWhole(const Location& file)
+/// A playlist file, open for a worker; neither open nor with an error when it is none.
+struct OpenPlaylist {
+    UniqueFd fd;
+    std::string error;
+};
+
+OpenPlaylist openPlaylist(const Location& file)
 {
     const UniqueFd pinned = PathResolver::open(file, O_PATH);
-    const UniqueFd fd = pinned ? openRegularFile(pinned.get()) : UniqueFd();
-    std::string content;
-    char bytes[65536];
-    ssize_t got = fd ? 1 : -1;
-    while (got > 0 && (got = read(fd.get(), bytes, sizeof bytes)) > 0) {
-        content.append(bytes, static_cast<std::size_t>(got));
-        if (content.size() > kMaxBytes) {
-            errno = EFBIG;
-            return std::nullopt;
-        }
+    const auto status = pinned ? inspectPinned(pinned.get(), file.name()) : std::nullopt;
+    if (!status) {
+        return {UniqueFd(), describeError(errno)};
     }
-    return got == 0 ? std::optional<std::string>(std::move(content)) : std::nullopt;
+    if (status->type != FILE_TYPE_PLAYLIST) {
+        return OpenPlaylist();
+    }
+    if (status->size > kMaxPlaylistFile) {
+        return {UniqueFd(), describeError(EFBIG)};
+    }
+    UniqueFd fd = openRegularFile(pinned.get());
+    return fd ? OpenPlaylist{std::move(fd), ""} : OpenPlaylist{UniqueFd(), describeError(errno)};
 }
 
 std::string withSlashes(std::string target)
 {
     std::replace(target.begin(), target.end(), '\\', '/');
-    const bool hasDrive = target.size() > 2 && target[1] == ':' && target[2] == '/';
-    return hasDrive ? target.substr(2) : target;
+    const std::size_t drive = target.starts_with('/') ? 1 : 0; // "/C:/" in an URI
+    const bool hasDrive = target.size() > drive + 2 && target[drive + 1] == ':' && target[drive + 2] == '/';
+    return hasDrive ? target.substr(drive + 2) : target;
 }
 
-// What an entry may mean, the likeliest first: programs write paths in the charset, and with the separators, of the computer
-// that they run on.
+// What an entry may mean, the likeliest first: programs write paths in the charset, with the separators and in the form of
+// letters with marks of the computer that they run on, and some as an URI. None when it cannot be the path of a file.
 Paths readings(const PlaylistEntry& entry)
 {
     Paths readings;
-    for (const std::string& bytes : {entry.target, entry.path, withSlashes(entry.target), withSlashes(entry.path)}) {
-        if (std::find(readings.begin(), readings.end(), bytes) == readings.end()) {
-            readings.push_back(bytes);
+    const auto add = [&readings](const std::string& reading) {
+        const bool possible = !reading.empty() && reading.find('\0') == std::string::npos;
+        if (possible && std::find(readings.begin(), readings.end(), reading) == readings.end()) {
+            readings.push_back(reading);
         }
+    };
+    for (const std::string& written : {entry.target, entry.path, withSlashes(entry.target), withSlashes(entry.path),
+                                       withoutEscapes(withSlashes(entry.target))}) {
+        add(written);
+    }
+    const Paths written = readings;
+    for (const std::string& reading : written) {
+        add(composed(reading));
+        add(decomposed(reading));
     }
     return readings;
 }
@@ -108,17 +126,12 @@ public:
     {
     }
 
-    /// Null when it cannot be read.
-    EntryList run(const std::stop_token& cancelled)
+    /// What @p content lists of the volume.
+    EntryList run(const PlaylistContent& content, const std::stop_token& cancelled)
     {
-        const auto content = readWhole(m_file);
-        if (!content) {
-            logUnreadable(m_file, describeError(errno));
-            return nullptr;
-        }
         auto entries = std::make_shared<std::vector<FolderFileInfo_s>>();
-        std::size_t missing = 0;
-        for (const PlaylistEntry& entry : parsePlaylist(m_file.relative, *content)) {
+        std::size_t missing = content.omitted;
+        for (const PlaylistEntry& entry : content.entries) {
             auto file = cancelled.stop_requested() ? std::nullopt : find(entry);
             if (file) {
                 file->id = static_cast<std::int32_t>(entries->size());
@@ -183,8 +196,9 @@ private:
 
 } // namespace
 
-Playlists::Playlists(LocationOpener opener, std::shared_ptr<MetadataCatalog> catalog)
+Playlists::Playlists(LocationOpener opener, std::shared_ptr<MediaWorkers> workers, std::shared_ptr<MetadataCatalog> catalog)
     : m_opener(std::move(opener))
+    , m_workers(std::move(workers))
     , m_catalog(std::move(catalog))
 {
 }
@@ -207,12 +221,24 @@ std::optional<std::vector<std::string>> Playlists::filesBelow(const std::string&
 EntryList Playlists::entriesOf(const std::string& path) const
 {
     const Location file = m_opener.locate(path);
-    if (!file || !isPlaylistName(file.relative)) {
+    const FileType type = typeByExtension(file.name());
+    if (!file || (type != FILE_TYPE_PLAYLIST && type != FILE_TYPE_UNKNOWN)) {
         return nullptr;
     }
-    const auto entries =
-        m_opener.runWithin<EntryList>(kTimeout, path, [file, path, catalog = m_catalog](const std::stop_token& cancelled) {
-            return PlaylistReading(file, path, catalog).run(cancelled);
+    const auto opened =
+        m_opener.runWithin<OpenPlaylist>(kTimeout, path, [file](const std::stop_token&) { return openPlaylist(file); });
+    if (!opened || (!opened->fd && opened->error.empty())) {
+        return nullptr;
+    }
+    const std::string extension = type == FILE_TYPE_PLAYLIST ? extensionOf(file.name()) : "";
+    auto content = opened->fd ? m_workers->readPlaylist(opened->fd.get(), extension) : PlaylistContent{{}, 0, opened->error};
+    if (!content.error.empty()) {
+        logUnreadable(file, content.error);
+        return nullptr;
+    }
+    const auto entries = m_opener.runWithin<EntryList>(
+        kTimeout, path, [file, path, content = std::move(content), catalog = m_catalog](const std::stop_token& cancelled) {
+            return PlaylistReading(file, path, catalog).run(content, cancelled);
         });
     return entries.value_or(nullptr);
 }

@@ -20,4 +20,11 @@ std::string trimmed(std::string_view text)
                                            : std::string(text.substr(begin, text.find_last_not_of(kBlanks) + 1 - begin));
 }
 
+std::string onOneLine(std::string text)
+{
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; }, ' ');
+    return trimmed(text);
+}
+
 } // namespace desktop

@@ -13,4 +13,7 @@ std::string lowerCase(std::string_view text);
 /// @p text without blanks, tabs and line ends at its beginning and end.
 std::string trimmed(std::string_view text);
 
+/// @p text without control characters: each is a blank, and none stands at its ends.
+std::string onOneLine(std::string text);
+
 } // namespace desktop

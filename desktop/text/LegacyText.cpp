@@ -1,5 +1,6 @@
 #include "desktop/text/LegacyText.h"
 
+#include "desktop/text/LatinCharset.h"
 #include "desktop/text/Utf8.h"
 
 #include <uchardet/uchardet.h>
@@ -15,8 +16,9 @@ namespace desktop {
 namespace {
 
 constexpr char kWestern[] = "windows-1252";
-constexpr int kMaxAdjoining = 3; // letters with marks that a western word has side by side
-constexpr int kRepetitions = 3;  // the detector wants more than a title; the same again does not change what it weighs
+constexpr int kMaxAdjoining = 3;                // letters with marks that a western word has side by side
+constexpr std::size_t kMaxSample = 64UL * 1024; // bytes; more says no more
+constexpr int kRepetitions = 3; // the detector wants more than a title; the same again does not change what it weighs
 
 // The letters beyond ASCII of one language a line: text of another charset, read as western, seldom keeps to one of them.
 constexpr const char32_t* kAlphabets[] = {
@@ -39,12 +41,10 @@ struct Charset {
 };
 
 constexpr Charset kCharsets[] = {
-    {"WINDOWS-1250", "windows-1250", true},
-    {"ISO-8859-2", "iso-8859-2", true},
-    {"ISO-8859-9", "windows-1254", true},
     {"ISO-8859-13", "windows-1257", true},
     {"WINDOWS-1258", "windows-1258", true},
     {"WINDOWS-1251", "windows-1251"},
+    {"MAC-CYRILLIC", "windows-1251"},
     {"KOI8-R", "koi8-r"},
     {"IBM866", "ibm-866"},
     {"ISO-8859-5", "iso-8859-5"},
@@ -52,6 +52,7 @@ constexpr Charset kCharsets[] = {
     {"ISO-8859-7", "iso-8859-7"},
     {"WINDOWS-1255", "windows-1255"},
     {"WINDOWS-1256", "windows-1256"},
+    {"ISO-8859-6", "windows-1256"},
     {"TIS-620", "windows-874"},
     {"SHIFT_JIS", "shift_jis"},
     {"EUC-JP", "euc-jp"},
@@ -59,17 +60,6 @@ constexpr Charset kCharsets[] = {
     {"BIG5", "big5"},
     {"UHC", "windows-949"},
 };
-
-std::u32string charactersOf(std::string_view text)
-{
-    std::u32string characters;
-    while (!text.empty()) {
-        const Character character = firstCharacter(text);
-        characters.push_back(character.value);
-        text.remove_prefix(std::max<std::size_t>(character.length, 1));
-    }
-    return characters;
-}
 
 bool isLetter(char32_t c)
 {
@@ -81,6 +71,13 @@ bool isBeyondAscii(char32_t c)
     return c > 0x7F;
 }
 
+// A quotation mark that opens stands at the beginning of a word.
+bool opensWithin(const std::u32string& text, std::size_t i)
+{
+    const auto before = static_cast<UChar32>(i > 0 ? text[i - 1] : U' ');
+    return (text[i] == U'‚' || text[i] == U'„') && !u_isspace(before) && !u_ispunct(before);
+}
+
 // Whether more letters with marks or signs stand side by side than in any western word, or a sign stands in a word.
 bool hasStrangeWords(const std::u32string& text)
 {
@@ -90,7 +87,7 @@ bool hasStrangeWords(const std::u32string& text)
         const bool counts = isBeyondAscii(text[i]) && !u_ispunct(c) && !u_isspace(c);
         adjoining = counts ? adjoining + 1 : 0;
         const bool inWord = i > 0 && i + 1 < text.size() && isLetter(text[i - 1]) && isLetter(text[i + 1]);
-        if (adjoining > kMaxAdjoining || (counts && !isLetter(text[i]) && inWord)) {
+        if (adjoining > kMaxAdjoining || opensWithin(text, i) || (counts && !isLetter(text[i]) && inWord)) {
             return true;
         }
     }
@@ -128,13 +125,22 @@ bool meansNothing(char32_t c)
            (isBeyondAscii(c) && (u_iscntrl(static_cast<UChar32>(c)) || !u_isdefined(static_cast<UChar32>(c))));
 }
 
-// What is read in a wrong charset has characters that nobody writes, or capitals within words.
+// Of one alphabet and the other: Greek, Cyrillic, Hebrew and Arabic letters are never within a Latin word.
+bool areOfTwoAlphabets(char32_t a, char32_t b)
+{
+    const auto isOther = [](char32_t c) { return c >= 0x370 && c <= 0x6FF && isLetter(c); };
+    return (isLetter(a) && a < 0x250 && isOther(b)) || (isLetter(b) && b < 0x250 && isOther(a));
+}
+
+// What is read in a wrong charset has characters that nobody writes, or capitals or letters of another alphabet within
+// words.
 bool isPlausible(const std::u32string& text)
 {
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool capitalWithin = i > 0 && isBeyondAscii(text[i]) && u_isupper(static_cast<UChar32>(text[i])) &&
-                                   u_islower(static_cast<UChar32>(text[i - 1]));
-        if (meansNothing(text[i]) || capitalWithin) {
+        const char32_t before = i > 0 ? text[i - 1] : U' ';
+        const bool capitalWithin =
+            isBeyondAscii(text[i]) && u_isupper(static_cast<UChar32>(text[i])) && u_islower(static_cast<UChar32>(before));
+        if (meansNothing(text[i]) || capitalWithin || areOfTwoAlphabets(before, text[i])) {
             return false;
         }
     }
@@ -162,16 +168,27 @@ const Charset* detect(const std::string& sample)
     return found != std::end(kCharsets) ? found : nullptr;
 }
 
+// As much of @p texts as tells its charset. No charset has a blank or a line end within a character.
+std::string beginningOf(const std::string& texts)
+{
+    const std::size_t end = texts.size() > kMaxSample ? texts.find_last_of(" \n", kMaxSample) : std::string::npos;
+    return texts.substr(0, end != std::string::npos ? end : kMaxSample);
+}
+
 } // namespace
 
-const char* guessCharset(const std::string& sample)
+const char* guessCharset(const std::string& texts)
 {
+    const std::string sample = beginningOf(texts);
     const std::u32string western = charactersOf(toUtf8(sample, kWestern));
     const Charset* const charset = isWestern(western) ? nullptr : detect(sample);
-    if (charset == nullptr || (charset->isLatin && isWesternLineByLine(western))) {
-        return kWestern;
+    const bool plausible = charset != nullptr && isPlausible(charactersOf(toUtf8(sample, charset->name)));
+    if (plausible && !charset->isLatin) {
+        return charset->name;
     }
-    return isPlausible(charactersOf(toUtf8(sample, charset->name))) ? charset->name : kWestern;
+    const char* const latin = guessLatinCharset(sample);
+    const bool speaksForIt = plausible && std::string_view(latin) == kWestern && !isWesternLineByLine(western);
+    return speaksForIt ? charset->name : latin;
 }
 
 std::string toUtf8(const std::string& bytes, const char* charset)

@@ -1,5 +1,7 @@
 #include "desktop/text/Utf8.h"
 
+#include <algorithm>
+
 namespace desktop {
 
 namespace {
@@ -65,6 +67,27 @@ bool isUtf8(std::string_view text)
         text.remove_prefix(length);
     }
     return true;
+}
+
+std::u32string charactersOf(std::string_view text)
+{
+    std::u32string characters;
+    while (!text.empty()) {
+        const Character character = firstCharacter(text);
+        characters.push_back(character.value);
+        text.remove_prefix(std::max<std::size_t>(character.length, 1));
+    }
+    return characters;
+}
+
+void cutUtf8(std::string& text, std::size_t bytes)
+{
+    if (text.size() > bytes) {
+        while (bytes > 0 && (static_cast<unsigned char>(text[bytes]) & 0xC0) == 0x80) { // within a character
+            --bytes;
+        }
+        text.resize(bytes);
+    }
 }
 
 } // namespace desktop

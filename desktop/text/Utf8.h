@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace desktop {
@@ -16,5 +17,11 @@ Character firstCharacter(std::string_view text);
 
 /// Whether all of @p text is UTF-8.
 bool isUtf8(std::string_view text);
+
+/// The characters of the UTF-8 text @p text; a byte that begins none counts as U+0000.
+std::u32string charactersOf(std::string_view text);
+
+/// Cuts the UTF-8 text @p text to at most @p bytes, between two characters.
+void cutUtf8(std::string& text, std::size_t bytes);
 
 } // namespace desktop

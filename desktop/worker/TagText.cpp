@@ -33,23 +33,6 @@ std::string toLatin(std::string_view text)
     return bytes;
 }
 
-std::string onOneLine(std::string text)
-{
-    std::replace_if(
-        text.begin(), text.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; }, ' ');
-    return trimmed(text);
-}
-
-void cut(std::string& text)
-{
-    if (text.size() > kMaxBytes) {
-        text.resize(kMaxBytes);
-        while (!isUtf8(text)) { // a character was cut through
-            text.pop_back();
-        }
-    }
-}
-
 std::string tidied(const std::string& stored, const char* charset)
 {
     std::string text = isUtf8(stored) ? stored : toUtf8(stored, charset);
@@ -58,7 +41,7 @@ std::string tidied(const std::string& stored, const char* charset)
         text = bytes;
     }
     text = onOneLine(std::move(text));
-    cut(text);
+    cutUtf8(text, kMaxBytes);
     return text;
 }
 

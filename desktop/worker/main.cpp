@@ -6,6 +6,7 @@
 #include "desktop/worker/MediaError.h"
 #include "desktop/worker/MusicMetadata.h"
 #include "desktop/worker/PhotoMetadata.h"
+#include "desktop/worker/PlaylistFile.h"
 #include "desktop/worker/StreamMetadata.h"
 #include "desktop/worker/Thumbnail.h"
 
@@ -76,17 +77,23 @@ MediaMetadata readMetadata(int fd, FileType type)
 
 Json::Value work(const WorkerMessage& request)
 {
-    const bool thumbnail = request.body["job"] == "thumbnail";
-    if (request.files.size() != (thumbnail ? 2U : 1U)) {
+    const Json::Value& job = request.body["job"];
+    if (request.files.size() != (job == "metadata" ? 1U : 2U)) {
         throw MediaError("The request came without its files.");
     }
     const auto type = static_cast<FileType>(request.body["type"].asInt());
     const int fd = request.files.front().get();
-    if (!thumbnail) {
+    const int output = request.files.back().get();
+    if (job == "metadata") {
         return toJson(readMetadata(fd, type));
     }
+    if (job == "playlist") {
+        Json::Value answer;
+        answer["entries"] = static_cast<Json::UInt>(readPlaylist(fd, request.body["extension"].asString(), output));
+        return answer;
+    }
     const PictureSize bound = {request.body["width"].asInt(), request.body["height"].asInt()};
-    writeThumbnail(readPicture(fd, type, bound), bound, request.files.back().get());
+    writeThumbnail(readPicture(fd, type, bound), bound, output);
     return Json::Value(Json::objectValue);
 }
 

@@ -1,9 +1,12 @@
 #include "desktop/workers/MediaWorkers.h"
 
 #include "desktop/base/ProgramFiles.h"
+#include "desktop/workers/PlaylistTransfer.h"
 #include "desktop/workers/WorkerChannel.h"
 
 #include <poll.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -32,6 +35,20 @@ Json::Value failure(const std::string& reason)
     answer["error"] = reason;
     answer["unread"] = true;
     return answer;
+}
+
+// The beginning of file @p fd, at most @p most bytes.
+std::string contentOf(int fd, std::size_t most)
+{
+    std::string content;
+    char bytes[65536];
+    ssize_t got = 1;
+    while (got > 0 && content.size() < most) {
+        const std::size_t wanted = std::min(sizeof bytes, most - content.size());
+        got = TEMP_FAILURE_RETRY(pread(fd, bytes, wanted, static_cast<off_t>(content.size())));
+        content.append(bytes, got > 0 ? static_cast<std::size_t>(got) : 0);
+    }
+    return content;
 }
 
 /// Waits until one of @p waits is ready, or until @p deadline.
@@ -79,6 +96,24 @@ std::string MediaWorkers::makeThumbnail(int fd, FileType type, int width, int he
     request["width"] = width;
     request["height"] = height;
     return metadataFromJson(ask(request, {fd, output}, cancelled)).error;
+}
+
+PlaylistContent MediaWorkers::readPlaylist(int fd, const std::string& extension)
+{
+    Json::Value request;
+    request["job"] = "playlist";
+    request["type"] = static_cast<int>(FILE_TYPE_PLAYLIST);
+    request["extension"] = extension;
+    const UniqueFd output(memfd_create("playlist", MFD_CLOEXEC));
+    const Json::Value answer = ask(request, {fd, output.get()}, {});
+    PlaylistContent content;
+    content.error = metadataFromJson(answer).error;
+    if (content.error.empty()) {
+        content.entries = unpackEntries(contentOf(output.get(), kMaxPackedEntries));
+        const std::size_t all = answer["entries"].isUInt() ? answer["entries"].asUInt() : 0;
+        content.omitted = all - std::min(all, content.entries.size());
+    }
+    return content;
 }
 
 void MediaWorkers::stop()

@@ -2,6 +2,7 @@
 
 #include "desktop/base/ThreadAnnotations.h"
 #include "desktop/base/Wakeup.h"
+#include "desktop/formats/PlaylistEntry.h"
 #include "desktop/workers/MediaMetadata.h"
 #include "desktop/workers/WorkerProcess.h"
 
@@ -23,6 +24,13 @@ struct MediaWorkerSettings {
     std::chrono::milliseconds timeout{5000};
 };
 
+/// What a playlist file holds.
+struct PlaylistContent {
+    PlaylistEntries entries; ///< texts as the parser gives them; nothing in them is to be trusted
+    std::size_t omitted = 0; ///< how many more there are than a playlist may have
+    std::string error;       ///< why it could not be read
+};
+
 /// Reads media files in two processes of their own, started when they are needed. One that dies of a file, or takes too long
 /// over it, is replaced, and that file alone has an error. Safe on any thread.
 class MediaWorkers : public MediaReader {
@@ -37,6 +45,9 @@ public:
     /// @p width x @p height pixels, turned as it is to be shown and never enlarged. Returns why there is none; empty when
     /// there is. Returns at once when a stop of @p cancelled is requested.
     std::string makeThumbnail(int fd, FileType type, int width, int height, int output, const std::stop_token& cancelled);
+
+    /// What the open playlist file @p fd lists, whose name has @p extension, in lower case, or one that tells no format.
+    PlaylistContent readPlaylist(int fd, const std::string& extension);
 
     /// Every file that is being read, or comes later, has an error at once.
     void stop();

@@ -13,9 +13,10 @@
 namespace desktop {
 
 // The wire between the desktop and a media worker: a socket that keeps messages whole and carries open files. A request is
-// an object with "job", "metadata" or "thumbnail", and "type", a FileType; the media file comes with it. A thumbnail's has
-// "width" and "height" too, the bounds in pixels, and a second file that takes the picture. The answer holds the metadata,
-// or "error".
+// an object with "job", "metadata", "thumbnail" or "playlist", and "type", a FileType; the file comes with it. A thumbnail's
+// has "width" and "height" too, the bounds in pixels, and a second file that takes the picture; a playlist's has
+// "extension", and a second file that takes the entries (PlaylistTransfer.h). The answer holds the metadata, how many
+// "entries" the playlist has, or "error".
 
 /// The descriptor under which a worker finds its end of the wire.
 constexpr int kWorkerChannel = 3;

@@ -195,6 +195,10 @@ TEST_F(BoundaryTest, Playlists_AreFoundAndPagedLikeFolders)
     EXPECT_EQ(page(0, 0, entries, folder.path("sub/list.m3u")), 0);
     ASSERT_EQ(entries.size(), 2U);
     EXPECT_EQ(entries[0].path, folder.path("3.mp3"));
+    std::ofstream(folder.path("sub/list")) << "#EXTM3U\n../2.mp4\n"; // which its content alone shows
+    EXPECT_EQ(page(0, 0, entries, folder.path("sub/list")), 0);
+    ASSERT_EQ(entries.size(), 1U);
+    EXPECT_EQ(entries[0].path, folder.path("2.mp4"));
 }
 
 TEST_F(BoundaryTest, ScreenOff_IsRemembered)

@@ -1,5 +1,8 @@
 #include "desktop/playlists/Playlists.h"
 
+#include "desktop/files/MediaTypes.h"
+
+#include "tests/desktop/support/MediaReading.h"
 #include "tests/desktop/support/MediaStick.h"
 
 #include <gmock/gmock.h>
@@ -29,7 +32,8 @@ protected:
     }
 
     testsupport::MediaStick stick;
-    Playlists playlists{stick.opener, stick.catalog};
+    std::shared_ptr<MediaWorkers> workers = std::make_shared<MediaWorkers>(MediaWorkerSettings{MEDIA_WORKER});
+    Playlists playlists{stick.opener, workers, stick.catalog};
 };
 
 TEST_F(PlaylistsTest, FilesBelow_AreFoundInTheOrderOfAWalk)
@@ -84,6 +88,97 @@ TEST_F(PlaylistsTest, NamesOfAnotherCharset_LeadToTheFileThatIsThere)
     stick.write("all.m3u", "\xCA\xE8\xED\xEE\\\xC3\xF0\xF3\xEF\xEF\xE0 \xEA\xF0\xEE\xE2\xE8.mp3\n\xC4\xC4\xD2.mp3\n"
                            "\xC4\xC4\xD2 2.mp3\n");
     EXPECT_THAT(entriesOf("all.m3u"), ElementsAre("Кино/Группа крови.mp3", "ДДТ.mp3", "\\xC4\\xC4\\xD2 2.mp3"));
+}
+
+TEST_F(PlaylistsTest, LettersWithMarks_LeadToTheFileInEitherForm)
+{
+    stick.write("Caf\u00e9/\u00fcber.mp3", "x");
+    stick.write("Cre\u0300me/na\u0131\u0308ve.mp3", "x");
+    stick.write("all.m3u", "Cafe\u0301/u\u0308ber.mp3\nCr\u00e8me/na\u0131\u0308ve.mp3\nCafe\u0301\\u\u0308ber.mp3\n");
+    EXPECT_THAT(entriesOf("all.m3u"),
+                ElementsAre("Caf\u00e9/\u00fcber.mp3", "Cre\u0300me/na\u0131\u0308ve.mp3", "Caf\u00e9/\u00fcber.mp3"));
+}
+
+TEST_F(PlaylistsTest, EscapedPaths_LeadToTheFile)
+{
+    stick.write("Music/a b.mp3", "x");
+    stick.write("c%20d.mp3", "x");
+    stick.write("all.m3u", "Music/a%20b.mp3\nc%20d.mp3\nfile:///C:/Music/a%20b.mp3\nfile://C:\\Music\\a%20b.mp3\n"
+                           "Music%2F..%2F..%2F..%2Fetc%2Fpasswd\n");
+    EXPECT_THAT(entriesOf("all.m3u"), ElementsAre("Music/a b.mp3", "c%20d.mp3", "Music/a b.mp3", "Music/a b.mp3"));
+}
+
+TEST_F(PlaylistsTest, EntryWithANulByte_IsMissing)
+{
+    stick.write("a.mp3", "x");
+    stick.write("all.m3u", std::string("a.mp3\0b\na.mp3%00\n\0\na.mp3\n", 25));
+    testing::internal::CaptureStdout();
+    EXPECT_THAT(entriesOf("all.m3u"), ElementsAre("a.mp3"));
+    EXPECT_THAT(testing::internal::GetCapturedStdout(), HasSubstr("3 entries of " + stick.folder.path("all.m3u")));
+}
+
+TEST_F(PlaylistsTest, WhateverIsTypedAsAPlaylist_IsRead)
+{
+    const std::map<std::string, std::string> lists = {
+        {"list.m3u", "a.mp3"},
+        {"list.M3U8", "a.mp3"},
+        {"list.pls", "File1=a.mp3"},
+        {"list.cue", "FILE a.mp3 MP3"},
+        {"list.xspf", "<playlist><track><location>a.mp3</location></track></playlist>"},
+        {"list.asx", "<asx><entry><ref href=a.mp3></entry></asx>"},
+        {"list.wpl", "<smil><media src='a.mp3'/></smil>"},
+        {"list", "#EXTM3U\na.mp3"},
+        {".list", "[playlist]\nFile1=a.mp3"},
+    };
+    stick.write("a.mp3", "x");
+    for (const auto& [name, content] : lists) {
+        stick.write(name, content);
+        media_file_info_s info;
+        ASSERT_TRUE(stick.listings.describe(stick.folder.path(name), info)) << name;
+        EXPECT_EQ(info.type, FILE_TYPE_PLAYLIST) << name;
+        EXPECT_THAT(entriesOf(name), ElementsAre("a.mp3")) << name;
+    }
+}
+
+TEST_F(PlaylistsTest, PlaylistThatKillsItsParser_CostsOnlyItself)
+{
+    const testsupport::StandIn dying("[ -e $0.log ] && exec '" MEDIA_WORKER "'; touch $0.log; sleep 0.1; kill -SEGV $$");
+    workers = std::make_shared<MediaWorkers>(MediaWorkerSettings{dying.program()});
+    playlists = Playlists(stick.opener, workers, stick.catalog);
+    stick.write("a.mp3", "x");
+    stick.write("all.m3u", "a.mp3");
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(playlists.entriesOf(stick.folder.path("all.m3u")), nullptr);
+    EXPECT_THAT(testing::internal::GetCapturedStdout(), HasSubstr("all.m3u: The file stopped the process that read it."));
+    EXPECT_THAT(entriesOf("all.m3u"), ElementsAre("a.mp3"));
+}
+
+TEST_F(PlaylistsTest, WorkerThatLies_LeadsNowhere)
+{
+    stick.write("a.mp3", "x");
+    stick.write("all.m3u", "a.mp3");
+    // It writes what it likes in place of the entries: one without a path, one with a NUL, one that leads off the stick.
+    const testsupport::StandIn lying("exec python3 -c \"\n"
+                                     "import array, os, socket, struct\n"
+                                     "s = socket.socket(fileno=3)\n"
+                                     "data, control, flags, address = s.recvmsg(65536, 1024)\n"
+                                     "fds = array.array('i', control[0][2])\n"
+                                     "for text in [b'', b'a.mp3\\0', b'../../../../etc/passwd', b'/etc/passwd', b'a.mp3']:\n"
+                                     "    for part in [text, text, b'\\xff']:\n"
+                                     "        os.write(fds[1], struct.pack('=I', len(part)) + part)\n"
+                                     "os.write(fds[1], bytes([255] * 1000))\n"
+                                     "s.send(b'{\\\"entries\\\": 4000000000}')\n"
+                                     "s.recv(1)\n"
+                                     "\"");
+    workers = std::make_shared<MediaWorkers>(MediaWorkerSettings{lying.program()});
+    playlists = Playlists(stick.opener, workers, stick.catalog);
+    testing::internal::CaptureStdout();
+    const EntryList entries = playlists.entriesOf(stick.folder.path("all.m3u"));
+    testing::internal::GetCapturedStdout();
+    ASSERT_NE(entries, nullptr);
+    ASSERT_EQ(entries->size(), 1U);
+    EXPECT_EQ(entries->front().name, "a.mp3");
+    EXPECT_EQ(entries->front().title, "a");
 }
 
 TEST_F(PlaylistsTest, Entry_IsDescribedAsInAList)

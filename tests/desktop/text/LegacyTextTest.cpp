@@ -1,25 +1,17 @@
 #include "desktop/text/LegacyText.h"
 
+#include "tests/desktop/support/LegacyBytes.h"
+
 #include <gtest/gtest.h>
-#include <unicode/ucnv.h>
 
 namespace desktop {
 namespace {
 
-/// UTF-8 as a program of old wrote it in @p charset.
-std::string written(const std::string& text, const char* charset)
-{
-    std::string bytes(text.size() * 2 + 4, '\0');
-    UErrorCode status = U_ZERO_ERROR;
-    const int32_t length = ucnv_convert(charset, "UTF-8", bytes.data(), static_cast<int32_t>(bytes.size()), text.data(),
-                                        static_cast<int32_t>(text.size()), &status);
-    bytes.resize(U_SUCCESS(status) ? static_cast<std::size_t>(length) : 0);
-    return bytes;
-}
+using testsupport::writtenIn;
 
 std::string readAgain(const std::string& text, const char* charset)
 {
-    const std::string bytes = written(text, charset);
+    const std::string bytes = writtenIn(text, charset);
     return toUtf8(bytes, guessCharset(bytes));
 }
 
@@ -38,6 +30,9 @@ constexpr Sample kLegacy[] = {
     {"ibm-866", "Миллион алых роз\nАлла Пугачёва"},
     {"shift_jis", "上を向いて歩こう\n坂本九\nベスト\n歌謡曲"},
     {"shift_jis", "さくら\n森山直太朗"},
+    {"shift_jis", "知らない窓"},
+    {"windows-1251", "Ещё один день"},
+    {"windows-1256", "ابتسامة"},
     {"euc-jp", "涙そうそう\n夏川りみ"},
     {"gb18030", "月亮代表我的心\n邓丽君\n邓丽君精选\n流行"},
     {"gb18030", "朋友\n周华健"},
@@ -49,6 +44,12 @@ constexpr Sample kLegacy[] = {
     {"windows-1250", "Příběhy obyčejného šílenství\nLucie"},
     {"windows-1253", "Τα παιδιά του Πειραιά\nΜελίνα Μερκούρη"},
     {"windows-1254", "Gülpembe\nBarış Manço"},
+    {"windows-1254", "Aşk"},
+    {"windows-1250", "Příběh starého mlýna"},
+    {"windows-1250", "Żółć"},
+    {"windows-1250", "Mošanský šašek"}, // as western as Czech
+    {"windows-1250", "Őszi eső"},
+    {"iso-8859-2", "Žluťoučký kůň\nPříště"},
     {"windows-1255", "ירושלים של זהב\nשולי נתן"},
     {"windows-1256", "أنت عمري\nأم كلثوم"},
     {"windows-874", "ลอยกระทง\nสุนทราภรณ์"},
@@ -83,6 +84,7 @@ constexpr const char* kWestern[] = {
     "Queensrÿche",
     "Ænima",
     "“Heroes”\nDavid Bowie",
+    "„Lied“ (‚leise‘)",
     "« À »",
     "25°C – 100 €",
     "© 2001 ½",
@@ -95,15 +97,40 @@ constexpr const char* kWestern[] = {
 TEST(LegacyTextTest, WesternText_IsNeverTakenForAnything)
 {
     for (const char* const text : kWestern) {
-        EXPECT_STREQ(guessCharset(written(text, "windows-1252")), "windows-1252") << text;
+        EXPECT_STREQ(guessCharset(writtenIn(text, "windows-1252")), "windows-1252") << text;
         EXPECT_EQ(readAgain(text, "windows-1252"), text);
     }
 }
 
+TEST(LegacyTextTest, WesternNamesInTitlesOfOtherLanguages_StayWestern)
+{
+    for (const char* const text :
+         {"Håkan & Zoë\nLive in Kraków", "The Best of Señor Björn", "Årets Größte Hits", "Mañana, Łódź", "Ópera nº 3\nÁria",
+          "Crème brûlée\nSmørbrød\nJalapeño", "Die Rückkehr von Šárka"}) {
+        const std::string bytes = writtenIn(text, "windows-1252"); // what it has no letter for is a control character there
+        EXPECT_STREQ(guessCharset(bytes), "windows-1252") << text;
+    }
+}
+
+TEST(LegacyTextTest, TextsThatAreVeryLong_AreJudgedByTheirBeginning)
+{
+    std::string text;
+    while (text.size() < 10UL << 20) {
+        text += "Группа крови на рукаве ";
+    }
+    EXPECT_STREQ(guessCharset(writtenIn(text, "windows-1251")), "windows-1251");
+    std::string album;
+    while (album.size() < 1UL << 20) {
+        album += "月亮代表我的心\n";
+    }
+    EXPECT_STREQ(guessCharset(writtenIn(album, "gb18030")), "gb18030"); // not cut within a character
+}
+
 TEST(LegacyTextTest, WeakEvidence_ChangesNothing)
 {
-    for (const Sample& sample : {Sample{"windows-1251", "ДДТ"}, Sample{"gb18030", "爱"}, Sample{"windows-1254", "Aşk"}}) {
-        EXPECT_STREQ(guessCharset(written(sample.text, sample.charset)), "windows-1252") << sample.text;
+    for (const Sample& sample :
+         {Sample{"windows-1251", "ДДТ"}, Sample{"gb18030", "爱"}, Sample{"windows-1250", "č"}, Sample{"gb18030", "梦想"}}) {
+        EXPECT_STREQ(guessCharset(writtenIn(sample.text, sample.charset)), "windows-1252") << sample.text;
     }
 }
 

@@ -1,0 +1,55 @@
+#include "desktop/worker/PlaylistFile.h"
+
+#include "desktop/formats/PlaylistFormats.h"
+#include "desktop/worker/MediaError.h"
+#include "desktop/workers/PlaylistTransfer.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace desktop {
+
+namespace {
+
+std::string wholeFile(int fd)
+{
+    std::string content;
+    char bytes[65536];
+    ssize_t got = 0;
+    while ((got = TEMP_FAILURE_RETRY(pread(fd, bytes, sizeof bytes, static_cast<off_t>(content.size())))) > 0) {
+        content.append(bytes, static_cast<std::size_t>(got));
+        if (content.size() > kMaxPlaylistFile) {
+            throw MediaError("The playlist is too large.");
+        }
+    }
+    if (got < 0) {
+        throw MediaError("The playlist cannot be read to its end.");
+    }
+    return content;
+}
+
+void writeWhole(int fd, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const ssize_t written = TEMP_FAILURE_RETRY(write(fd, bytes.data(), bytes.size()));
+        if (written <= 0) {
+            throw MediaError("The playlist's entries cannot be handed over.");
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+}
+
+} // namespace
+
+std::size_t readPlaylist(int playlist, const std::string& extension, int output)
+{
+    const auto entries = parsePlaylist(extension, wholeFile(playlist));
+    if (!entries) {
+        throw MediaError("The file is no playlist.");
+    }
+    writeWhole(output, packEntries(*entries));
+    return entries->size();
+}
+
+} // namespace desktop
