@@ -83,6 +83,7 @@ std::optional<std::string> LineEditor::next()
         const LockGuard lock(m_mutex);
         m_editing = true;
     }
+    el_set(m_editor.get(), EL_PREP_TERM, 1); // before the prompt: the terminal would take a Ctrl-D in between for itself
     int length = 0;
     const char* const typed = m_ended ? nullptr : el_gets(m_editor.get(), &length);
     {
