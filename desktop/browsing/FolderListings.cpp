@@ -113,7 +113,7 @@ ListingPointer FolderListings::current() const
 
 ListingPointer FolderListings::of(const std::string& directory)
 {
-    ListingTask* read = runningChange(withoutTrailingSlash(directory));
+    ListingTask* read = runningRead(withoutTrailingSlash(directory));
     if (read == nullptr) {
         read = startPageRead(directory);
     }
@@ -189,12 +189,18 @@ std::unique_ptr<ListingTask> FolderListings::makeTask(const std::string& directo
     return task;
 }
 
-ListingTask* FolderListings::runningChange(const std::string& directory) const
+// A cancelled one comes to nothing.
+ListingTask* FolderListings::runningRead(const std::string& directory) const
 {
+    const auto isIt = [&directory](const std::unique_ptr<ListingTask>& read) {
+        return read != nullptr && read->directory() == directory && !read->isCancelled() && !read->finished();
+    };
     const LockGuard lock(m_readsMutex);
-    const bool isOfDirectory = m_change != nullptr && m_change->directory() == directory;
-    const bool runs = isOfDirectory && !m_change->isCancelled() && !m_change->finished(); // a cancelled one comes to nothing
-    return runs ? m_change.get() : nullptr;
+    if (isIt(m_change)) {
+        return m_change.get();
+    }
+    const auto other = std::find_if(m_others.begin(), m_others.end(), isIt);
+    return other != m_others.end() ? other->get() : nullptr;
 }
 
 ListingTask* FolderListings::startPageRead(const std::string& directory)

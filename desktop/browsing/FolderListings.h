@@ -43,7 +43,7 @@ private:
     using Done = std::function<void(const ListingTask::Result& result)>;
 
     std::unique_ptr<ListingTask> makeTask(const std::string& directory, Done done) REQUIRES(m_readsMutex);
-    ListingTask* runningChange(const std::string& directory) const;
+    ListingTask* runningRead(const std::string& directory) const;
     ListingTask* startPageRead(const std::string& directory);
     bool waitUntilOpened(ListingTask& task, const std::string& directory) const;
     void retireChange();

@@ -50,6 +50,7 @@ protected:
     {
         ReadObserver received;
         received.progress = [this](const std::string&, std::size_t) {
+            ++reads;
             reading.open();
             if (holdReading) {
                 goOnReading.wait();
@@ -65,6 +66,7 @@ protected:
     testsupport::Door reading;
     testsupport::Door goOnReading;
     std::atomic<bool> holdReading{false};
+    std::atomic<int> reads{0}; ///< of the big folder, which reports progress once
     EventQueue events;
     const PathResolver resolver{{folder.path()}};
     FolderListings listings{LocationOpener(resolver, std::make_shared<ReadReporter>(observer())), events};
@@ -174,6 +176,16 @@ TEST_F(FolderListingsTest, PageOfTheFolderThatIsBeingRead_WaitsForThatRead)
     const ListingPointer page = listings.of(folder.path("big"));
     ASSERT_NE(page, nullptr);
     EXPECT_EQ(page, listings.current());
+}
+
+// The first page gives up after its timeout.
+TEST_F(FolderListingsTest, PageOfAFolderThatAnotherPageStillReads_WaitsForThatRead)
+{
+    holdReading = true;
+    EXPECT_EQ(listings.of(folder.path("big")), nullptr);
+    goOnReading.open();
+    ASSERT_NE(listings.of(folder.path("big")), nullptr);
+    EXPECT_EQ(reads, 1);
 }
 
 TEST_F(FolderListingsTest, PageOfAnUnchangedFolder_ReadsNothingAnew)
