@@ -32,9 +32,9 @@ bool fileSystemAnswers(const std::string& folder)
 }
 
 /// One run of the browse command.
-class Browse {
+class BrowseCommand {
 public:
-    Browse(Session& session, const BrowseOptions& options, Output& output)
+    BrowseCommand(Session& session, const BrowseOptions& options, Output& output)
         : m_session(session)
         , m_options(options)
         , m_output(output)
@@ -59,7 +59,7 @@ private:
     const bool m_coloured;
 };
 
-void Browse::run()
+void BrowseCommand::run()
 {
     if (!m_session.enter()) {
         return;
@@ -82,7 +82,7 @@ void Browse::run()
     }
 }
 
-void Browse::showDevices()
+void BrowseCommand::showDevices()
 {
     const Json::Value& devices = m_session.devices();
     std::size_t columns = 0;
@@ -106,7 +106,7 @@ void Browse::showDevices()
 }
 
 // Returns the folders in it, in the order in which they are listed.
-std::vector<std::string> Browse::showFolder(const std::string& directory)
+std::vector<std::string> BrowseCommand::showFolder(const std::string& directory)
 {
     std::vector<std::string> folders;
     if (m_options.page > 0) {
@@ -131,7 +131,7 @@ std::vector<std::string> Browse::showFolder(const std::string& directory)
 }
 
 // Of a folder of any length; how many pages it has is not known then.
-void Browse::showOnePage(const std::string& directory, std::vector<std::string>& folders)
+void BrowseCommand::showOnePage(const std::string& directory, std::vector<std::string>& folders)
 {
     if (!m_session.setPageSize(directory, pageSize())) {
         return;
@@ -150,7 +150,7 @@ void Browse::showOnePage(const std::string& directory, std::vector<std::string>&
     writeText(totals.text() + "\n");
 }
 
-void Browse::writeEntries(const Json::Value& entries, EntryTotals& totals, std::vector<std::string>& folders)
+void BrowseCommand::writeEntries(const Json::Value& entries, EntryTotals& totals, std::vector<std::string>& folders)
 {
     std::string lines;
     for (const Json::Value& entry : entries) {
@@ -163,12 +163,12 @@ void Browse::writeEntries(const Json::Value& entries, EntryTotals& totals, std::
     m_output.write(lines);
 }
 
-std::string Browse::folderStart(const std::string& directory) const
+std::string BrowseCommand::folderStart(const std::string& directory) const
 {
     return "\n" + folderHeading(directory, m_coloured) + entryHeading(m_coloured);
 }
 
-void Browse::writeText(const std::string& text)
+void BrowseCommand::writeText(const std::string& text)
 {
     if (!m_options.json) {
         m_output.write(text);
@@ -179,7 +179,7 @@ void Browse::writeText(const std::string& text)
 
 void runBrowse(Session& session, const BrowseOptions& options, Output& output)
 {
-    Browse(session, options, output).run();
+    BrowseCommand(session, options, output).run();
 }
 
 } // namespace desktop

@@ -21,9 +21,9 @@ constexpr int kDescending = 0;
 constexpr int kAscending = 1;
 
 /// One run of the groups command.
-class GroupsRun {
+class GroupsCommand {
 public:
-    GroupsRun(Session& session, const GroupsOptions& options, Output& output)
+    GroupsCommand(Session& session, const GroupsOptions& options, Output& output)
         : m_session(session)
         , m_options(options)
         , m_output(output)
@@ -45,7 +45,7 @@ private:
     Output& m_output;
 };
 
-void GroupsRun::run()
+void GroupsCommand::run()
 {
     if (!m_session.enter()) {
         return;
@@ -59,7 +59,7 @@ void GroupsRun::run()
 }
 
 // The plugin has the groups of one folder at a time, so a group's files are counted while it has them.
-void GroupsRun::listGroups(const std::vector<std::string>& directories)
+void GroupsCommand::listGroups(const std::vector<std::string>& directories)
 {
     std::vector<std::string> keys;
     std::map<std::string, std::uint64_t> files;
@@ -85,7 +85,7 @@ void GroupsRun::listGroups(const std::vector<std::string>& directories)
     }
 }
 
-void GroupsRun::listFiles(const std::vector<std::string>& directories)
+void GroupsCommand::listFiles(const std::vector<std::string>& directories)
 {
     const std::string key = escapeBadBytes(m_options.key);
     std::uint64_t files = 0;
@@ -107,7 +107,7 @@ void GroupsRun::listFiles(const std::vector<std::string>& directories)
 }
 
 // Nothing when none can be read; some may be missing after an error.
-std::optional<std::vector<std::string>> GroupsRun::readKeys(const std::string& directory)
+std::optional<std::vector<std::string>> GroupsCommand::readKeys(const std::string& directory)
 {
     Json::Value request;
     request["Group"] = m_options.by;
@@ -122,7 +122,7 @@ std::optional<std::vector<std::string>> GroupsRun::readKeys(const std::string& d
     return read || !keys.empty() ? std::optional(std::move(keys)) : std::nullopt;
 }
 
-void GroupsRun::writeGroups(std::vector<std::string> keys, const std::map<std::string, std::uint64_t>& files)
+void GroupsCommand::writeGroups(std::vector<std::string> keys, const std::map<std::string, std::uint64_t>& files)
 {
     if (m_options.descending) {
         std::reverse(keys.begin(), keys.end());
@@ -144,7 +144,7 @@ void GroupsRun::writeGroups(std::vector<std::string> keys, const std::map<std::s
 
 // One command lists the files in either direction, the other one gives their duration and artist. Returns how many there
 // are.
-std::uint64_t GroupsRun::writeFiles(const std::string& key)
+std::uint64_t GroupsCommand::writeFiles(const std::string& key)
 {
     std::map<std::string, Json::Value> media;
     for (const Json::Value& file : filesOf("storagemedia.kiro.group.get.fileinfo", key, kOwnOrder)) {
@@ -165,7 +165,7 @@ std::uint64_t GroupsRun::writeFiles(const std::string& key)
     return files.size();
 }
 
-Json::Value GroupsRun::filesOf(const char* command, const std::string& key, int direction)
+Json::Value GroupsCommand::filesOf(const char* command, const std::string& key, int direction)
 {
     Json::Value request;
     request["keystr"] = key;
@@ -183,7 +183,7 @@ Json::Value GroupsRun::filesOf(const char* command, const std::string& key, int 
 
 void runGroups(Session& session, const GroupsOptions& options, Output& output)
 {
-    GroupsRun(session, options, output).run();
+    GroupsCommand(session, options, output).run();
 }
 
 } // namespace desktop

@@ -46,9 +46,9 @@ std::string photoText(const Json::Value& photo)
 }
 
 /// One run of the photos command.
-class PhotosRun {
+class PhotosCommand {
 public:
-    PhotosRun(Session& session, const PhotosOptions& options, Output& output)
+    PhotosCommand(Session& session, const PhotosOptions& options, Output& output)
         : m_session(session)
         , m_options(options)
         , m_output(output)
@@ -66,7 +66,7 @@ private:
     Output& m_output;
 };
 
-void PhotosRun::run()
+void PhotosCommand::run()
 {
     if (!m_session.enter()) {
         return;
@@ -79,7 +79,7 @@ void PhotosRun::run()
     }
 }
 
-void PhotosRun::listFolder(const std::string& directory, bool headed)
+void PhotosCommand::listFolder(const std::string& directory, bool headed)
 {
     auto photos = m_session.changeDirectory(directory, kPageSize) ? sorted(directory) : std::nullopt;
     if (!photos) {
@@ -101,7 +101,7 @@ void PhotosRun::listFolder(const std::string& directory, bool headed)
     }
 }
 
-std::optional<Json::Value> PhotosRun::sorted(const std::string& directory)
+std::optional<Json::Value> PhotosCommand::sorted(const std::string& directory)
 {
     Json::Value request;
     request["type"] = static_cast<int>(m_options.sort);
@@ -123,7 +123,7 @@ std::optional<Json::Value> PhotosRun::sorted(const std::string& directory)
 
 void runPhotos(Session& session, const PhotosOptions& options, Output& output)
 {
-    PhotosRun(session, options, output).run();
+    PhotosCommand(session, options, output).run();
 }
 
 } // namespace desktop

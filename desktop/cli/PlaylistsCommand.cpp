@@ -13,9 +13,9 @@ namespace {
 constexpr int kPageSize = 1000; // entries to a request
 
 /// One run of the playlists command.
-class PlaylistsRun {
+class PlaylistsCommand {
 public:
-    PlaylistsRun(Session& session, const PlaylistsOptions& options, Output& output)
+    PlaylistsCommand(Session& session, const PlaylistsOptions& options, Output& output)
         : m_session(session)
         , m_options(options)
         , m_output(output)
@@ -34,7 +34,7 @@ private:
     Output& m_output;
 };
 
-void PlaylistsRun::run()
+void PlaylistsCommand::run()
 {
     if (!m_session.enter()) {
         return;
@@ -47,7 +47,7 @@ void PlaylistsRun::run()
     }
 }
 
-void PlaylistsRun::listPlaylists(const std::vector<std::string>& directories)
+void PlaylistsCommand::listPlaylists(const std::vector<std::string>& directories)
 {
     std::uint64_t count = 0;
     bool listed = false;
@@ -71,7 +71,7 @@ void PlaylistsRun::listPlaylists(const std::vector<std::string>& directories)
     }
 }
 
-void PlaylistsRun::listEntries(const std::string& playlist)
+void PlaylistsCommand::listEntries(const std::string& playlist)
 {
     const std::string directory = playlist.substr(0, playlist.rfind('/'));
     if (!m_session.setPageSize(directory.empty() ? "/" : directory, kPageSize)) {
@@ -97,7 +97,7 @@ void PlaylistsRun::listEntries(const std::string& playlist)
     }
 }
 
-std::string PlaylistsRun::entryText(const Json::Value& entry) const
+std::string PlaylistsCommand::entryText(const Json::Value& entry) const
 {
     return m_options.json ? jsonLine(entry) : entryLine(entry, m_output.isColoured(), "path");
 }
@@ -106,7 +106,7 @@ std::string PlaylistsRun::entryText(const Json::Value& entry) const
 
 void runPlaylists(Session& session, const PlaylistsOptions& options, Output& output)
 {
-    PlaylistsRun(session, options, output).run();
+    PlaylistsCommand(session, options, output).run();
 }
 
 } // namespace desktop

@@ -19,9 +19,9 @@ std::string gapsOf(const Json::Value& totals)
 }
 
 /// One run of the search command.
-class SearchRun {
+class SearchCommand {
 public:
-    SearchRun(Session& session, const SearchOptions& options, Output& output)
+    SearchCommand(Session& session, const SearchOptions& options, Output& output)
         : m_session(session)
         , m_options(options)
         , m_output(output)
@@ -45,7 +45,7 @@ private:
     std::uint64_t m_folders = 0;
 };
 
-void SearchRun::run()
+void SearchCommand::run()
 {
     if (!m_session.enter()) {
         return;
@@ -60,7 +60,7 @@ void SearchRun::run()
 }
 
 // Whether it has come to its end.
-bool SearchRun::search(const std::string& directory)
+bool SearchCommand::search(const std::string& directory)
 {
     Json::Value request;
     request["dirpath"] = directory;
@@ -89,7 +89,7 @@ bool SearchRun::search(const std::string& directory)
     return true;
 }
 
-void SearchRun::writeFiles(const Json::Value& files)
+void SearchCommand::writeFiles(const Json::Value& files)
 {
     std::string lines = std::exchange(m_headed, true) || m_options.json ? "" : entryHeading(m_coloured);
     for (const Json::Value& file : files) {
@@ -99,7 +99,7 @@ void SearchRun::writeFiles(const Json::Value& files)
     m_output.write(lines);
 }
 
-std::string SearchRun::summary() const
+std::string SearchCommand::summary() const
 {
     return counted(m_videos, "video") + " in " + counted(m_folders, "folder") + "\n";
 }
@@ -108,7 +108,7 @@ std::string SearchRun::summary() const
 
 void runSearch(Session& session, const SearchOptions& options, Output& output)
 {
-    SearchRun(session, options, output).run();
+    SearchCommand(session, options, output).run();
 }
 
 } // namespace desktop

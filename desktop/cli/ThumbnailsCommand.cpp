@@ -33,9 +33,9 @@ bool hasPicture(const Json::Value& entry)
 }
 
 /// One run of the thumbnails command.
-class ThumbnailsRun {
+class ThumbnailsCommand {
 public:
-    ThumbnailsRun(Session& session, const ThumbnailsOptions& options, Output& output)
+    ThumbnailsCommand(Session& session, const ThumbnailsOptions& options, Output& output)
         : m_session(session)
         , m_options(options)
         , m_output(output)
@@ -68,7 +68,7 @@ private:
     bool m_copiesEnded = false;
 };
 
-void ThumbnailsRun::run()
+void ThumbnailsCommand::run()
 {
     if (!m_session.enter()) {
         return;
@@ -86,7 +86,7 @@ void ThumbnailsRun::run()
 }
 
 // Whether any has been gone through to its end.
-bool ThumbnailsRun::makeOfFolders(const std::vector<std::string>& directories)
+bool ThumbnailsCommand::makeOfFolders(const std::vector<std::string>& directories)
 {
     bool made = false;
     for (const std::string& directory : directories) {
@@ -95,7 +95,7 @@ bool ThumbnailsRun::makeOfFolders(const std::vector<std::string>& directories)
     return made;
 }
 
-bool ThumbnailsRun::makeOfFolder(const std::string& directory)
+bool ThumbnailsCommand::makeOfFolder(const std::string& directory)
 {
     const auto entries = m_session.changeDirectory(directory, kPageSize);
     const auto total = static_cast<std::size_t>(entries.value_or(0));
@@ -107,7 +107,7 @@ bool ThumbnailsRun::makeOfFolder(const std::string& directory)
     return entries.has_value();
 }
 
-bool ThumbnailsRun::makeOfFile(const std::string& path)
+bool ThumbnailsCommand::makeOfFile(const std::string& path)
 {
     Pictures pictures;
     Json::Value single = request();
@@ -121,7 +121,7 @@ bool ThumbnailsRun::makeOfFile(const std::string& path)
     return writePicture(path, pictures[0]);
 }
 
-bool ThumbnailsRun::makePage(const std::string& directory, int page, std::size_t firstIndex, std::size_t total)
+bool ThumbnailsCommand::makePage(const std::string& directory, int page, std::size_t firstIndex, std::size_t total)
 {
     const auto entries = m_session.readPage(directory, page);
     if (!entries) {
@@ -143,7 +143,7 @@ bool ThumbnailsRun::makePage(const std::string& directory, int page, std::size_t
     return true;
 }
 
-Json::Value ThumbnailsRun::request() const
+Json::Value ThumbnailsCommand::request() const
 {
     Json::Value request;
     request["type"] = FILE_TYPE_UNKNOWN; // of every kind
@@ -152,7 +152,7 @@ Json::Value ThumbnailsRun::request() const
     return request;
 }
 
-Session::AnswerHandler ThumbnailsRun::collectInto(Pictures& pictures, std::size_t firstIndex, std::size_t total)
+Session::AnswerHandler ThumbnailsCommand::collectInto(Pictures& pictures, std::size_t firstIndex, std::size_t total)
 {
     return [this, &pictures, firstIndex, total](const Json::Value& body, bool) {
         const Json::ArrayIndex index = body["index"].asUInt();
@@ -162,7 +162,7 @@ Session::AnswerHandler ThumbnailsRun::collectInto(Pictures& pictures, std::size_
 }
 
 // @p picture is empty when there is none. False when no other can be written either.
-bool ThumbnailsRun::writePicture(const std::string& path, const std::string& picture)
+bool ThumbnailsCommand::writePicture(const std::string& path, const std::string& picture)
 {
     if (!picture.empty()) {
         return copyOut(path, picture);
@@ -181,7 +181,7 @@ bool ThumbnailsRun::writePicture(const std::string& path, const std::string& pic
     return m_output.write(m_options.json ? jsonLine(line) : visibleText(text) + "\n");
 }
 
-bool ThumbnailsRun::copyOut(const std::string& path, const std::string& picture)
+bool ThumbnailsCommand::copyOut(const std::string& path, const std::string& picture)
 {
     if (m_options.outFolder.empty()) {
         return writeMade(path, picture);
@@ -196,7 +196,7 @@ bool ThumbnailsRun::copyOut(const std::string& path, const std::string& picture)
     return writeMade(path, encodeName(target));
 }
 
-bool ThumbnailsRun::writeMade(const std::string& path, const std::string& picture)
+bool ThumbnailsCommand::writeMade(const std::string& path, const std::string& picture)
 {
     ++m_made;
     Json::Value line;
@@ -209,7 +209,7 @@ bool ThumbnailsRun::writeMade(const std::string& path, const std::string& pictur
 
 void runThumbnails(Session& session, const ThumbnailsOptions& options, Output& output)
 {
-    ThumbnailsRun(session, options, output).run();
+    ThumbnailsCommand(session, options, output).run();
 }
 
 } // namespace desktop
