@@ -18,6 +18,7 @@ extern "C" {
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <ctime>
 #include <memory>
 #include <thread>
@@ -96,28 +97,27 @@ bool allowThreads(scmp_filter_ctx filter)
            seccomp_rule_add(filter, SCMP_ACT_ALLOW, SCMP_SYS(clone), 1, SCMP_A0(SCMP_CMP_EQ, kThread, 0)) == 0;
 }
 
-bool allowWith(scmp_filter_ctx filter, int call, const scmp_arg_cmp& first)
+// @p action on @p call when its first argument compares so with @p value.
+bool addRule(scmp_filter_ctx filter, std::uint32_t action, int call, scmp_compare compare, scmp_datum_t value)
 {
-    return seccomp_rule_add_array(filter, SCMP_ACT_ALLOW, call, 1, &first) == 0;
+    const scmp_arg_cmp first = {0, compare, value, 0};
+    return seccomp_rule_add_array(filter, action, call, 1, &first) == 0;
 }
 
 // Calls that could signal or inspect other processes may name this one alone.
 bool allowForOurselves(scmp_filter_ctx filter)
 {
     const auto self = static_cast<scmp_datum_t>(getpid());
-    for (const int call : {SCMP_SYS(prlimit64), SCMP_SYS(sched_getaffinity)}) {
-        if (!allowWith(filter, call, SCMP_A0_32(SCMP_CMP_EQ, 0)) ||
-            !allowWith(filter, call, SCMP_A0_32(SCMP_CMP_EQ, self))) {
-            return false;
-        }
-    }
-    // The clocks of other processes have negative numbers.
-    for (const int call : {SCMP_SYS(clock_gettime), SCMP_SYS(clock_nanosleep)}) {
-        if (!allowWith(filter, call, SCMP_A0_32(SCMP_CMP_LE, CLOCK_TAI))) {
-            return false;
-        }
-    }
-    return allowWith(filter, SCMP_SYS(tgkill), SCMP_A0_32(SCMP_CMP_EQ, self));
+    const auto allow = [filter](int call, scmp_compare compare, scmp_datum_t value) {
+        return addRule(filter, SCMP_ACT_ALLOW, call, compare, value);
+    };
+    // The C library asks for the processors of a thread by its number, and does without when there is no such call. The
+    // clocks of other processes have negative numbers.
+    return allow(SCMP_SYS(sched_getaffinity), SCMP_CMP_EQ, 0) &&
+           addRule(filter, SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(sched_getaffinity), SCMP_CMP_NE, 0) &&
+           allow(SCMP_SYS(prlimit64), SCMP_CMP_EQ, 0) && allow(SCMP_SYS(prlimit64), SCMP_CMP_EQ, self) &&
+           allow(SCMP_SYS(clock_gettime), SCMP_CMP_LE, CLOCK_TAI) &&
+           allow(SCMP_SYS(clock_nanosleep), SCMP_CMP_LE, CLOCK_TAI) && allow(SCMP_SYS(tgkill), SCMP_CMP_EQ, self);
 }
 
 struct ReleaseFilter {

@@ -65,7 +65,7 @@ private:
 
 bool isForbidden(long result)
 {
-    return result == -1 && errno == EPERM;
+    return result == -1 && (errno == EPERM || errno == ENOSYS);
 }
 
 /// Something that a confined process may or may not do.
