@@ -86,7 +86,9 @@ void FolderListings::cancel()
     for (const auto& read : m_others) {
         read->cancel();
     }
-    if (m_change != nullptr && !m_change->finished()) {
+    if (m_change != nullptr && m_change->finished()) {
+        m_change->withdraw(); // its event may not have been delivered yet
+    } else if (m_change != nullptr) {
         m_change->cancel();
     }
     m_panoramas->cancel();
@@ -102,7 +104,7 @@ void FolderListings::volumeRemoved(const std::string& volume)
     };
     failIfThere(m_change);
     std::for_each(m_others.begin(), m_others.end(), failIfThere);
-    m_panoramas->cancel();
+    m_panoramas->volumeRemoved(volume);
 }
 
 ListingPointer FolderListings::current() const
@@ -247,7 +249,7 @@ void FolderListings::answer(const ListingTask::Result& result)
 {
     const ListingPointer listing = result.listing != nullptr ? result.listing : std::make_shared<Listing>();
     m_events.post(SOCMW_MM_EVENT_FB_CHANGE_DIR_COMPLETED, std::shared_ptr<void>(listing, &listing->entries),
-                  [cancelled = result.cancelled] { return !cancelled.stop_requested(); });
+                  [withdrawn = result.withdrawn] { return !withdrawn.stop_requested(); });
 }
 
 void FolderListings::dropFinishedReads()

@@ -1,5 +1,7 @@
 #include "desktop/browsing/ListingTask.h"
 
+#include "desktop/base/Log.h"
+
 #include <cerrno>
 #include <new>
 
@@ -21,7 +23,7 @@ void finish(const ListingTask::OutcomePointer& outcome, int error, ListingPointe
     if (!outcome->cancelled.stop_requested()) {
         outcome->listing = error == 0 ? std::move(listing) : nullptr;
         if (outcome->opened) {
-            context.done({outcome->listing, error, outcome->cancelled.get_token()});
+            context.done({outcome->listing, error, outcome->withdrawn.get_token()});
         }
     }
     outcome->finished = true;
@@ -57,7 +59,12 @@ void readOnThread(OpenedFolder& folder, const ListingTask::Context& context, con
                   const std::stop_token& stopping)
 {
     ListingPointer listing;
-    const int error = readOrFail(folder, context, *outcome, stopping, listing);
+    int error = EIO;
+    try {
+        error = readOrFail(folder, context, *outcome, stopping, listing);
+    } catch (const std::exception& failure) {
+        logLine(LogLevel::Error, std::string("a folder cannot be read: ") + failure.what());
+    }
     const LockGuard lock(outcome->mutex);
     finish(outcome, error, std::move(listing), context);
     outcome->changed.notify_all();
@@ -78,6 +85,7 @@ ListingTask::ListingTask(OpenedFolder folder, Context context)
 void ListingTask::cancel()
 {
     m_outcome->cancelled.request_stop();
+    withdraw();
     m_job.cancel();
     const LockGuard lock(m_outcome->mutex); // Context::done may be running
     m_outcome->listing.reset();

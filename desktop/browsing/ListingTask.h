@@ -17,6 +17,7 @@ public:
     /// What came of it. Owned by the reading thread too, which may outlive the ListingTask.
     struct Outcome {
         std::stop_source cancelled; ///< the result is no longer wanted
+        std::stop_source withdrawn; ///< nobody is to be told of it, though the listing may be
         Mutex mutex;
         std::condition_variable changed;
         bool opened GUARDED_BY(mutex) = false;   ///< there is such a folder
@@ -30,7 +31,7 @@ public:
     struct Result {
         ListingPointer listing;    ///< null when it failed
         int error = 0;             ///< why, as an errno value
-        std::stop_token cancelled; ///< has a stop requested once the listing is no longer wanted
+        std::stop_token withdrawn; ///< has a stop requested once nobody is to be told any more
     };
 
     /// What a task works with. The reading thread may outlive the task, but never calls done then.
@@ -54,6 +55,8 @@ public:
     const std::string& volume() const { return m_volume; }
     /// Returns at once; when it has returned, Context::done is not called any more.
     void cancel();
+    /// Nobody is told of the result any more, who has not been yet; a listing that has been read stays.
+    void withdraw() { m_outcome->withdrawn.request_stop(); }
     /// Ends the read at once with errno value @p error, whatever keeps its thread; nothing when it has ended. Safe on any
     /// thread.
     void fail(int error);

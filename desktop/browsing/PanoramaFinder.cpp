@@ -6,9 +6,16 @@
 #include <fcntl.h>
 
 #include <algorithm>
+#include <system_error>
 #include <utility>
 
 namespace desktop {
+
+namespace {
+
+constexpr std::size_t kBatch = 4; // photos read at a time: what a larger batch has found comes too late
+
+} // namespace
 
 /// Photos being read; shared by the job and whoever waits for it.
 struct PanoramaFinder::Reading {
@@ -29,19 +36,26 @@ struct PanoramaFinder::Reading {
 
     void run(const std::shared_ptr<MetadataCatalog>& catalog, const std::stop_token& cancelled)
     {
-        {
-            const VolumePresence volume(location.volume);
-            MetadataReadPool readers(catalog, cancelled);
-            bool there = true;
-            for (auto photo = photos.begin(); there && photo != photos.end() && !cancelled.stop_requested(); ++photo) {
-                there = readers.add(location, fd.get(), photo->name, photo->status,
-                                    [this, index = photo->index](const MediaMetadata& metadata) { add(index, metadata); }) ||
-                        !volume.gone();
-            }
+        try {
+            readAll(catalog, cancelled);
+        } catch (const std::exception& failure) { // without threads, for example
+            logUnreadable(location, failure.what());
         }
         const LockGuard lock(mutex);
         *finished = true;
         changed.notify_all();
+    }
+
+    void readAll(const std::shared_ptr<MetadataCatalog>& catalog, const std::stop_token& cancelled)
+    {
+        const VolumePresence volume(location.volume);
+        MetadataReadPool readers(catalog, cancelled, kBatch);
+        bool there = true;
+        for (auto photo = photos.begin(); there && photo != photos.end() && !cancelled.stop_requested(); ++photo) {
+            there = readers.add(location, fd.get(), photo->name, photo->status,
+                                [this, index = photo->index](const MediaMetadata& metadata) { add(index, metadata); }) ||
+                    !volume.gone();
+        }
     }
 
     void add(std::size_t index, const MediaMetadata& metadata)
@@ -52,12 +66,12 @@ struct PanoramaFinder::Reading {
         }
     }
 
-    /// Those found within @p limit.
-    std::vector<std::size_t> wait(std::chrono::milliseconds limit, const std::stop_token& cancelled)
+    /// What is found within @p limit.
+    Result wait(std::chrono::milliseconds limit, const std::stop_token& cancelled)
     {
         UniqueLock lock(mutex);
-        changed.wait_for(lock.native(), cancelled, limit, [this] { return finished->load(); });
-        return panoramas;
+        const bool all = changed.wait_for(lock.native(), cancelled, limit, [this] { return finished->load(); });
+        return {panoramas, all ? nullptr : finished};
     }
 };
 
@@ -87,39 +101,53 @@ PanoramaFinder::Result PanoramaFinder::find(const OpenedFolder& folder, std::vec
     if (unknown.empty()) {
         return result;
     }
-    const auto reading = std::make_shared<Reading>(folder, std::move(unknown));
+    Result read = readUnknown(std::make_shared<Reading>(folder, std::move(unknown)), cancelled);
+    result.panoramas.insert(result.panoramas.end(), read.panoramas.begin(), read.panoramas.end());
+    result.moreIsKnown = std::move(read.moreIsKnown);
+    return result;
+}
+
+PanoramaFinder::Result PanoramaFinder::readUnknown(const std::shared_ptr<Reading>& reading, const std::stop_token& cancelled)
+try {
     auto job = std::make_unique<BackgroundJob>(
         [reading, catalog = m_catalog](const std::stop_token& jobCancelled) { reading->run(catalog, jobCancelled); });
-    const std::vector<std::size_t> found = reading->wait(m_limit, cancelled);
-    result.panoramas.insert(result.panoramas.end(), found.begin(), found.end());
-    if (!*reading->finished) {
-        result.moreIsKnown = reading->finished;
+    Result result = reading->wait(m_limit, cancelled);
+    if (result.moreIsKnown != nullptr) {
         if (cancelled.stop_requested()) {
             job->cancel();
         }
-        keepInBackground(std::move(job));
+        keepInBackground(reading->location.volume, std::move(job));
     }
     return result;
+} catch (const std::system_error& noThread) {
+    logUnreadable(reading->location, noThread.what());
+    return {{}, std::make_shared<const std::atomic<bool>>(true)}; // the next listing tries again
 }
 
 void PanoramaFinder::cancel()
 {
     const LockGuard lock(m_mutex);
     if (!m_jobs.empty()) {
-        m_jobs.back()->cancel();
+        m_jobs.back().job->cancel();
+    }
+}
+
+void PanoramaFinder::volumeRemoved(const std::string& volume)
+{
+    const LockGuard lock(m_mutex);
+    if (!m_jobs.empty() && m_jobs.back().volume == volume) {
+        m_jobs.back().job->cancel();
     }
 }
 
 // In place of the reading of an earlier folder: the user has gone on.
-void PanoramaFinder::keepInBackground(std::unique_ptr<BackgroundJob> job)
+void PanoramaFinder::keepInBackground(const std::string& volume, std::unique_ptr<BackgroundJob> job)
 {
-    const auto ended = [](const std::unique_ptr<BackgroundJob>& one) { return one->waitFor(std::chrono::milliseconds(0)); };
+    cancel();
+    const auto ended = [](const VolumeReading& reading) { return reading.job->waitFor(std::chrono::milliseconds(0)); };
     const LockGuard lock(m_mutex);
-    if (!m_jobs.empty()) {
-        m_jobs.back()->cancel();
-    }
     m_jobs.erase(std::remove_if(m_jobs.begin(), m_jobs.end(), ended), m_jobs.end());
-    m_jobs.push_back(std::move(job));
+    m_jobs.push_back({volume, std::move(job)});
 }
 
 } // namespace desktop

@@ -39,17 +39,23 @@ public:
     Result find(const OpenedFolder& folder, std::vector<Photo> photos, const std::stop_token& cancelled);
     /// Ends the reading in the background, of the latest folder. Returns at once.
     void cancel();
+    /// Volume @p volume, a path as bytes, has been removed: the reading of it in the background ends.
+    void volumeRemoved(const std::string& volume);
 
 private:
     struct Reading;
+    struct VolumeReading {
+        std::string volume;
+        std::unique_ptr<BackgroundJob> job;
+    };
 
-    void keepInBackground(std::unique_ptr<BackgroundJob> job);
+    Result readUnknown(const std::shared_ptr<Reading>& reading, const std::stop_token& cancelled);
+    void keepInBackground(const std::string& volume, std::unique_ptr<BackgroundJob> job);
 
     const std::shared_ptr<MetadataCatalog> m_catalog;
     const std::chrono::milliseconds m_limit;
     Mutex m_mutex;
-    std::vector<std::unique_ptr<BackgroundJob>>
-        m_jobs GUARDED_BY(m_mutex); ///< the latest last, and cancelled ones that still end
+    std::vector<VolumeReading> m_jobs GUARDED_BY(m_mutex); ///< the latest last, and cancelled ones that still end
 };
 
 } // namespace desktop

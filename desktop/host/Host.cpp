@@ -102,8 +102,9 @@ CommandReply Host::replyOf(QueuedCommand& command)
 // On the event thread, or on the command thread while a command runs: either way nobody else is in the plugin.
 void Host::publish(const char* source, const char* name, Json::Value& body)
 {
+    const auto ended = s_running->m_requests.published(source, name, body);
     s_running->publishUpdate(Notification{source, name, std::move(body)});
-    s_running->publishEnd(s_running->m_requests.published(name));
+    s_running->publishEnd(ended);
 }
 
 void Host::publishUpdate(HostUpdate update)

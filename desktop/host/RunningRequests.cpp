@@ -57,10 +57,15 @@ std::uint64_t RunningRequests::accepted(const std::string& command, const Json::
     return m_count;
 }
 
-std::optional<RequestEnded> RunningRequests::published(const std::string& name)
+std::optional<RequestEnded> RunningRequests::published(const std::string& channel, const std::string& name,
+                                                       const Json::Value& body)
 {
     const auto kind = kindAnsweredBy(name);
-    return kind ? end(*kind, true) : std::nullopt;
+    if (!kind) {
+        return std::nullopt;
+    }
+    const Request& request = requestOf(*kind);
+    return end(*kind, request.channel == channel && request.reqId == textOf(body, "reqId"));
 }
 
 std::optional<RequestEnded> RunningRequests::dropped(BackgroundRequest kind)

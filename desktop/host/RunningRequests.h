@@ -19,8 +19,10 @@ public:
     /// @p command has succeeded with @p request. Returns the number by which RequestEnded will name the request, counted
     /// from 1; 0 for a command that answers at once.
     std::uint64_t accepted(const std::string& command, const Json::Value& request);
-    /// Notification @p name has been published. Returns the request that it answers to its end; nothing when there is none.
-    std::optional<RequestEnded> published(const std::string& name);
+    /// Notification @p name with @p body has been published to @p channel. Returns the request that has come to its end with
+    /// it; nothing when it ends none. It is not answered when the notification bears another request's marks: a request that
+    /// the plugin refuses may leave its own behind.
+    std::optional<RequestEnded> published(const std::string& channel, const std::string& name, const Json::Value& body);
     /// The middleware has ended what runs of @p kind, if anything did. Returns the request that gets no answer now.
     std::optional<RequestEnded> dropped(BackgroundRequest kind);
 

@@ -17,7 +17,7 @@ constexpr std::chrono::seconds kTimeout(2);
 struct BackgroundJob::State {
     std::stop_source cancelled;
     Mutex mutex;
-    std::condition_variable changed;
+    std::condition_variable_any changed;
     bool finished GUARDED_BY(mutex) = false;
 
     void run(const Work& work)
@@ -62,10 +62,11 @@ void BackgroundJob::detach()
     }
 }
 
-bool BackgroundJob::waitFor(std::chrono::milliseconds time) const
+bool BackgroundJob::waitFor(std::chrono::milliseconds time, const std::stop_token& unwanted) const
 {
     UniqueLock lock(m_state->mutex);
-    return m_state->changed.wait_for(lock.native(), time, [this]() REQUIRES(m_state->mutex) { return m_state->finished; });
+    return m_state->changed.wait_for(lock.native(), unwanted, time,
+                                     [this]() REQUIRES(m_state->mutex) { return m_state->finished; });
 }
 
 } // namespace desktop

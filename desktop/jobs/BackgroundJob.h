@@ -26,8 +26,8 @@ public:
     void cancel();
     /// Cancels; the thread ends when it can, and the destructor does not wait for it.
     void detach();
-    /// Whether the work has ended, which it is given @p time for.
-    bool waitFor(std::chrono::milliseconds time) const;
+    /// Whether the work has ended, which it is given @p time for, unless a stop of @p unwanted is requested.
+    bool waitFor(std::chrono::milliseconds time, const std::stop_token& unwanted = {}) const;
 
 private:
     struct State;
@@ -36,14 +36,16 @@ private:
     std::thread m_thread;
 };
 
-/// What @p work gives, done in the background; nothing when it takes longer than @p timeout, or fails.
+/// What @p work gives, done in the background; nothing when it takes longer than @p timeout, or fails, or once a stop of
+/// @p unwanted is requested.
 template <typename Result>
 std::optional<Result> runWithin(std::chrono::milliseconds timeout,
-                                std::function<Result(const std::stop_token& cancelled)> work)
+                                std::function<Result(const std::stop_token& cancelled)> work,
+                                const std::stop_token& unwanted = {})
 {
     const auto result = std::make_shared<std::optional<Result>>();
     BackgroundJob job([result, work = std::move(work)](const std::stop_token& cancelled) { *result = work(cancelled); });
-    if (!job.waitFor(timeout)) {
+    if (!job.waitFor(timeout, unwanted)) {
         job.detach();
         return std::nullopt;
     }

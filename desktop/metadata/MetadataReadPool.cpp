@@ -13,14 +13,14 @@ namespace {
 
 constexpr std::size_t kMaxWaiting = 64;  // each holds a descriptor
 constexpr off_t kHead = 32L * 1024;      // bytes of a file that most of its metadata lie in
-constexpr std::size_t kBatch = 32;       // files read at a time
 constexpr std::size_t kRemembered = 512; // files remembered at a time: the index writes much for each time
 
 } // namespace
 
-MetadataReadPool::MetadataReadPool(std::shared_ptr<MetadataCatalog> catalog, std::stop_token cancelled)
+MetadataReadPool::MetadataReadPool(std::shared_ptr<MetadataCatalog> catalog, std::stop_token cancelled, std::size_t batch)
     : m_catalog(std::move(catalog))
     , m_cancelled(std::move(cancelled))
+    , m_batch(batch)
 {
     for (std::size_t i = 0; i < kWorkerCount; ++i) {
         m_threads.emplace_back(&MetadataReadPool::readLoop, this);
@@ -86,7 +86,7 @@ MetadataReadPool::Files MetadataReadPool::takeSome()
 {
     UniqueLock lock(m_mutex);
     m_changed.wait(lock.native(), [this]() REQUIRES(m_mutex) { return m_finishing || !m_files.empty(); });
-    const auto end = m_files.begin() + static_cast<std::ptrdiff_t>(std::min(m_files.size(), kBatch));
+    const auto end = m_files.begin() + static_cast<std::ptrdiff_t>(std::min(m_files.size(), m_batch));
     Files files(std::make_move_iterator(m_files.begin()), std::make_move_iterator(end));
     m_files.erase(m_files.begin(), end);
     m_changed.notify_all();

@@ -111,12 +111,17 @@ ThumbnailMaker::SourceFile ThumbnailMaker::openSource(const Location& location, 
     return file;
 }
 
+std::string ThumbnailMaker::volumeOf(const std::string& path) const
+{
+    return m_resolver.locate(decodeName(path)).volume;
+}
+
 ThumbnailResult ThumbnailMaker::make(const std::string& path, const ThumbnailForm& form, PictureFolder& folder,
                                      const std::stop_token& cancelled)
 {
     const Location location = m_resolver.locate(decodeName(path));
-    const auto file =
-        runWithin<SourceFile>(kOpenTimeout, [location, form](const std::stop_token&) { return openSource(location, form); });
+    const auto file = runWithin<SourceFile>(
+        kOpenTimeout, [location, form](const std::stop_token&) { return openSource(location, form); }, cancelled);
     if (!file) {
         return {"", describeError(ETIMEDOUT), location.volume};
     }

@@ -37,6 +37,9 @@ public:
     ThumbnailResult make(const std::string& path, const ThumbnailForm& form, PictureFolder& folder,
                          const std::stop_token& cancelled);
 
+    /// The volume that @p path lies on, a path as bytes; empty when on none.
+    std::string volumeOf(const std::string& path) const;
+
 private:
     struct SourceFile;
 

@@ -113,8 +113,7 @@ std::string ThumbnailRun::State::make(const std::string& path)
 bool ThumbnailRun::State::isStalled(const std::string& path)
 {
     const LockGuard lock(mutex);
-    return std::any_of(stalled.begin(), stalled.end(),
-                       [&path](const std::string& volume) { return liesIn(decodeName(path), volume); });
+    return stalled.count(maker->volumeOf(path)) > 0;
 }
 
 void ThumbnailRun::State::finish(std::size_t index, std::string picture)

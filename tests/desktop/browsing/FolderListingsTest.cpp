@@ -162,6 +162,17 @@ TEST_F(FolderListingsTest, PageOfAFolderWhoseChangeHasBeenCancelled_IsReadAnew)
     EXPECT_EQ(page->entries.size(), 600U);
 }
 
+TEST_F(FolderListingsTest, CancelOfAChangeThatIsReadButNotDelivered_RaisesNothing)
+{
+    EXPECT_TRUE(listings.change(folder.path("a"), 9));
+    EXPECT_TRUE(testsupport::becomes([this] { return listings.current() != nullptr; }));
+    listings.cancel();
+    events.start();
+    events.stop();
+    EXPECT_TRUE(results.sofar().empty());
+    EXPECT_NE(listings.current(), nullptr);
+}
+
 TEST_F(FolderListingsTest, Cancel_LeavesWhatHasBeenRead)
 {
     ASSERT_TRUE(listings.change(folder.path("a"), 9));

@@ -46,6 +46,7 @@ protected:
     static Json::Value request(const std::string& reqId)
     {
         Json::Value object;
+        object["channelId"] = "channel";
         object["reqId"] = reqId;
         return object;
     }

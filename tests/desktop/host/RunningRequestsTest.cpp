@@ -32,14 +32,14 @@ protected:
 TEST_P(EachKind, Answered_EndsOnce)
 {
     EXPECT_EQ(requests.accepted(GetParam().command, request("c", "7")), 1U);
-    const auto ended = requests.published(GetParam().answer);
+    const auto ended = requests.published("c", GetParam().answer, request("c", "7"));
     ASSERT_TRUE(ended.has_value());
     EXPECT_EQ(ended->number, 1U);
     EXPECT_EQ(ended->command, GetParam().command);
     EXPECT_EQ(ended->channel, "c");
     EXPECT_EQ(ended->reqId, "7");
     EXPECT_TRUE(ended->answered);
-    EXPECT_FALSE(requests.published(GetParam().answer).has_value());
+    EXPECT_FALSE(requests.published("c", GetParam().answer, request("c", "7")).has_value());
     EXPECT_FALSE(requests.dropped(GetParam().kind).has_value());
 }
 
@@ -50,7 +50,7 @@ TEST_P(EachKind, Dropped_EndsUnanswered)
     ASSERT_TRUE(ended.has_value());
     EXPECT_EQ(ended->command, GetParam().command);
     EXPECT_FALSE(ended->answered);
-    EXPECT_FALSE(requests.published(GetParam().answer).has_value());
+    EXPECT_FALSE(requests.published("c", GetParam().answer, request("c", "7")).has_value());
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, EachKind,
@@ -68,18 +68,30 @@ TEST(RunningRequests, OneOfEachKind_RunIndependently)
     RunningRequests requests;
     EXPECT_EQ(requests.accepted(kSearch, request("c", "1")), 1U);
     EXPECT_EQ(requests.accepted("storagemedia.folder.chgdir", request("c", "1")), 2U);
-    EXPECT_EQ(requests.published(kFound)->number, 1U);
+    EXPECT_EQ(requests.published("c", kFound, request("c", "1"))->number, 1U);
     EXPECT_EQ(requests.dropped(BackgroundRequest::DirectoryChange)->number, 2U);
+}
+
+TEST(RunningRequests, AnswerWithAnotherRequestsMarks_IsNoAnswer)
+{
+    RunningRequests requests;
+    requests.accepted(kSearch, request("c", "1"));
+    const auto ended = requests.published("c", kFound, request("c", "refused"));
+    ASSERT_TRUE(ended.has_value());
+    EXPECT_EQ(ended->reqId, "1");
+    EXPECT_FALSE(ended->answered);
+    requests.accepted(kSearch, request("c", "1"));
+    EXPECT_FALSE(requests.published("other", kFound, request("c", "1"))->answered);
 }
 
 TEST(RunningRequests, OtherNotifications_EndNothing)
 {
     RunningRequests requests;
     requests.accepted(kSearch, request("c", "1"));
-    EXPECT_FALSE(requests.published("storagemedia.video.searchFiles.fragment").has_value());
-    EXPECT_FALSE(requests.published("storagemedia.usb.mount").has_value());
-    EXPECT_FALSE(requests.published("storagemedia.folder.chgdir.complete").has_value());
-    EXPECT_TRUE(requests.published(kFound).has_value());
+    EXPECT_FALSE(requests.published("c", "storagemedia.video.searchFiles.fragment", request("c", "1")).has_value());
+    EXPECT_FALSE(requests.published("storagemedia", "storagemedia.usb.mount", Json::Value()).has_value());
+    EXPECT_FALSE(requests.published("c", "storagemedia.folder.chgdir.complete", request("c", "1")).has_value());
+    EXPECT_TRUE(requests.published("c", kFound, request("c", "1")).has_value());
 }
 
 TEST(RunningRequests, CommandThatAnswersAtOnce_HasNoNumber)
@@ -87,7 +99,7 @@ TEST(RunningRequests, CommandThatAnswersAtOnce_HasNoNumber)
     RunningRequests requests;
     EXPECT_EQ(requests.accepted("storagemedia.get.pagefiles", request("c", "1")), 0U);
     EXPECT_EQ(requests.accepted(kSearch, Json::Value()), 1U);
-    EXPECT_EQ(requests.published(kFound)->reqId, "");
+    EXPECT_EQ(requests.published("", kFound, request("c", ""))->reqId, "");
 }
 
 } // namespace

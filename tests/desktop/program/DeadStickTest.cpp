@@ -82,6 +82,7 @@ TEST_P(EveryCommand, OnAStickThatDoesNotAnswer_SaysSoAndEnds)
 INSTANTIATE_TEST_SUITE_P(DeadStick, EveryCommand,
                          testing::Values(std::vector<std::string>{"search"},
                                          std::vector<std::string>{"groups", "--by", "artist"},
+                                         std::vector<std::string>{"photos"}, std::vector<std::string>{"playlists"},
                                          std::vector<std::string>{"thumbnails"}, std::vector<std::string>{"info", "a.jpg"}),
                          [](const auto& command) { return command.param.front(); });
 
