@@ -57,7 +57,7 @@ public:
     FolderListings& listings() { return *m_listings; }
     Search& search() { return *m_search; }
     Grouping& grouping() { return *m_grouping; }
-    const Playlists& playlists() const { return *m_playlists; }
+    Playlists& playlists() { return *m_playlists; }
     Thumbnails& thumbnails() { return *m_thumbnails; }
     PhotoReading photoReading() const { return {m_opener, m_catalog}; }
     Json::Value deviceList() const;

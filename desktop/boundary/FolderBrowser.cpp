@@ -2,10 +2,10 @@
 
 #include "desktop/base/Log.h"
 #include "desktop/boundary/DesktopMiddleware.h"
-#include "desktop/files/MediaTypes.h"
 #include "desktop/metadata/EntryDescription.h"
 
 #include <algorithm>
+#include <optional>
 
 using desktop::BackgroundRequest;
 using desktop::DesktopMiddleware;
@@ -43,13 +43,12 @@ desktop::EntryList entriesOf(const desktop::ListingPointer& listing)
 
 desktop::EntryList directoryOrPlaylist(const std::string& path)
 {
-    const desktop::Playlists& playlists = DesktopMiddleware::instance().playlists();
-    if (desktop::typeByExtension(path) == FILE_TYPE_PLAYLIST) {
-        const auto playlist = playlists.entriesOf(path);
-        return playlist != nullptr ? playlist : entriesOf(listings().of(path));
+    desktop::Playlists& playlists = DesktopMiddleware::instance().playlists();
+    const std::optional<bool> isPlaylist = playlists.isPlaylist(path);
+    if (!isPlaylist) { // the stick does not answer, and need not be asked again
+        return nullptr;
     }
-    const auto directory = entriesOf(listings().of(path)); // by far the likelier one
-    return directory != nullptr ? directory : playlists.entriesOf(path);
+    return *isPlaylist ? playlists.entriesOf(path) : entriesOf(listings().of(path));
 }
 
 desktop::EntryList listOf(const page_option& page)
@@ -179,7 +178,12 @@ std::string FolderBrowser::getFileDirPath(const std::string& filePath)
 
 int FolderBrowser::appendThumbnailList(int startIndex, int count)
 {
-    return thumbnails().append(entriesOf(listings().current()), startIndex, count) ? kOk : kFailed;
+    if (thumbnails().append(entriesOf(listings().current()), startIndex, count)) {
+        return kOk;
+    }
+    // A request that is refused here has taken the place of the one before already: the answers would bear its marks.
+    stopThumbnail();
+    return kFailed;
 }
 
 int FolderBrowser::appendThumbnailList(const std::string& path)

@@ -4,6 +4,8 @@
 #include "desktop/cli/JsonLines.h"
 #include "desktop/cli/TextColumns.h"
 
+#include "desktop/text/AsciiText.h"
+#include "desktop/text/FoldedText.h"
 #include "desktop/text/NameEncoding.h"
 #include "desktop/text/NaturalOrder.h"
 
@@ -19,6 +21,21 @@ constexpr int kAllFiles = 0;
 constexpr int kOwnOrder = -1;
 constexpr int kDescending = 0;
 constexpr int kAscending = 1;
+
+/// What the spellings of one group's key have in common.
+std::string commonSpelling(const std::string& key)
+{
+    return foldedText(trimmed(key));
+}
+
+/// The spelling that @p keys have of the group that @p key means; nothing when it is none of them.
+std::optional<std::string> listedSpelling(const std::vector<std::string>& keys, const std::string& key)
+{
+    const auto found = std::find_if(keys.begin(), keys.end(), [common = commonSpelling(key)](const std::string& listed) {
+        return commonSpelling(listed) == common;
+    });
+    return found != keys.end() ? std::optional<std::string>(*found) : std::nullopt;
+}
 
 /// One run of the groups command.
 class GroupsCommand {
@@ -58,11 +75,12 @@ void GroupsCommand::run()
     }
 }
 
-// The plugin has the groups of one folder at a time, so a group's files are counted while it has them.
+// The plugin has the groups of one folder at a time, so a group's files are counted while it has them. Sticks may spell a
+// group differently; the first one's spelling is shown.
 void GroupsCommand::listGroups(const std::vector<std::string>& directories)
 {
     std::vector<std::string> keys;
-    std::map<std::string, std::uint64_t> files;
+    std::map<std::string, std::uint64_t> files; // by the keys' common spellings
     bool listed = false;
     for (const std::string& directory : directories) {
         const auto found = m_session.stopped() ? std::nullopt : readKeys(directory);
@@ -71,10 +89,11 @@ void GroupsCommand::listGroups(const std::vector<std::string>& directories)
             if (m_session.stopped()) {
                 return;
             }
-            if (files.count(key) == 0) {
+            const auto [group, isNew] = files.try_emplace(commonSpelling(key));
+            if (isNew) {
                 keys.push_back(key);
             }
-            files[key] += filesOf("storagemedia.group.get.fileinfo", key, kOwnOrder).size();
+            group->second += filesOf("storagemedia.group.get.fileinfo", key, kOwnOrder).size();
         }
     }
     if (directories.size() > 1) {
@@ -94,9 +113,10 @@ void GroupsCommand::listFiles(const std::vector<std::string>& directories)
     for (const std::string& directory : directories) {
         const auto keys = m_session.stopped() ? std::nullopt : readKeys(directory);
         listed = listed || keys;
-        if (keys && std::find(keys->begin(), keys->end(), key) != keys->end()) {
+        const auto spelling = keys ? listedSpelling(*keys, key) : std::nullopt;
+        if (spelling) {
             found = true;
-            files += writeFiles(key);
+            files += writeFiles(*spelling);
         }
     }
     if (listed && !found) {
@@ -130,10 +150,11 @@ void GroupsCommand::writeGroups(std::vector<std::string> keys, const std::map<st
     std::string lines;
     std::uint64_t total = 0;
     for (const std::string& key : keys) {
+        const std::uint64_t count = files.at(commonSpelling(key));
         Json::Value group;
         group["key"] = key;
-        group["files"] = static_cast<Json::UInt64>(files.at(key));
-        total += files.at(key);
+        group["files"] = static_cast<Json::UInt64>(count);
+        total += count;
         lines += m_options.json ? jsonLine(group) : padLeft(group["files"].asString(), 7) + "  " + visibleText(key) + "\n";
     }
     if (!m_options.json) {

@@ -3,6 +3,8 @@
 #include "desktop/cli/UserFolder.h"
 
 #include "desktop/base/UniqueFd.h"
+#include "desktop/files/PathResolver.h"
+#include "desktop/text/Utf8.h"
 #include "desktop/thumbnails/PictureFiles.h"
 
 #include <fcntl.h>
@@ -22,6 +24,15 @@ namespace fs = std::filesystem;
 constexpr std::size_t kLongestName = 255; // bytes
 constexpr const char* kExtension = ".jpg";
 constexpr mode_t kMode = 0644;
+
+/// @p name cut to at most @p bytes, between two characters when it is UTF-8.
+std::string cutName(std::string name, std::size_t bytes)
+{
+    if (isUtf8(name)) {
+        cutUtf8(name, bytes);
+    }
+    return name.substr(0, bytes);
+}
 
 /// A file under a name of its own until it is whole; removed unless it is kept.
 class UnfinishedFile {
@@ -77,14 +88,14 @@ int PictureExport::copy(const std::string& picture, const std::string& mediaPath
 // Sticks may have files of one name, and names may be too long for an extension.
 std::string PictureExport::nameFor(const std::string& mediaPath)
 {
-    const std::string whole = mediaPath.substr(mediaPath.rfind('/') + 1); // npos + 1 is 0
+    const std::string whole = lastName(mediaPath);
     std::string end = kExtension;
     if (whole.size() + end.size() > kLongestName) {
         end = "~" + std::to_string(m_names.size()) + kExtension;
     }
     std::string name;
     do {
-        name = whole.substr(0, kLongestName - end.size()) + end;
+        name = cutName(whole, kLongestName - end.size()) + end;
         end = "~" + std::to_string(m_names.size()) + kExtension;
     } while (!m_names.insert(name).second);
     return name;

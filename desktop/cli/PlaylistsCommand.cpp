@@ -4,7 +4,7 @@
 #include "desktop/cli/JsonLines.h"
 #include "desktop/cli/TextColumns.h"
 
-#include "desktop/files/MediaTypes.h"
+#include "platform/SocMwTypes.h"
 
 namespace desktop {
 
@@ -25,6 +25,7 @@ public:
     void run();
 
 private:
+    bool isPlaylist(const std::string& path);
     void listPlaylists(const std::vector<std::string>& directories);
     void listEntries(const std::string& playlist);
     std::string entryText(const Json::Value& entry) const;
@@ -40,11 +41,21 @@ void PlaylistsCommand::run()
         return;
     }
     const std::vector<std::string> paths = m_session.foldersOf(m_options.path);
-    if (typeByExtension(m_options.path) == FILE_TYPE_PLAYLIST) {
+    if (!m_options.path.empty() && isPlaylist(paths.front())) {
         listEntries(paths.front());
     } else {
         listPlaylists(paths);
     }
+}
+
+// What cannot be described is taken for a folder, whose listing tells what is wrong with it.
+bool PlaylistsCommand::isPlaylist(const std::string& path)
+{
+    Json::Value request;
+    request["dirpath"] = path;
+    Json::Value described;
+    return m_session.execute("storagemedia.media.getinfo", request, described) &&
+           described["type"].asInt() == FILE_TYPE_PLAYLIST;
 }
 
 void PlaylistsCommand::listPlaylists(const std::vector<std::string>& directories)

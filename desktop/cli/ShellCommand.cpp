@@ -15,6 +15,7 @@ namespace desktop {
 namespace {
 
 constexpr const char* kListedByHelp = "help lists them.";
+constexpr const char* kBlanks = " \t\n\v\f\r"; // what a stream skips before a word
 
 /// Says that there is no command @p typed; @p hint when none is near it.
 std::string unknownCommand(const std::string& typed, const std::string& hint)
@@ -51,8 +52,24 @@ std::string faultOfDesktopLine(const Json::Value& line)
 
 bool isBlank(const std::string& text)
 {
-    return text.find_first_not_of(" \t\r") == std::string::npos;
+    return text.find_first_not_of(kBlanks) == std::string::npos;
 }
+
+/// Shows the log above the line of an editor, which must outlive the object.
+class LogAboveLine {
+public:
+    LogAboveLine(LogOutput& log, LineEditor& editor)
+        : m_log(log)
+    {
+        m_log.showOnTerminal([&editor](const std::string& text) { editor.showAbove(text); });
+    }
+    ~LogAboveLine() { m_log.showOnTerminal(nullptr); }
+    LogAboveLine(const LogAboveLine&) = delete;
+    LogAboveLine& operator=(const LogAboveLine&) = delete;
+
+private:
+    LogOutput& m_log;
+};
 
 /// One run of the shell. All lines are written by one thread, so a reply comes before the notifications that follow it.
 class Shell {
@@ -128,14 +145,13 @@ void Shell::runLines(LineSource& input)
     }
 }
 
-// The log comes to the same terminal, above the line.
+// The log comes to the same terminal.
 void Shell::runTypedLines()
 {
     m_isTyped = true;
     LineEditor editor(m_output.fd(), m_interrupts, {m_client.fd(), [this] { return writeUpdates(); }});
-    m_log.showOnTerminal([&editor](const std::string& text) { editor.showAbove(text); });
+    const LogAboveLine logAbove(m_log, editor);
     runLines(editor);
-    m_log.showOnTerminal(nullptr);
 }
 
 // A person may type plain words, too.

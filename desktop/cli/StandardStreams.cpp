@@ -3,6 +3,7 @@
 #include "desktop/cli/ErrorMessage.h"
 
 #include <fcntl.h>
+#include <sys/statvfs.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -25,6 +26,18 @@ UniqueFd openTarget(const std::string& file, LogOutput::Target target)
         return UniqueFd(open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666));
     }
     return target == LogOutput::Target::Errors ? copyOf(STDERR_FILENO) : UniqueFd(open(kNowhere, O_WRONLY | O_CLOEXEC));
+}
+
+/// Why standard output has failed, as an errno value; 0 when that cannot be told. The stream has kept no reason: one that
+/// lasts shows without anything being written.
+int failureOfStandardOutput()
+{
+    if (::write(STDOUT_FILENO, "", 0) < 0) {
+        return errno;
+    }
+    struct statvfs room = {};
+    const bool full = fstatvfs(STDOUT_FILENO, &room) == 0 && room.f_blocks > 0 && room.f_bavail == 0;
+    return full ? ENOSPC : 0;
 }
 
 } // namespace
@@ -90,9 +103,8 @@ std::string LogOutput::finish()
     if (m_file.empty() || std::ferror(stdout) == 0) {
         return "";
     }
-    // The stream has kept no reason; another line end meets the same.
-    const bool fails = ::write(STDOUT_FILENO, "\n", 1) < 0;
-    return m_file + ": " + (fails ? systemErrorText(errno) : "Not all of the log could be written");
+    const int error = failureOfStandardOutput();
+    return m_file + ": " + (error != 0 ? systemErrorText(error) : "Not all of the log could be written");
 }
 
 } // namespace desktop

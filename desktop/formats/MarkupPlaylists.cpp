@@ -94,7 +94,7 @@ public:
             tag.textBefore += withoutEntities(m_text.substr(0, open));
             m_text.remove_prefix(open + 1);
             if (m_text.starts_with("!--")) {
-                m_text.remove_prefix(std::min(m_text.find("-->"), m_text.size()));
+                skipComment();
             } else if (beginsTag()) {
                 break;
             } else {
@@ -112,6 +112,14 @@ private:
     {
         const std::string first = lowerCase(m_text.substr(0, 1));
         return !first.empty() && ((first[0] >= 'a' && first[0] <= 'z') || first.find_first_of("/?!") == 0);
+    }
+
+    // One that does not end goes on to the end of the text.
+    void skipComment()
+    {
+        constexpr std::string_view kEnd = "-->";
+        const std::size_t end = m_text.find(kEnd);
+        m_text.remove_prefix(end != std::string_view::npos ? end + kEnd.size() : m_text.size());
     }
 
     // Takes what stands before one of @p ends.

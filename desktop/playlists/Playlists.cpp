@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <stop_token>
 
 namespace desktop {
@@ -20,6 +21,10 @@ namespace desktop {
 namespace {
 
 constexpr std::chrono::seconds kTimeout(5);
+constexpr std::chrono::seconds kOpenTimeout(3);
+// How long photos that the index does not know are read for one list; all of it has to be done within kTimeout.
+constexpr std::chrono::seconds kPhotoTime(1);
+constexpr std::chrono::seconds kKeptFor(10);
 
 using Paths = std::vector<std::string>;
 
@@ -46,6 +51,7 @@ FoundFiles findFiles(const OpenedFolder& folder, const std::stop_token& cancelle
 struct OpenPlaylist {
     UniqueFd fd;
     std::string error;
+    FileStamp stamp;
 };
 
 OpenPlaylist openPlaylist(const Location& file)
@@ -53,16 +59,16 @@ OpenPlaylist openPlaylist(const Location& file)
     const UniqueFd pinned = PathResolver::open(file, O_PATH);
     const auto status = pinned ? inspectPinned(pinned.get(), file.name()) : std::nullopt;
     if (!status) {
-        return {UniqueFd(), describeError(errno)};
+        return {UniqueFd(), describeError(errno), {}};
     }
     if (status->type != FILE_TYPE_PLAYLIST) {
         return OpenPlaylist();
     }
     if (status->size > kMaxPlaylistFile) {
-        return {UniqueFd(), describeError(EFBIG)};
+        return {UniqueFd(), describeError(EFBIG), {}};
     }
     UniqueFd fd = openRegularFile(pinned.get());
-    return fd ? OpenPlaylist{std::move(fd), ""} : OpenPlaylist{UniqueFd(), describeError(errno)};
+    return fd ? OpenPlaylist{std::move(fd), "", stampOf(*status)} : OpenPlaylist{UniqueFd(), describeError(errno), {}};
 }
 
 std::string withSlashes(std::string target)
@@ -131,6 +137,7 @@ public:
     {
         auto entries = std::make_shared<std::vector<FolderFileInfo_s>>();
         std::size_t missing = content.omitted;
+        m_cancelled = cancelled;
         for (const PlaylistEntry& entry : content.entries) {
             auto file = cancelled.stop_requested() ? std::nullopt : find(entry);
             if (file) {
@@ -167,20 +174,17 @@ private:
 
     std::optional<FolderFileInfo_s> describeAt(const Location& location, const std::string& title)
     {
-        const std::size_t slash = location.relative.rfind('/');
-        if (!location || slash == std::string::npos) {
+        if (!location || location.relative == location.root().relative) {
             return std::nullopt;
         }
-        const std::string name = location.relative.substr(slash + 1);
-        const Location folder = {location.volume, location.relative.substr(0, slash), location.volumeId};
+        const std::string name = location.name();
         const UniqueFd pinned = PathResolver::open(location, O_PATH);
         const auto status = pinned ? inspectPinned(pinned.get(), name) : std::nullopt;
         if (!status || status->type == FILE_TYPE_FOLDER) {
             return std::nullopt;
         }
-        FolderFileInfo_s file = describeEntry(encodeName(folder.path()), name, *status);
-        const bool isPhoto = status->type == FILE_TYPE_PHOTO && m_catalog != nullptr;
-        if (isPhoto && m_catalog->metadataOf(location, *status, pinned.get()).panorama) {
+        FolderFileInfo_s file = describeEntry(encodeName(location.parent().path()), name, *status);
+        if (status->type == FILE_TYPE_PHOTO && isPanorama(location, *status, pinned.get())) {
             markPanorama(file);
         }
         if (!title.empty()) {
@@ -189,9 +193,42 @@ private:
         return file;
     }
 
+    // As far as the index knows @p photo, or there is time to read it.
+    bool isPanorama(const Location& photo, const EntryStatus& status, int pinned)
+    {
+        if (m_catalog == nullptr) {
+            return false;
+        }
+        KnownFiles& known = knownIn(photo.parent());
+        if (const MediaMetadata* metadata = known.find(photo.name(), stampOf(status))) {
+            return metadata->panorama;
+        }
+        if (m_cancelled.stop_requested() || std::chrono::steady_clock::now() >= m_readUntil) {
+            return false;
+        }
+        MediaMetadata metadata = m_catalog->metadataOf(photo, status, pinned);
+        const bool panorama = metadata.panorama;
+        known.add({photo.name(), stampOf(status), std::move(metadata)});
+        return panorama;
+    }
+
+    // Most entries lie where the one before does.
+    KnownFiles& knownIn(const Location& folder)
+    {
+        if (m_knownFolder != folder.relative) {
+            m_known = m_catalog->known(folder);
+            m_knownFolder = folder.relative;
+        }
+        return m_known;
+    }
+
     Location m_file;
     std::string m_path;
     std::shared_ptr<MetadataCatalog> m_catalog;
+    std::stop_token m_cancelled;
+    std::chrono::steady_clock::time_point m_readUntil = std::chrono::steady_clock::now() + kPhotoTime;
+    std::string m_knownFolder; ///< beneath the volume; empty: none yet
+    KnownFiles m_known;        ///< of that folder
 };
 
 } // namespace
@@ -218,7 +255,17 @@ std::optional<std::vector<std::string>> Playlists::filesBelow(const std::string&
     return std::move(files->paths);
 }
 
-EntryList Playlists::entriesOf(const std::string& path) const
+std::optional<bool> Playlists::isPlaylist(const std::string& path) const
+{
+    const Location file = m_opener.locate(path);
+    return m_opener.runWithin<bool>(kOpenTimeout, path, [file](const std::stop_token&) {
+        const UniqueFd pinned = PathResolver::open(file, O_PATH);
+        const auto status = pinned ? inspectPinned(pinned.get(), file.name()) : std::nullopt;
+        return status && status->type == FILE_TYPE_PLAYLIST;
+    });
+}
+
+EntryList Playlists::entriesOf(const std::string& path)
 {
     const Location file = m_opener.locate(path);
     const FileType type = typeByExtension(file.name());
@@ -230,10 +277,24 @@ EntryList Playlists::entriesOf(const std::string& path) const
     if (!opened || (!opened->fd && opened->error.empty())) {
         return nullptr;
     }
-    const std::string extension = type == FILE_TYPE_PLAYLIST ? extensionOf(file.name()) : "";
-    auto content = opened->fd ? m_workers->readPlaylist(opened->fd.get(), extension) : PlaylistContent{{}, 0, opened->error};
+    if (!opened->fd) {
+        reportUnreadable(file, path, opened->error);
+        return nullptr;
+    }
+    const auto now = std::chrono::steady_clock::now();
+    const bool isKept = m_kept.entries != nullptr && m_kept.path == path && m_kept.stamp == opened->stamp;
+    if (!isKept || now > m_kept.until) {
+        m_kept = {path, opened->stamp, now + kKeptFor, readEntries(path, file, opened->fd.get())};
+    }
+    return m_kept.entries;
+}
+
+EntryList Playlists::readEntries(const std::string& path, const Location& file, int fd)
+{
+    const std::string extension = typeByExtension(file.name()) == FILE_TYPE_PLAYLIST ? extensionOf(file.name()) : "";
+    auto content = m_workers->readPlaylist(fd, extension);
     if (!content.error.empty()) {
-        logUnreadable(file, content.error);
+        reportUnreadable(file, path, content.error);
         return nullptr;
     }
     const auto entries = m_opener.runWithin<EntryList>(
@@ -241,6 +302,12 @@ EntryList Playlists::entriesOf(const std::string& path) const
             return PlaylistReading(file, path, catalog).run(content, cancelled);
         });
     return entries.value_or(nullptr);
+}
+
+void Playlists::reportUnreadable(const Location& file, const std::string& path, const std::string& reason) const
+{
+    logUnreadable(file, reason);
+    m_opener.reporter().failed(path, reason);
 }
 
 } // namespace desktop

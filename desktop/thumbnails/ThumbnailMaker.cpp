@@ -130,7 +130,7 @@ ThumbnailResult ThumbnailMaker::make(const std::string& path, const ThumbnailFor
     }
     const NewPicture picture = folder.begin();
     if (!picture.fd) {
-        return {"", describeError(errno), ""};
+        return {"", "There is no place for the picture: " + describeError(errno), ""};
     }
     const std::string error = write(*file, form, picture.fd.get(), cancelled);
     if (!error.empty()) {

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <stdexcept>
+#include <system_error>
 
 namespace desktop {
 
@@ -100,13 +101,17 @@ std::string MediaWorkers::makeThumbnail(int fd, FileType type, int width, int he
 
 PlaylistContent MediaWorkers::readPlaylist(int fd, const std::string& extension)
 {
+    PlaylistContent content;
+    const UniqueFd output(memfd_create("playlist", MFD_CLOEXEC));
+    if (!output) {
+        content.error = std::generic_category().message(errno);
+        return content;
+    }
     Json::Value request;
     request["job"] = "playlist";
     request["type"] = static_cast<int>(FILE_TYPE_PLAYLIST);
     request["extension"] = extension;
-    const UniqueFd output(memfd_create("playlist", MFD_CLOEXEC));
     const Json::Value answer = ask(request, {fd, output.get()}, {});
-    PlaylistContent content;
     content.error = metadataFromJson(answer).error;
     if (content.error.empty()) {
         content.entries = unpackEntries(contentOf(output.get(), kMaxPackedEntries));

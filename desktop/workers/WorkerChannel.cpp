@@ -1,5 +1,8 @@
 #include "desktop/workers/WorkerChannel.h"
 
+#include "desktop/text/AsciiText.h"
+#include "desktop/text/Utf8.h"
+
 #include <sys/socket.h>
 
 #include <array>
@@ -14,6 +17,9 @@ namespace {
 
 constexpr std::size_t kMaxMessage = 64UL * 1024; // bytes
 constexpr std::size_t kMaxFiles = 2;
+constexpr std::size_t kMaxText = 1000; // bytes of a text of metadata
+constexpr std::size_t kMaxValues = 30; // of a list of metadata
+constexpr const char* kBadError = "The file cannot be read.";
 
 struct TextMember {
     const char* key;
@@ -101,17 +107,42 @@ try {
     return false;
 }
 
+// What a file has taken a worker over to say is no more to be trusted than the file.
+
+std::string textFromJson(const Json::Value& json)
+{
+    std::string text = json.isString() ? json.asString() : "";
+    if (!isUtf8(text)) {
+        return "";
+    }
+    text = onOneLine(std::move(text));
+    cutUtf8(text, kMaxText);
+    return text;
+}
+
 std::vector<std::string> textsFromJson(const Json::Value& json)
 {
     std::vector<std::string> texts;
-    if (json.isArray()) {
-        for (const Json::Value& text : json) {
-            if (text.isString()) {
-                texts.push_back(text.asString());
-            }
+    if (!json.isArray()) {
+        return texts;
+    }
+    for (const Json::Value& value : json) {
+        std::string text = textFromJson(value);
+        if (!text.empty() && texts.size() < kMaxValues) {
+            texts.push_back(std::move(text));
         }
     }
     return texts;
+}
+
+int numberFromJson(const Json::Value& json)
+{
+    return json.isInt() && json.asInt() > 0 ? json.asInt() : 0;
+}
+
+bool isRotation(int degrees)
+{
+    return degrees == 0 || degrees == 90 || degrees == 180 || degrees == 270;
 }
 
 } // namespace
@@ -182,17 +213,17 @@ MediaMetadata metadataFromJson(const Json::Value& json)
 {
     MediaMetadata metadata;
     for (const TextMember& text : kTexts) {
-        if (json[text.key].isString()) {
-            metadata.*text.member = json[text.key].asString();
-        }
+        metadata.*text.member = textFromJson(json[text.key]);
     }
     for (const ListMember& list : kLists) {
         metadata.*list.member = textsFromJson(json[list.key]);
     }
     for (const NumberMember& number : kNumbers) {
-        if (json[number.key].isInt()) {
-            metadata.*number.member = json[number.key].asInt();
-        }
+        metadata.*number.member = numberFromJson(json[number.key]);
+    }
+    metadata.rotation = isRotation(metadata.rotation) ? metadata.rotation : 0;
+    if (metadata.error.empty() && json["error"].isString() && !json["error"].asString().empty()) { // a failure stays one
+        metadata.error = kBadError;
     }
     metadata.panorama = json["panorama"].isBool() && json["panorama"].asBool();
     metadata.unread = json["unread"].isBool() && json["unread"].asBool();

@@ -35,7 +35,8 @@ std::optional<WorkerMessage> receiveMessage(int channel);
 
 /// Empty texts and lists, and zeros, are left out.
 Json::Value toJson(const MediaMetadata& metadata);
-/// Members of @p json that are missing or of another type leave theirs empty.
+/// Members of @p json that are missing, of another type or not as MediaMetadata has them leave theirs empty. Texts are put
+/// on one line and cut to 1,000 bytes, lists to 30 values. An error stays one, whatever its text.
 MediaMetadata metadataFromJson(const Json::Value& json);
 
 } // namespace desktop

@@ -184,6 +184,20 @@ TEST_F(BoundaryTest, PhotosOfTheCurrentFolder_AreSorted)
     EXPECT_NE(manager->photoSort(-1, true, photos), 0);
 }
 
+TEST_F(BoundaryTest, PageOfWhatIsNotThere_IsReportedOnce)
+{
+    for (const char* name : {"missing", "missing.m3u"}) {
+        const std::string path = folder.path(name);
+        std::vector<FolderFileInfo_s> entries;
+        testing::internal::CaptureStdout();
+        EXPECT_EQ(page(0, 0, entries, path), -1);
+        const std::string log = testing::internal::GetCapturedStdout();
+        const std::size_t first = log.find(path);
+        ASSERT_NE(first, std::string::npos) << log;
+        EXPECT_EQ(log.find(path, first + 1), std::string::npos) << log;
+    }
+}
+
 TEST_F(BoundaryTest, Playlists_AreFoundAndPagedLikeFolders)
 {
     std::ofstream(folder.path("sub/list.m3u")) << "../3.mp3\n../2.mp4\n";

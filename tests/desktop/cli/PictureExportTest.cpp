@@ -52,6 +52,24 @@ TEST_F(PictureExportTest, NamesThatMeetOrAreTooLong_AreToldApart)
     EXPECT_EQ(filesIn("out"), 4U);
 }
 
+TEST_F(PictureExportTest, NameThatIsTooLong_IsCutBetweenTwoCharacters)
+{
+    ASSERT_EQ(pictures.prepare(), 0);
+    std::string letters; // of three bytes each
+    for (int letter = 0; letter < 82; ++letter) {
+        letters += "片";
+    }
+    EXPECT_EQ(pictures.copy(folder.path("picture"), "/stick/x" + letters + "片片", target), 0);
+    EXPECT_EQ(target, folder.path("out/x" + letters + "~0.jpg"));
+}
+
+TEST_F(PictureExportTest, NameThatIsTooLongAndNoUtf8_IsCutAnywhere)
+{
+    ASSERT_EQ(pictures.prepare(), 0);
+    EXPECT_EQ(pictures.copy(folder.path("picture"), "/stick/" + std::string(255, '\xB1'), target), 0);
+    EXPECT_EQ(target, folder.path("out/" + std::string(249, '\xB1') + "~0.jpg"));
+}
+
 TEST_F(PictureExportTest, CopyOfAnEarlierRun_IsReplaced)
 {
     folder.makeFile("out.jpg");

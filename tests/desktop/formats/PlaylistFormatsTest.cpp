@@ -245,6 +245,14 @@ TEST(PlaylistFormatsTest, Asx_IsReadHoweverItIsWritten)
                 ElementsAre("Music\\a & b.wma|A & B & C \u00e9\u20ac", "b\"c.wma|Second < first", "c/d.wma|"));
 }
 
+TEST(PlaylistFormatsTest, AsxComments_LeaveNothingBehind)
+{
+    EXPECT_THAT(parsed("asx",
+                       "<asx><entry><title>a<!-- x -->b<!----> &amp; <!-- <i> -- > -->c</title><ref href=a.wma></entry>"
+                       "<!-- not ended <entry><ref href=no.wma></entry>"),
+                ElementsAre("a.wma|ab & c"));
+}
+
 TEST(PlaylistFormatsTest, AsxWithABase_IsSeenFromThere)
 {
     EXPECT_THAT(parsed("asx", "<asx><base href=\"Music/\"><entry><ref href=a.wma></entry><entry><ref href=\"C:\\b.wma\"/>"

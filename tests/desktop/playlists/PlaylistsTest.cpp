@@ -8,6 +8,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <thread>
+
 namespace desktop {
 namespace {
 
@@ -18,7 +21,7 @@ using testing::HasSubstr;
 class PlaylistsTest : public testing::Test {
 protected:
     /// The paths of the entries of playlist @p name beneath the stick.
-    std::vector<std::string> entriesOf(const std::string& name) const
+    std::vector<std::string> entriesOf(const std::string& name)
     {
         const EntryList entries = playlists.entriesOf(stick.folder.path(name));
         if (entries == nullptr) {
@@ -29,6 +32,16 @@ protected:
             paths.push_back(fs::path(entry.path).lexically_relative(stick.folder.path()));
         }
         return paths;
+    }
+
+    /// Which of @p entries are shown as 360-degree photos.
+    static std::vector<int> areAround(const EntryList& entries)
+    {
+        std::vector<int> around;
+        for (const FolderFileInfo_s& entry : entries != nullptr ? *entries : std::vector<FolderFileInfo_s>()) {
+            around.push_back(entry.isPhoto360);
+        }
+        return around;
     }
 
     testsupport::MediaStick stick;
@@ -201,6 +214,74 @@ TEST_F(PlaylistsTest, Entry_IsDescribedAsInAList)
     EXPECT_EQ((*entries)[2].id, 2);
     EXPECT_EQ((*entries)[3].type, FILE_TYPE_PANORAMA);
     EXPECT_EQ((*entries)[3].isPhoto360, 1);
+}
+
+TEST_F(PlaylistsTest, PhotosThatTakeLong_AreNotAllRead)
+{
+    const auto reader = std::make_shared<testsupport::FakeReader>([](const std::string& content, FileType) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(content.starts_with("slow") ? 1100 : 0));
+        return testsupport::MediaStick::metadataIn(content);
+    });
+    const auto catalog = std::make_shared<MetadataCatalog>(reader, "");
+    for (const char* photo : {"known.jpg", "unknown.jpg"}) {
+        stick.write(photo, "around");
+    }
+    stick.write("slow.jpg", "slow around");
+    stick.write("all.m3u", "slow.jpg\nunknown.jpg\nknown.jpg\nslow.jpg\n");
+    media_file_info_s info;
+    ASSERT_TRUE(FolderListings(stick.opener, stick.events, catalog).describe(stick.folder.path("known.jpg"), info));
+    const EntryList entries = Playlists(stick.opener, workers, catalog).entriesOf(stick.folder.path("all.m3u"));
+    EXPECT_THAT(areAround(entries), ElementsAre(1, 0, 1, 1));
+    EXPECT_EQ(reader->reads(), 2);
+}
+
+TEST_F(PlaylistsTest, Photos_AreKnownByTheirOwnFolder)
+{
+    stick.write("a/1.jpg", "around");
+    stick.write("b/1.jpg", "a plain one");
+    stick.write("1.jpg", "around");
+    stick.write("all.m3u", "a/1.jpg\nb/1.jpg\n1.jpg\nb/1.jpg\na/1.jpg\n");
+    for (int visit = 0; visit < 2; ++visit) {
+        EXPECT_THAT(areAround(playlists.entriesOf(stick.folder.path("all.m3u"))), ElementsAre(1, 0, 1, 0, 1));
+    }
+    EXPECT_EQ(stick.reader->reads(), 3);
+}
+
+TEST_F(PlaylistsTest, IsPlaylist_TellsByNameAndContent)
+{
+    stick.write("list.m3u", "");
+    stick.write("list", "#EXTM3U\n");
+    stick.write("text", "Some text.");
+    stick.write("a.mp3", "#EXTM3U\n");
+    stick.folder.makeDirectory("folder.m3u");
+    for (const char* name : {"list.m3u", "list"}) {
+        EXPECT_EQ(playlists.isPlaylist(stick.folder.path(name)), true) << name;
+    }
+    for (const char* name : {"text", "a.mp3", "folder.m3u", "missing.m3u", ""}) {
+        EXPECT_EQ(playlists.isPlaylist(stick.folder.path(name)), false) << name;
+    }
+    EXPECT_EQ(playlists.isPlaylist("/etc/list.m3u"), false);
+    EXPECT_TRUE(stick.failures().empty());
+}
+
+TEST_F(PlaylistsTest, PlaylistThatCannotBeRead_IsReportedOnce)
+{
+    stick.write("huge.m3u", std::string(5 << 20, '\n'));
+    EXPECT_EQ(playlists.entriesOf(stick.folder.path("huge.m3u")), nullptr);
+    EXPECT_THAT(stick.failures(), ElementsAre(stick.folder.path("huge.m3u") + ": File too large"));
+}
+
+TEST_F(PlaylistsTest, PagesOfOneList_ReadItOnceUnlessItChanges)
+{
+    stick.write("a.mp3", "x");
+    stick.write("all.m3u", "a.mp3\n");
+    const EntryList first = playlists.entriesOf(stick.folder.path("all.m3u"));
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(playlists.entriesOf(stick.folder.path("all.m3u")), first);
+    stick.write("all.m3u", "a.mp3\na.mp3\n");
+    const EntryList changed = playlists.entriesOf(stick.folder.path("all.m3u"));
+    ASSERT_NE(changed, nullptr);
+    EXPECT_EQ(changed->size(), 2U);
 }
 
 TEST_F(PlaylistsTest, WhatIsNoPlaylist_HasNoEntries)

@@ -99,6 +99,20 @@ TEST_F(MediaCommandsTest, FilesOfAGroup_AreListedWithDurationAndArtistEitherWay)
     EXPECT_EQ(written(reversed), third + second + first + "3 files\n");
 }
 
+TEST_F(MediaCommandsTest, KeyInAnotherSpelling_MeansTheSameGroup)
+{
+    const std::vector<std::string> list = {"groups", "Music/The Sines", "--by", "album", "--key"};
+    const auto filesOf = [&list](const std::string& key) {
+        std::vector<std::string> words = list;
+        words.push_back(key);
+        return written(words);
+    };
+    const std::string files = filesOf("Pure Tones");
+    EXPECT_THAT(files, testing::EndsWith("\n3 files\n"));
+    EXPECT_EQ(filesOf("pure TONES"), files);
+    EXPECT_EQ(filesOf(" Pure Tones "), files);
+}
+
 TEST_F(MediaCommandsTest, Info_DescribesEveryFileByItsKind)
 {
     const std::string text =
@@ -181,6 +195,24 @@ TEST_F(MediaCommandsTest, EntriesOfAPlaylist_AreListed)
     const std::vector<Json::Value> lines = jsonLines(written({"playlists", "Music/All.m3u", "--json"}));
     ASSERT_EQ(lines.size(), 2U);
     EXPECT_EQ(lines[1]["title"], "Second");
+}
+
+TEST_F(MediaCommandsTest, PlaylistWithoutExtension_IsListedAsOne)
+{
+    std::ofstream(out.path("Favourites")) << "#EXTM3U\nsong.mp3\n";
+    fs::copy_file(testsupport::demoFile("Music/The Sines/01 First.mp3"), out.path("song.mp3"));
+    Program program({DESKTOP_TV, "--stick", out.path(), "--cache", "none", "playlists", "Favourites"});
+    EXPECT_EQ(program.wait(), 0) << program.errors();
+    EXPECT_THAT(program.output(), HasSubstr("  " + out.path("song.mp3") + "\n1 file\n"));
+}
+
+TEST_F(MediaCommandsTest, FolderNamedLikeAPlaylist_IsListedAsAFolder)
+{
+    out.makeDirectory("Lists.m3u");
+    std::ofstream(out.path("Lists.m3u/all.m3u")) << "#EXTM3U\n";
+    Program program({DESKTOP_TV, "--stick", out.path(), "--cache", "none", "playlists", "Lists.m3u"});
+    EXPECT_EQ(program.wait(), 0) << program.errors();
+    EXPECT_EQ(program.output(), out.path("Lists.m3u/all.m3u") + "\n1 playlist\n");
 }
 
 TEST_F(MediaCommandsTest, Photos_AreListedInTheOrderAskedFor)

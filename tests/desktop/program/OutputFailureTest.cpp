@@ -6,6 +6,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 #include <fstream>
 
 namespace {
@@ -82,6 +85,31 @@ TEST(OutputFailure, LogFileOnAFullDevice_IsToldAndGives1)
     EXPECT_EQ(program.wait(), 1);
     EXPECT_EQ(program.errors(), "desktop-tv: /dev/full: No space left on device\n");
     EXPECT_THAT(program.output(), testing::HasSubstr("Movies\n"));
+}
+
+TEST(OutputFailure, LogThatHasFailedForAWhile_IsToldAndNothingIsAddedToIt)
+{
+    const testsupport::TemporaryDirectory folder;
+    folder.makeDirectory("stick");
+    folder.makeFile("stick/a.jpg");
+    const std::string log = folder.path("log");
+    ASSERT_EQ(mkfifo(log.c_str(), 0600), 0);
+    desktop::UniqueFd reader(open(log.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    testsupport::Shell shell({"--stick", folder.path("stick"), "--cache", "none", "--log", log, "--log-level", "debug"});
+    shell.notification("storagemedia.usb.mount");
+    reader = desktop::UniqueFd();
+    Json::Value usage;
+    usage["path"] = folder.path("stick");
+    shell.send("storagemedia.get.device.usage", usage); // which is logged
+    EXPECT_TRUE(shell.reply().isMember("result"));
+    reader = desktop::UniqueFd(open(log.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    EXPECT_EQ(shell.program.wait(), 1);
+    EXPECT_EQ(shell.program.errors(), "desktop-tv: " + log + ": Not all of the log could be written\n");
+    std::string logged(65536, '\0'); // all that a pipe holds
+    const ssize_t length = read(reader.get(), logged.data(), logged.size());
+    ASSERT_GT(length, 0);
+    logged.resize(static_cast<std::size_t>(length));
+    EXPECT_THAT(logged, testing::Not(testing::EndsWith("\n\n")));
 }
 
 TEST(OutputFailure, FolderForPicturesThatIsNone_IsToldWithItsReason)

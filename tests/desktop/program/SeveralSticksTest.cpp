@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
+#include <sstream>
 
 namespace {
 
@@ -12,6 +14,19 @@ namespace fs = std::filesystem;
 using testing::HasSubstr;
 using testsupport::demoFile;
 using testsupport::Program;
+
+/// The bytes of the demo stick's song with @p artist, as long a name as its own.
+std::string songBy(const std::string& artist)
+{
+    const std::string before = "The Sines";
+    std::ostringstream bytes;
+    bytes << std::ifstream(demoFile("Music/The Sines/02 Second.flac"), std::ios::binary).rdbuf();
+    std::string song = bytes.str();
+    for (std::size_t at = song.find(before); at != std::string::npos; at = song.find(before, at + before.size())) {
+        song.replace(at, before.size(), artist);
+    }
+    return song;
+}
 
 /// desktop-tv on two sticks, each with a song and a film; one folder is on both.
 class SeveralSticksTest : public testing::Test {
@@ -59,6 +74,17 @@ TEST_F(SeveralSticksTest, WithoutPath_AllAreListed)
     EXPECT_EQ(written({"thumbnails", "--out", folder.path("out")}), "3 pictures, 0 media files without\n");
     EXPECT_TRUE(folder.has("out/song.mp3.jpg"));
     EXPECT_EQ(std::distance(fs::directory_iterator(folder.path("out")), fs::directory_iterator()), 3);
+}
+
+TEST_F(SeveralSticksTest, GroupInTwoSpellings_IsOneInThatOfTheFirstStick)
+{
+    fs::remove(other + "/song.mp3");
+    std::ofstream(other + "/loud.flac", std::ios::binary) << songBy("THE SINES");
+    EXPECT_EQ(written({"groups", other, "--by", "artist"}), "      1  THE SINES\n1 group, 1 file\n");
+    EXPECT_EQ(written({"groups", "--by", "artist"}), "      2  The Sines\n1 group, 2 files\n");
+    const std::string songs = written({"groups", "--by", "artist", "--key", "the sines"});
+    EXPECT_THAT(songs, HasSubstr(one + "/song.mp3\n"));
+    EXPECT_THAT(songs, HasSubstr(other + "/loud.flac\n2 files\n"));
 }
 
 TEST_F(SeveralSticksTest, RelativePath_IsThatOfTheFirstStickThatHasIt)

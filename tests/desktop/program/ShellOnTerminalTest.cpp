@@ -125,6 +125,16 @@ TEST_F(ShellOnTerminalTest, Log_IsMadeSafe)
     EXPECT_THAT(program.output(), Not(HasSubstr("\x1b]0;x")));
 }
 
+TEST_F(ShellOnTerminalTest, LineOfBlanks_IsSkipped)
+{
+    type(" \x16\x0b\x16\x0c\n"); // a vertical tab and a form feed, quoted
+    EXPECT_TRUE(shows(kPrompt));
+    type("storagemedia.check.usb.device\n");
+    EXPECT_TRUE(shows("\"result\":true}"));
+    EXPECT_EQ(endOfShell(), 0);
+    EXPECT_THAT(program.output(), Not(HasSubstr("\"error\"")));
+}
+
 TEST_F(ShellOnTerminalTest, CtrlC_EndsIt)
 {
     type("storagemedia.ch\x03");

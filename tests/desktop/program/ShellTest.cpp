@@ -138,6 +138,24 @@ TEST_F(ShellTest, RequestThatAnotherCommandEnds_IsToldAndNotWaitedFor)
     }
 }
 
+TEST_F(ShellTest, ThumbnailsThatARefusedRequestReplaces_AreEnded)
+{
+    Shell shell(options());
+    Json::Value single = changeRequest("", "1");
+    single["type"] = FILE_TYPE_UNKNOWN;
+    single["path"] = stick.path("Films/clip 9.mkv");
+    Json::Value range = changeRequest("", "2");
+    range["type"] = FILE_TYPE_UNKNOWN;
+    shell.send("storagemedia.start.thumbnail", single);
+    shell.send("storagemedia.start.thumbnail", range); // of no folder
+    EXPECT_EQ(shell.program.wait(), 0);
+    int ends = 0;
+    for (const Json::Value& line : shell.lines()) {
+        ends += line.isMember("ended") || line["notification"] == "startThumbnail.complete" ? 1 : 0;
+    }
+    EXPECT_EQ(ends, 1);
+}
+
 TEST_F(ShellTest, LineThatIsNoJson_IsToldWithItsPlaceAndTheShellGoesOn)
 {
     Shell shell(options());
@@ -165,6 +183,15 @@ TEST_F(ShellTest, LineThatIsNoCommand_IsToldAndTheShellGoesOn)
     }
     shell.send(kChange, changeRequest(stick.path("Films")));
     EXPECT_EQ(shell.notification(kChanged)["body"]["filecount"], 2);
+    EXPECT_EQ(shell.program.wait(), 0);
+}
+
+TEST_F(ShellTest, LineOfBlanks_IsSkipped)
+{
+    Shell shell(options());
+    shell.sendLine(" \t\v\f\r");
+    shell.send("storagemedia.check.usb.device");
+    EXPECT_TRUE(shell.reply()["result"].asBool());
     EXPECT_EQ(shell.program.wait(), 0);
 }
 

@@ -1,5 +1,6 @@
 #include "tests/desktop/support/LegacyBytes.h"
 #include "tests/desktop/support/MediaReading.h"
+#include "tests/desktop/support/UsedUpDescriptors.h"
 #include "tests/desktop/support/Waiting.h"
 
 #include "desktop/workers/PlaylistTransfer.h"
@@ -101,6 +102,21 @@ TEST_F(PlaylistWorkTest, WhatIsNoPlaylist_HasAnError)
     EXPECT_EQ(read(media, "Some text.", "").error, "The file is no playlist.");
     EXPECT_EQ(read(media, std::string(kMaxPlaylistFile + 1, '\n')).error, "The playlist is too large.");
     EXPECT_NE(media.workers.readPlaylist(-1, "m3u").error, "");
+}
+
+TEST_F(PlaylistWorkTest, WithoutDescriptors_TheWorkerIsNotBlamed)
+{
+    StandIn counted("echo started >> $0.log; exec '" MEDIA_WORKER "'");
+    MediaReading reading({counted.program()});
+    EXPECT_EQ(read(reading, "a.mp3").entries.size(), 1U);
+    const UniqueFd file(open(made("other", "b.mp3").c_str(), O_RDONLY | O_CLOEXEC));
+    {
+        testsupport::UsedUpDescriptors descriptors;
+        descriptors.leave(0);
+        EXPECT_EQ(reading.workers.readPlaylist(file.get(), "m3u").error, "Too many open files");
+    }
+    EXPECT_EQ(reading.workers.readPlaylist(file.get(), "m3u").entries.size(), 1U);
+    EXPECT_EQ(counted.log(), "started\n");
 }
 
 TEST_F(PlaylistWorkTest, WorkerThatDiesOfAPlaylist_CostsThatOneOnly)
