@@ -71,8 +71,10 @@ LogOutput::LogOutput(std::string file, Target target)
     }
     if (isatty(log.get()) == 1) {
         m_pump.emplace(std::move(log));
+        dup2(m_pump->inlet(), STDOUT_FILENO);
+    } else {
+        dup2(log.get(), STDOUT_FILENO);
     }
-    dup2(m_pump ? m_pump->inlet() : log.get(), STDOUT_FILENO);
     std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
 }
 

@@ -18,7 +18,7 @@ namespace {
 constexpr char kSeparator = '\n'; // between a namespace and a name, as the parser hands them over
 constexpr std::string_view kNamespace = "http://xspf.org/ns/0/";
 constexpr std::string_view kBase = "http://www.w3.org/XML/1998/namespace\nbase";
-constexpr std::size_t kMaxText = 16 * 1024; // bytes of a title or an address
+constexpr std::size_t kMaxText = 16UL * 1024; // bytes of a title or an address
 
 // The element's name when it is of XSPF or of no namespace; else empty.
 std::string_view xspfName(std::string_view element)
