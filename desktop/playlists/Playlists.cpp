@@ -23,7 +23,6 @@ namespace {
 constexpr std::chrono::seconds kTimeout(5);
 constexpr std::chrono::seconds kOpenTimeout(3);
 // How long photos that the index does not know are read for one list; all of it has to be done within kTimeout.
-constexpr std::chrono::seconds kPhotoTime(1);
 constexpr std::chrono::seconds kKeptFor(10);
 
 using Paths = std::vector<std::string>;
@@ -125,10 +124,12 @@ Location beneath(const Location& root, const std::string& path)
 /// One playlist file being looked through.
 class PlaylistReading {
 public:
-    PlaylistReading(Location file, std::string path, std::shared_ptr<MetadataCatalog> catalog)
+    PlaylistReading(Location file, std::string path, std::shared_ptr<MetadataCatalog> catalog,
+                    std::chrono::milliseconds photoTime)
         : m_file(std::move(file))
         , m_path(std::move(path))
         , m_catalog(std::move(catalog))
+        , m_readUntil(std::chrono::steady_clock::now() + photoTime)
     {
     }
 
@@ -226,17 +227,19 @@ private:
     std::string m_path;
     std::shared_ptr<MetadataCatalog> m_catalog;
     std::stop_token m_cancelled;
-    std::chrono::steady_clock::time_point m_readUntil = std::chrono::steady_clock::now() + kPhotoTime;
-    std::string m_knownFolder; ///< beneath the volume; empty: none yet
-    KnownFiles m_known;        ///< of that folder
+    const std::chrono::steady_clock::time_point m_readUntil; ///< photos that the index does not know
+    std::string m_knownFolder;                               ///< beneath the volume; empty: none yet
+    KnownFiles m_known;                                      ///< of that folder
 };
 
 } // namespace
 
-Playlists::Playlists(LocationOpener opener, std::shared_ptr<MediaWorkers> workers, std::shared_ptr<MetadataCatalog> catalog)
+Playlists::Playlists(LocationOpener opener, std::shared_ptr<MediaWorkers> workers, std::shared_ptr<MetadataCatalog> catalog,
+                     std::chrono::milliseconds photoTime)
     : m_opener(std::move(opener))
     , m_workers(std::move(workers))
     , m_catalog(std::move(catalog))
+    , m_photoTime(photoTime)
 {
 }
 
@@ -297,10 +300,12 @@ EntryList Playlists::readEntries(const std::string& path, const Location& file, 
         reportUnreadable(file, path, content.error);
         return nullptr;
     }
-    const auto entries = m_opener.runWithin<EntryList>(
-        kTimeout, path, [file, path, content = std::move(content), catalog = m_catalog](const std::stop_token& cancelled) {
-            return PlaylistReading(file, path, catalog).run(content, cancelled);
-        });
+    const auto entries =
+        m_opener.runWithin<EntryList>(kTimeout, path,
+                                      [file, path, content = std::move(content), catalog = m_catalog,
+                                       photoTime = m_photoTime](const std::stop_token& cancelled) {
+                                          return PlaylistReading(file, path, catalog, photoTime).run(content, cancelled);
+                                      });
     return entries.value_or(nullptr);
 }
 

@@ -13,7 +13,11 @@ namespace desktop {
 /// reported.
 class Playlists {
 public:
-    Playlists(LocationOpener opener, std::shared_ptr<MediaWorkers> workers, std::shared_ptr<MetadataCatalog> catalog);
+    static constexpr std::chrono::milliseconds kPhotoTime{1000};
+
+    /// @p photoTime: how long the photos of a list that the index does not know are read.
+    Playlists(LocationOpener opener, std::shared_ptr<MediaWorkers> workers, std::shared_ptr<MetadataCatalog> catalog,
+              std::chrono::milliseconds photoTime = kPhotoTime);
 
     /// The paths of the files below @p directory whose extension is that of a playlist, in the order of a walk; nothing when
     /// it cannot be read.
@@ -41,6 +45,7 @@ private:
     LocationOpener m_opener;
     std::shared_ptr<MediaWorkers> m_workers;
     std::shared_ptr<MetadataCatalog> m_catalog;
+    std::chrono::milliseconds m_photoTime;
     Kept m_kept;
 };
 

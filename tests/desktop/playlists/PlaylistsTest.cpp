@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <thread>
 
 namespace desktop {
 namespace {
@@ -216,23 +215,17 @@ TEST_F(PlaylistsTest, Entry_IsDescribedAsInAList)
     EXPECT_EQ((*entries)[3].isPhoto360, 1);
 }
 
-TEST_F(PlaylistsTest, PhotosThatTakeLong_AreNotAllRead)
+TEST_F(PlaylistsTest, PhotosBeyondTheTimeForThem_AreShownAsTheIndexKnowsThem)
 {
-    const auto reader = std::make_shared<testsupport::FakeReader>([](const std::string& content, FileType) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(content.starts_with("slow") ? 1100 : 0));
-        return testsupport::MediaStick::metadataIn(content);
-    });
-    const auto catalog = std::make_shared<MetadataCatalog>(reader, "");
     for (const char* photo : {"known.jpg", "unknown.jpg"}) {
         stick.write(photo, "around");
     }
-    stick.write("slow.jpg", "slow around");
-    stick.write("all.m3u", "slow.jpg\nunknown.jpg\nknown.jpg\nslow.jpg\n");
+    stick.write("all.m3u", "unknown.jpg\nknown.jpg\n");
     media_file_info_s info;
-    ASSERT_TRUE(FolderListings(stick.opener, stick.events, catalog).describe(stick.folder.path("known.jpg"), info));
-    const EntryList entries = Playlists(stick.opener, workers, catalog).entriesOf(stick.folder.path("all.m3u"));
-    EXPECT_THAT(areAround(entries), ElementsAre(1, 0, 1, 1));
-    EXPECT_EQ(reader->reads(), 2);
+    ASSERT_TRUE(stick.listings.describe(stick.folder.path("known.jpg"), info));
+    Playlists withoutTime(stick.opener, workers, stick.catalog, std::chrono::milliseconds(0));
+    EXPECT_THAT(areAround(withoutTime.entriesOf(stick.folder.path("all.m3u"))), ElementsAre(0, 1));
+    EXPECT_EQ(stick.reader->reads(), 1);
 }
 
 TEST_F(PlaylistsTest, Photos_AreKnownByTheirOwnFolder)
