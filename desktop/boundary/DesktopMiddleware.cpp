@@ -43,7 +43,7 @@ DesktopMiddleware::DesktopMiddleware()
     : m_resolver({})
     , m_opener(m_resolver, m_reporter)
 {
-    makeParts("", ReadObserver());
+    makeParts({});
 }
 
 void DesktopMiddleware::open(DesktopSettings settings)
@@ -51,7 +51,7 @@ void DesktopMiddleware::open(DesktopSettings settings)
     VolumeSources sources = settings.sources();
     m_screenSwitched = std::move(settings.screenSwitched);
     m_requestDropped = std::move(settings.requestDropped);
-    makeParts(settings.cacheFolder, settings.observer);
+    makeParts(settings);
     m_volumes = std::make_unique<Volumes>(std::move(sources), m_resolver, m_events,
                                           [this](const std::string& volume) { volumeRemoved(volume); });
 }
@@ -69,12 +69,13 @@ void DesktopMiddleware::close()
     m_grouping->stop();
     m_search->stop();
     m_volumes.reset();
+    m_playback.reset();
     m_thumbnails->close();
     m_events.stop();
     m_events.setListener(nullptr);
     m_reporter->disconnect();
     m_requestDropped = nullptr;
-    makeParts("", ReadObserver()); // joins what still ends
+    makeParts({}); // joins what still ends
 }
 
 Json::Value DesktopMiddleware::deviceList() const
@@ -96,18 +97,21 @@ void DesktopMiddleware::requestDropped(BackgroundRequest kind) const
     }
 }
 
-void DesktopMiddleware::makeParts(const std::string& cacheFolder, const ReadObserver& observer)
+void DesktopMiddleware::makeParts(const DesktopSettings& settings)
 {
-    m_reporter = std::make_shared<ReadReporter>(observer);
+    m_reporter = std::make_shared<ReadReporter>(settings.observer);
     m_opener = LocationOpener(m_resolver, m_reporter);
     m_workers = std::make_shared<MediaWorkers>(); // their processes start with the first file
-    m_catalog = std::make_shared<MetadataCatalog>(m_workers, cacheFolder);
+    m_catalog = std::make_shared<MetadataCatalog>(m_workers, settings.cacheFolder);
     m_listings = std::make_unique<FolderListings>(m_opener, m_events, m_catalog);
     m_search = std::make_unique<Search>(m_opener, m_events);
     m_grouping = std::make_unique<Grouping>(m_opener, m_catalog, m_events);
     m_playlists = std::make_unique<Playlists>(m_opener, m_workers, m_catalog);
-    m_thumbnails = std::make_unique<Thumbnails>(std::make_shared<ThumbnailMaker>(m_resolver, m_workers, cacheFolder),
-                                                m_events, m_reporter);
+    m_thumbnails = std::make_unique<Thumbnails>(
+        std::make_shared<ThumbnailMaker>(m_resolver, m_workers, settings.cacheFolder), m_events, m_reporter);
+    m_shownLists = std::make_unique<ShownLists>(*m_listings, *m_grouping, *m_playlists);
+    m_playback = std::make_unique<Playback>(m_opener, m_events, std::make_shared<PlayPositions>(settings.cacheFolder),
+                                            settings.players);
 }
 
 // On the thread that watches the volumes: whatever reads from the volume ends now.
@@ -117,6 +121,7 @@ void DesktopMiddleware::volumeRemoved(const std::string& volume)
     m_search->volumeRemoved(volume);
     m_grouping->volumeRemoved(volume);
     m_thumbnails->volumeRemoved(volume);
+    m_playback->volumeRemoved(volume);
 }
 
 } // namespace desktop

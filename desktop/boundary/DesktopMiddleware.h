@@ -1,9 +1,11 @@
 #pragma once
 
+#include "desktop/boundary/ShownLists.h"
 #include "desktop/browsing/FolderListings.h"
 #include "desktop/browsing/PhotoSort.h"
 #include "desktop/grouping/Grouping.h"
 #include "desktop/jobs/EventQueue.h"
+#include "desktop/playback/Playback.h"
 #include "desktop/playlists/Playlists.h"
 #include "desktop/search/Search.h"
 #include "desktop/thumbnails/Thumbnails.h"
@@ -28,6 +30,8 @@ struct DesktopSettings {
     /// Folder that keeps what has been read, for the next time; empty: nothing is kept.
     std::string cacheFolder;
     ReadObserver observer;
+    /// Makes the players; null: processes of their own.
+    PlayerFactory players;
     /// Called whenever the screen has been switched, on the thread that did. May be null.
     std::function<void(bool off)> screenSwitched;
     /// Called when what runs of this kind has been ended without its event, if anything did, on the command thread. May be
@@ -59,6 +63,8 @@ public:
     Grouping& grouping() { return *m_grouping; }
     Playlists& playlists() { return *m_playlists; }
     Thumbnails& thumbnails() { return *m_thumbnails; }
+    ShownLists& shownLists() { return *m_shownLists; }
+    Playback& playback() { return *m_playback; }
     PhotoReading photoReading() const { return {m_opener, m_catalog}; }
     Json::Value deviceList() const;
     /// Safe on any thread.
@@ -68,7 +74,7 @@ public:
 
 private:
     DesktopMiddleware();
-    void makeParts(const std::string& cacheFolder, const ReadObserver& observer);
+    void makeParts(const DesktopSettings& settings);
     void volumeRemoved(const std::string& volume);
 
     EventQueue m_events;
@@ -84,6 +90,8 @@ private:
     std::unique_ptr<Grouping> m_grouping;
     std::unique_ptr<Playlists> m_playlists;
     std::unique_ptr<Thumbnails> m_thumbnails;
+    std::unique_ptr<ShownLists> m_shownLists;
+    std::unique_ptr<Playback> m_playback;
     std::unique_ptr<Volumes> m_volumes;
 };
 

@@ -16,75 +16,7 @@ int notYet(const char* operation)
 
 } // namespace
 
-int SocMwStorageUsbMgr::playMediaFile(FileType /*type*/, unsigned int /*index*/, unsigned int& /*curIdx*/, bool /*playAll*/,
-                                      bool /*resume*/, std::string /*path*/)
-{
-    return notYet(__func__);
-}
-
-int SocMwStorageUsbMgr::kiroPlayMediaFile(FileType /*type*/, unsigned int /*index*/, unsigned int& /*curIdx*/,
-                                          bool /*playAll*/, bool /*resume*/, std::string /*path*/)
-{
-    return notYet(__func__);
-}
-
-int SocMwStorageUsbMgr::stopMediaFile(FileType /*type*/, unsigned int& /*index*/)
-{
-    return notYet(__func__);
-}
-
-int SocMwStorageUsbMgr::stopBackGroundMusicFile(unsigned int& /*curIdx*/)
-{
-    return notYet(__func__);
-}
-
 int SocMwStorageUsbMgr::dmrPlayPrepare(FileType /*type*/, std::string& /*title*/)
-{
-    return notYet(__func__);
-}
-
-int SocMwStorageUsbMgr::isresumePlayMediaFile(FileType /*type*/, unsigned int /*index*/, unsigned int& /*curIdx*/,
-                                              bool /*playAll*/, bool& /*resume*/, std::string /*path*/)
-{
-    return notYet(__func__);
-}
-
-int SocMwStorageUsbMgr::videoClearResume()
-{
-    return notYet(__func__);
-}
-
-int SocMwStorageUsbMgr::keyPlayPause(FileType /*type*/, bool /*play*/)
-{
-    return notYet(__func__);
-}
-
-int SocMwStorageUsbMgr::keyPlayPrev(FileType /*type*/)
-{
-    return notYet(__func__);
-}
-
-int SocMwStorageUsbMgr::keyPlayNext(FileType /*type*/)
-{
-    return notYet(__func__);
-}
-
-int SocMwStorageUsbMgr::keyFastForward(FileType /*type*/)
-{
-    return notYet(__func__);
-}
-
-int SocMwStorageUsbMgr::keyFastRewind(FileType /*type*/)
-{
-    return notYet(__func__);
-}
-
-int SocMwStorageUsbMgr::setPlayerMode(FileType /*type*/, PlayerModeE /*mode*/)
-{
-    return notYet(__func__);
-}
-
-int SocMwStorageUsbMgr::getPlayMode(Json::Value& /*mode*/, int /*mediaType*/)
 {
     return notYet(__func__);
 }
@@ -116,11 +48,6 @@ int SocMwStorageUsbMgr::getMediaMetadata(meta_data_t& /*meta*/)
 }
 
 int SocMwStorageUsbMgr::getbrowsercodec(FileType /*type*/, browser_codec& /*codec*/)
-{
-    return notYet(__func__);
-}
-
-int SocMwStorageUsbMgr::repeatModeSet(int /*mode*/)
 {
     return notYet(__func__);
 }

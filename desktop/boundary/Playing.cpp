@@ -1,0 +1,170 @@
+// What the storage manager does of playing: play, stop, resume, transport and player modes.
+
+#include "desktop/base/Log.h"
+#include "desktop/boundary/DesktopMiddleware.h"
+
+#include "platform/SocMwStorageUsbMgr.h"
+
+using desktop::DesktopMiddleware;
+using desktop::Playback;
+using desktop::PlayRequest;
+
+namespace {
+
+constexpr int kOk = 0;
+constexpr int kFailed = -1;
+
+// What the second browser can ask for, by the number of the request.
+constexpr PlayerModeE kRepeatModes[] = {PLAYER_MODE_SEQUENCE, PLAYER_MODE_REPEAT_ALL, PLAYER_MODE_REPEAT_ONE};
+
+Playback& playback()
+{
+    return DesktopMiddleware::instance().playback();
+}
+
+int status(bool done)
+{
+    return done ? kOk : kFailed;
+}
+
+// Stores what was found, if anything was.
+template <typename Found, typename Store>
+int statusOf(const std::optional<Found>& found, const Store& store)
+{
+    if (!found) {
+        return kFailed;
+    }
+    store(*found);
+    return kOk;
+}
+
+/// The request to play entry @p index of the list that @p path means; nothing, which is logged, when there is no such list.
+std::optional<PlayRequest> requestFor(FileType type, unsigned int index, bool playAll, const std::string& path)
+{
+    PlayRequest request;
+    request.list = DesktopMiddleware::instance().shownLists().toPlay(path);
+    request.kind = type;
+    request.index = index;
+    request.playAll = playAll;
+    return request.list != nullptr ? std::optional<PlayRequest>(std::move(request)) : std::nullopt;
+}
+
+int play(std::optional<PlayRequest> request, unsigned int& index)
+{
+    if (!request) {
+        return kFailed;
+    }
+    const auto playing = playback().play(*request);
+    if (!playing) {
+        desktop::logLine(desktop::LogLevel::Warning,
+                         "there is nothing of type " + std::to_string(request->kind) + " to play from there on");
+    }
+    return statusOf(playing, [&index](std::uint32_t found) { index = found; });
+}
+
+} // namespace
+
+int SocMwStorageUsbMgr::playMediaFile(FileType type, unsigned int index, unsigned int& curIdx, bool playAll, bool resume,
+                                      std::string path)
+{
+    auto request = requestFor(type, index, playAll, path);
+    if (request) {
+        request->resume = resume;
+    }
+    return play(std::move(request), curIdx);
+}
+
+int SocMwStorageUsbMgr::kiroPlayMediaFile(FileType type, unsigned int index, unsigned int& curIdx, bool playAll, bool resume,
+                                          std::string path)
+{
+    auto request = requestFor(type, index, playAll, path);
+    if (request) {
+        request->resume = resume;
+        request->second = true;
+    }
+    return play(std::move(request), curIdx);
+}
+
+int SocMwStorageUsbMgr::stopMediaFile(FileType type, unsigned int& index)
+{
+    return statusOf(playback().stop(type), [&index](std::uint32_t stopped) { index = stopped; });
+}
+
+int SocMwStorageUsbMgr::stopBackGroundMusicFile(unsigned int& curIdx)
+{
+    return stopMediaFile(FILE_TYPE_MUSIC, curIdx);
+}
+
+int SocMwStorageUsbMgr::closeAllMMPlayer(bool keepBackgroundMusic)
+{
+    playback().stopAll(keepBackgroundMusic);
+    return kOk;
+}
+
+int SocMwStorageUsbMgr::isresumePlayMediaFile(FileType type, unsigned int index, unsigned int& curIdx, bool playAll,
+                                              bool& resume, std::string path)
+{
+    const auto request = requestFor(type, index, playAll, path);
+    return statusOf(request ? playback().firstOf(*request) : std::nullopt, [&](const desktop::PlayFirst& first) {
+        curIdx = first.index;
+        resume = first.resumes;
+    });
+}
+
+int SocMwStorageUsbMgr::videoClearResume()
+{
+    playback().forgetPositions();
+    return kOk;
+}
+
+int SocMwStorageUsbMgr::keyPlayPause(FileType type, bool play)
+{
+    return status(playback().playOrPause(type, play));
+}
+
+int SocMwStorageUsbMgr::keyPlayPrev(FileType type)
+{
+    return status(playback().previous(type));
+}
+
+int SocMwStorageUsbMgr::keyPlayNext(FileType type)
+{
+    return status(playback().next(type));
+}
+
+int SocMwStorageUsbMgr::keyFastForward(FileType type)
+{
+    return status(playback().wind(type, true));
+}
+
+int SocMwStorageUsbMgr::keyFastRewind(FileType type)
+{
+    return status(playback().wind(type, false));
+}
+
+int SocMwStorageUsbMgr::setPlayerMode(FileType type, PlayerModeE mode)
+{
+    return status(playback().setMode(type, mode));
+}
+
+int SocMwStorageUsbMgr::getPlayMode(Json::Value& mode, int mediaType)
+{
+    if (mediaType == FILE_TYPE_UNKNOWN) {
+        mode["photo"] = playback().mode(FILE_TYPE_PHOTO).value();
+        mode["video"] = playback().mode(FILE_TYPE_VIDEO).value();
+        mode["music"] = playback().mode(FILE_TYPE_MUSIC).value();
+        return kOk;
+    }
+    return statusOf(playback().mode(static_cast<FileType>(mediaType)),
+                    [&mode](PlayerModeE found) { mode["mode"] = static_cast<int>(found); });
+}
+
+int SocMwStorageUsbMgr::repeatModeSet(int mode)
+{
+    if (mode < 0 || mode >= static_cast<int>(std::size(kRepeatModes))) {
+        return kFailed;
+    }
+    playback().setMode(FILE_TYPE_VIDEO, kRepeatModes[mode]);
+    playback().setMode(FILE_TYPE_MUSIC, kRepeatModes[mode]);
+    return kOk;
+}
