@@ -1,5 +1,7 @@
 #include "desktop/boundary/DesktopMiddleware.h"
 
+#include "platform/SocMwEvents.h"
+
 #include <algorithm>
 #include <filesystem>
 
@@ -50,6 +52,7 @@ void DesktopMiddleware::open(DesktopSettings settings)
 {
     VolumeSources sources = settings.sources();
     m_screenSwitched = std::move(settings.screenSwitched);
+    m_keyPressed = std::move(settings.keyPressed);
     m_requestDropped = std::move(settings.requestDropped);
     makeParts(settings);
     m_volumes = std::make_unique<Volumes>(std::move(sources), m_resolver, m_events,
@@ -78,6 +81,16 @@ void DesktopMiddleware::close()
     makeParts({}); // joins what still ends
 }
 
+void DesktopMiddleware::pressKey(SetKey key)
+{
+    m_events.post(key == SetKey::UsbSource ? SOCMW_MM_EVENT_SET_USB_SOURCE : SOCMW_MM_EVENT_FASTBOOT_SUPERDEMO);
+}
+
+ScreenFrame DesktopMiddleware::takeScreen(int /*width*/, int /*height*/)
+{
+    return {}; // nothing is played
+}
+
 Json::Value DesktopMiddleware::deviceList() const
 {
     return m_volumes != nullptr ? m_volumes->deviceList() : Json::Value(Json::objectValue);
@@ -87,6 +100,13 @@ void DesktopMiddleware::screenSwitched(bool off) const
 {
     if (m_screenSwitched) {
         m_screenSwitched(off);
+    }
+}
+
+void DesktopMiddleware::keyPressed(const std::string& key) const
+{
+    if (m_keyPressed) {
+        m_keyPressed(key);
     }
 }
 

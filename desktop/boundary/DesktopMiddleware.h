@@ -10,8 +10,10 @@
 #include "desktop/search/Search.h"
 #include "desktop/thumbnails/Thumbnails.h"
 #include "desktop/volumes/Volumes.h"
+#include "desktop/workers/MediaPlayer.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,6 +23,9 @@ namespace desktop {
 enum class BackgroundRequest { DirectoryChange, Search, Grouping, Thumbnails };
 constexpr std::size_t kBackgroundRequests = 4;
 
+/// Keys of the television set that the plugin tells its user interface.
+enum class SetKey { UsbSource, SuperDemo };
+
 /// What a host sets before the plugin is loaded.
 struct DesktopSettings {
     /// The folders that stand for USB sticks. They may come and go while the desktop runs.
@@ -29,11 +34,16 @@ struct DesktopSettings {
     bool mountedSticks = false;
     /// Folder that keeps what has been read, for the next time; empty: nothing is kept.
     std::string cacheFolder;
+    PlayerOutput playerOutput;
+    /// Seconds from which on the medium that is played first plays, instead of its start or where it was left.
+    std::optional<double> startAt;
     ReadObserver observer;
     /// Makes the players; null: processes of their own.
     PlayerFactory players;
     /// Called whenever the screen has been switched, on the thread that did. May be null.
     std::function<void(bool off)> screenSwitched;
+    /// Called with each key of a player's window, as PlayerKey names it, on a thread of a player's. May be null.
+    std::function<void(const std::string& key)> keyPressed;
     /// Called when what runs of this kind has been ended without its event, if anything did, on the command thread. May be
     /// null.
     std::function<void(BackgroundRequest kind)> requestDropped;
@@ -56,6 +66,12 @@ public:
     /// Stops every read, delivers the events that are due and stops all threads; no event comes after it.
     void close();
 
+    /// The set's key @p key is pressed: its event is posted. Safe on any thread.
+    void pressKey(SetKey key);
+    /// A picture of what is played, @p width x @p height pixels large; one without pixels when nothing is shown. Waits for
+    /// two seconds at most. Safe on any thread.
+    ScreenFrame takeScreen(int width, int height);
+
     // For the managers of the middleware.
     EventQueue& events() { return m_events; }
     FolderListings& listings() { return *m_listings; }
@@ -69,6 +85,8 @@ public:
     Json::Value deviceList() const;
     /// Safe on any thread.
     void screenSwitched(bool off) const;
+    /// Safe on any thread.
+    void keyPressed(const std::string& key) const;
     /// What runs of @p kind, if anything does, is ended without its event.
     void requestDropped(BackgroundRequest kind) const;
 
@@ -80,6 +98,7 @@ private:
     EventQueue m_events;
     PathResolver m_resolver;
     std::function<void(bool off)> m_screenSwitched;
+    std::function<void(const std::string& key)> m_keyPressed;
     std::function<void(BackgroundRequest kind)> m_requestDropped;
     std::shared_ptr<ReadReporter> m_reporter = std::make_shared<ReadReporter>();
     LocationOpener m_opener;

@@ -240,6 +240,15 @@ TEST_F(HostTest, Screen_IsSwitchedAndToldOf)
     EXPECT_FALSE(next<ScreenSwitched>(*subscription)->off);
 }
 
+TEST_F(HostTest, KeyOfAPlayersWindow_IsToldToSubscribers)
+{
+    const auto subscription = host.subscribe(kLimit);
+    DesktopMiddleware::instance().keyPressed("SPACE");
+    const auto pressed = next<KeyPressed>(*subscription);
+    ASSERT_NE(pressed, nullptr);
+    EXPECT_EQ(pressed->key, "SPACE");
+}
+
 TEST_F(HostTest, Close_RefusesQueuedCommandsAndEndsSubscriptions)
 {
     const auto subscription = host.subscribe(kLimit);
