@@ -3,11 +3,15 @@
 #include "platform/SocMwEvents.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
+#include <future>
 
 namespace desktop {
 
 namespace {
+
+constexpr std::chrono::seconds kFrameTimeout(2);
 
 // Where Linux computers mount volumes.
 constexpr const char* kMountFolders[] = {"/media", "/run/media", "/mnt"};
@@ -52,7 +56,7 @@ void DesktopMiddleware::open(DesktopSettings settings)
 {
     VolumeSources sources = settings.sources();
     m_screenSwitched = std::move(settings.screenSwitched);
-    m_keyPressed = std::move(settings.keyPressed);
+    m_startAt = settings.startAt;
     m_requestDropped = std::move(settings.requestDropped);
     makeParts(settings);
     m_volumes = std::make_unique<Volumes>(std::move(sources), m_resolver, m_events,
@@ -86,9 +90,12 @@ void DesktopMiddleware::pressKey(SetKey key)
     m_events.post(key == SetKey::UsbSource ? SOCMW_MM_EVENT_SET_USB_SOURCE : SOCMW_MM_EVENT_FASTBOOT_SUPERDEMO);
 }
 
-ScreenFrame DesktopMiddleware::takeScreen(int /*width*/, int /*height*/)
+ScreenFrame DesktopMiddleware::takeScreen(int width, int height)
 {
-    return {}; // nothing is played
+    const auto frame = std::make_shared<std::promise<ScreenFrame>>(); // it may come later than anybody waits
+    auto taken = frame->get_future();
+    m_playback->takeFrame(width, height, [frame](ScreenFrame found) { frame->set_value(std::move(found)); });
+    return taken.wait_for(kFrameTimeout) == std::future_status::ready ? taken.get() : ScreenFrame();
 }
 
 Json::Value DesktopMiddleware::deviceList() const
@@ -100,13 +107,6 @@ void DesktopMiddleware::screenSwitched(bool off) const
 {
     if (m_screenSwitched) {
         m_screenSwitched(off);
-    }
-}
-
-void DesktopMiddleware::keyPressed(const std::string& key) const
-{
-    if (m_keyPressed) {
-        m_keyPressed(key);
     }
 }
 
@@ -131,7 +131,7 @@ void DesktopMiddleware::makeParts(const DesktopSettings& settings)
         std::make_shared<ThumbnailMaker>(m_resolver, m_workers, settings.cacheFolder), m_events, m_reporter);
     m_shownLists = std::make_unique<ShownLists>(*m_listings, *m_grouping, *m_playlists);
     m_playback = std::make_unique<Playback>(m_opener, m_events, std::make_shared<PlayPositions>(settings.cacheFolder),
-                                            settings.players);
+                                            settings.players, settings.keyPressed);
 }
 
 // On the thread that watches the volumes: whatever reads from the volume ends now.

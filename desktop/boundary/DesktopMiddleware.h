@@ -15,6 +15,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace desktop {
@@ -69,7 +70,7 @@ public:
     /// The set's key @p key is pressed: its event is posted. Safe on any thread.
     void pressKey(SetKey key);
     /// A picture of what is played, @p width x @p height pixels large; one without pixels when nothing is shown. Waits for
-    /// two seconds at most. Safe on any thread.
+    /// two seconds at most. Safe on any thread between open() and close().
     ScreenFrame takeScreen(int width, int height);
 
     // For the managers of the middleware.
@@ -85,8 +86,8 @@ public:
     Json::Value deviceList() const;
     /// Safe on any thread.
     void screenSwitched(bool off) const;
-    /// Safe on any thread.
-    void keyPressed(const std::string& key) const;
+    /// Where the medium that is played now begins, if the host has said so; known once.
+    std::optional<double> takeStart() { return std::exchange(m_startAt, std::nullopt); }
     /// What runs of @p kind, if anything does, is ended without its event.
     void requestDropped(BackgroundRequest kind) const;
 
@@ -98,7 +99,7 @@ private:
     EventQueue m_events;
     PathResolver m_resolver;
     std::function<void(bool off)> m_screenSwitched;
-    std::function<void(const std::string& key)> m_keyPressed;
+    std::optional<double> m_startAt;
     std::function<void(BackgroundRequest kind)> m_requestDropped;
     std::shared_ptr<ReadReporter> m_reporter = std::make_shared<ReadReporter>();
     LocationOpener m_opener;

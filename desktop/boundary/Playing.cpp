@@ -49,11 +49,20 @@ std::optional<PlayRequest> requestFor(FileType type, unsigned int index, bool pl
     return request.list != nullptr ? std::optional<PlayRequest>(std::move(request)) : std::nullopt;
 }
 
-int play(std::optional<PlayRequest> request, unsigned int& index)
+// What the host has said of the first medium comes before what the request says.
+void setStart(PlayRequest& request, bool resume)
+{
+    const auto start = DesktopMiddleware::instance().takeStart();
+    request.resume = resume && !start;
+    request.start = start.value_or(0);
+}
+
+int play(std::optional<PlayRequest> request, bool resume, unsigned int& index)
 {
     if (!request) {
         return kFailed;
     }
+    setStart(*request, resume);
     const auto playing = playback().play(*request);
     if (!playing) {
         desktop::logLine(desktop::LogLevel::Warning,
@@ -67,11 +76,7 @@ int play(std::optional<PlayRequest> request, unsigned int& index)
 int SocMwStorageUsbMgr::playMediaFile(FileType type, unsigned int index, unsigned int& curIdx, bool playAll, bool resume,
                                       std::string path)
 {
-    auto request = requestFor(type, index, playAll, path);
-    if (request) {
-        request->resume = resume;
-    }
-    return play(std::move(request), curIdx);
+    return play(requestFor(type, index, playAll, path), resume, curIdx);
 }
 
 int SocMwStorageUsbMgr::kiroPlayMediaFile(FileType type, unsigned int index, unsigned int& curIdx, bool playAll, bool resume,
@@ -79,10 +84,9 @@ int SocMwStorageUsbMgr::kiroPlayMediaFile(FileType type, unsigned int index, uns
 {
     auto request = requestFor(type, index, playAll, path);
     if (request) {
-        request->resume = resume;
         request->second = true;
     }
-    return play(std::move(request), curIdx);
+    return play(std::move(request), resume, curIdx);
 }
 
 int SocMwStorageUsbMgr::stopMediaFile(FileType type, unsigned int& index)

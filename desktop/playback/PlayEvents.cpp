@@ -3,7 +3,6 @@
 #include "platform/SocMwEvents.h"
 
 #include <glib.h>
-#include <json/json.h>
 
 #include <algorithm>
 #include <cmath>

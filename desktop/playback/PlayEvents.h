@@ -3,6 +3,8 @@
 #include "desktop/jobs/EventQueue.h"
 #include "desktop/workers/MediaPlayer.h"
 
+#include <json/json.h>
+
 #include <cstdint>
 #include <string>
 
