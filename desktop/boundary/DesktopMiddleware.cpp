@@ -13,6 +13,17 @@ namespace {
 
 constexpr std::chrono::seconds kFrameTimeout(2);
 
+// TEMPORARY until the player's process is here.
+class NoPlayer : public MediaPlayer {
+    void load(PlayerMedium) override {}
+    void unload() override {}
+    void pause(bool) override {}
+    void wind(int) override {}
+    void seek(double) override {}
+    void setOptions(const PlayerOptions&) override {}
+    void takeFrame(int, int, FrameHandler handle) override { handle({}); }
+};
+
 // Where Linux computers mount volumes.
 constexpr const char* kMountFolders[] = {"/media", "/run/media", "/mnt"};
 
@@ -131,7 +142,7 @@ void DesktopMiddleware::makeParts(const DesktopSettings& settings)
         std::make_shared<ThumbnailMaker>(m_resolver, m_workers, settings.cacheFolder), m_events, m_reporter);
     m_shownLists = std::make_unique<ShownLists>(*m_listings, *m_grouping, *m_playlists);
     m_playback = std::make_unique<Playback>(m_opener, m_events, std::make_shared<PlayPositions>(settings.cacheFolder),
-                                            settings.players, settings.keyPressed);
+                                            settings.players != nullptr ? settings.players : [](FileType, MediaPlayer::Handler) { return std::make_unique<NoPlayer>(); }, settings.keyPressed);
 }
 
 // On the thread that watches the volumes: whatever reads from the volume ends now.

@@ -16,11 +16,6 @@ int notYet(const char* operation)
 
 } // namespace
 
-int SocMwStorageUsbMgr::dmrPlayPrepare(FileType /*type*/, std::string& /*title*/)
-{
-    return notYet(__func__);
-}
-
 int SocMwStorageUsbMgr::setOptions(std::string /*option*/, std::string /*suboption*/, int /*value*/, int /*flags*/,
                                    int /*playall*/)
 {

@@ -1,4 +1,4 @@
-// What the storage manager does of playing: play, stop, resume, transport and player modes.
+// What the storage manager does of playing: play, stop, resume, transport and player modes; and of rendering.
 
 #include "desktop/base/Log.h"
 #include "desktop/boundary/DesktopMiddleware.h"
@@ -62,13 +62,13 @@ int play(std::optional<PlayRequest> request, bool resume, unsigned int& index)
     if (!request) {
         return kFailed;
     }
-    setStart(*request, resume);
-    const auto playing = playback().play(*request);
-    if (!playing) {
+    if (!playback().firstOf(*request)) {
         desktop::logLine(desktop::LogLevel::Warning,
                          "there is nothing of type " + std::to_string(request->kind) + " to play from there on");
+        return kFailed;
     }
-    return statusOf(playing, [&index](std::uint32_t found) { index = found; });
+    setStart(*request, resume);
+    return statusOf(playback().play(*request), [&index](std::uint32_t playing) { index = playing; });
 }
 
 } // namespace
@@ -171,4 +171,10 @@ int SocMwStorageUsbMgr::repeatModeSet(int mode)
     playback().setMode(FILE_TYPE_VIDEO, kRepeatModes[mode]);
     playback().setMode(FILE_TYPE_MUSIC, kRepeatModes[mode]);
     return kOk;
+}
+
+int SocMwStorageUsbMgr::dmrPlayPrepare(FileType /*type*/, std::string& /*title*/)
+{
+    desktop::logLine(desktop::LogLevel::Warning, "no controller has given the renderer anything to play");
+    return kFailed;
 }

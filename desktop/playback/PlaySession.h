@@ -105,7 +105,7 @@ private:
     const std::unique_ptr<MediaPlayer> m_player;
     PlayerModeE m_mode = PLAYER_MODE_SEQUENCE;
     PlayerOptions m_options;
-    std::chrono::milliseconds m_slideInterval{0};
+    std::chrono::milliseconds m_slideInterval{5000};
 
     State m_state = State::Idle;
     std::uint64_t m_number = 0; ///< of the latest medium

@@ -4,6 +4,7 @@
 
 #include "platform/SocMiddleware.h"
 
+#include "tests/desktop/support/FakePlayers.h"
 #include "tests/desktop/support/Waiting.h"
 
 #include <gtest/gtest.h>
@@ -131,8 +132,16 @@ class HostTest : public testing::Test {
 protected:
     HostTest() { host.start(); }
 
+    DesktopSettings settings()
+    {
+        DesktopSettings settings;
+        settings.players = players.factory();
+        return settings;
+    }
+
     ScriptedPlugin plugin;
-    Host host{ScriptedPlugin::entryPoints(), {}};
+    testsupport::FakePlayers players;
+    Host host{ScriptedPlugin::entryPoints(), settings()};
 };
 
 TEST_F(HostTest, Plugin_IsLoadedFedAndUnloadedInOrder)
@@ -243,7 +252,7 @@ TEST_F(HostTest, Screen_IsSwitchedAndToldOf)
 TEST_F(HostTest, KeyOfAPlayersWindow_IsToldToSubscribers)
 {
     const auto subscription = host.subscribe(kLimit);
-    DesktopMiddleware::instance().keyPressed("SPACE");
+    players.video().press("SPACE");
     const auto pressed = next<KeyPressed>(*subscription);
     ASSERT_NE(pressed, nullptr);
     EXPECT_EQ(pressed->key, "SPACE");

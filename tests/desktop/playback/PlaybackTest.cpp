@@ -253,6 +253,8 @@ TEST_F(PlaybackTest, Video_StopsTheOthers)
         ASSERT_TRUE(play(FILE_TYPE_VIDEO, 0));
         ASSERT_TRUE(play(kind, 0));
         EXPECT_THAT(events.next(1), ElementsAre(StartsWith("22 ")));
+        playback.stop(kind);
+        events.next(1);
     }
 }
 

@@ -49,6 +49,8 @@ public:
 
     /// Tells @p told of the medium of the @p count th load; waits for it.
     void tell(std::size_t count, desktop::PlayerTold told) { m_handle({loaded(count).number, std::move(told)}); }
+    /// Tells that key @p key of its window has been pressed.
+    void press(const std::string& key) { m_handle({0, desktop::PlayerKey{key}}); }
 
 private:
     static std::string text(double seconds) { return std::to_string(static_cast<int>(seconds)); }
