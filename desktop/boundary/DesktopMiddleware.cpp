@@ -87,6 +87,7 @@ void DesktopMiddleware::close()
     m_grouping->stop();
     m_search->stop();
     m_volumes.reset();
+    m_playOptions.reset();
     m_playback.reset();
     m_thumbnails->close();
     m_events.stop();
@@ -143,6 +144,7 @@ void DesktopMiddleware::makeParts(const DesktopSettings& settings)
     m_shownLists = std::make_unique<ShownLists>(*m_listings, *m_grouping, *m_playlists);
     m_playback = std::make_unique<Playback>(m_opener, m_events, std::make_shared<PlayPositions>(settings.cacheFolder),
                                             settings.players != nullptr ? settings.players : [](FileType, MediaPlayer::Handler) { return std::make_unique<NoPlayer>(); }, settings.keyPressed);
+    m_playOptions = std::make_unique<PlayOptions>(*m_playback);
 }
 
 // On the thread that watches the volumes: whatever reads from the volume ends now.

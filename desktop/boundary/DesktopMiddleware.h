@@ -5,6 +5,7 @@
 #include "desktop/browsing/PhotoSort.h"
 #include "desktop/grouping/Grouping.h"
 #include "desktop/jobs/EventQueue.h"
+#include "desktop/playback/PlayOptions.h"
 #include "desktop/playback/Playback.h"
 #include "desktop/playlists/Playlists.h"
 #include "desktop/search/Search.h"
@@ -82,6 +83,7 @@ public:
     Thumbnails& thumbnails() { return *m_thumbnails; }
     ShownLists& shownLists() { return *m_shownLists; }
     Playback& playback() { return *m_playback; }
+    PlayOptions& playOptions() { return *m_playOptions; }
     PhotoReading photoReading() const { return {m_opener, m_catalog}; }
     Json::Value deviceList() const;
     /// Safe on any thread.
@@ -112,6 +114,7 @@ private:
     std::unique_ptr<Thumbnails> m_thumbnails;
     std::unique_ptr<ShownLists> m_shownLists;
     std::unique_ptr<Playback> m_playback;
+    std::unique_ptr<PlayOptions> m_playOptions;
     std::unique_ptr<Volumes> m_volumes;
 };
 

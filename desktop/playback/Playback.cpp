@@ -166,11 +166,16 @@ PlayerOptions Playback::options(FileType kind) const
     return player != nullptr ? player->options() : PlayerOptions();
 }
 
-void Playback::setOptions(FileType kind, const PlayerOptions& options)
+bool Playback::changeOptions(FileType kind,
+                             const std::function<bool(PlayerOptions& options, const MediaFacts* facts)>& change)
 {
-    act(kind, [&options](PlaySession& player) {
-        player.setOptions(options);
-        return true;
+    return act(kind, [&change](PlaySession& player) {
+        PlayerOptions options = player.options();
+        const bool changed = change(options, player.facts());
+        if (changed) {
+            player.setOptions(options);
+        }
+        return changed;
     });
 }
 

@@ -71,7 +71,9 @@ public:
 
     /// The options of the player for @p kind.
     PlayerOptions options(FileType kind) const;
-    void setOptions(FileType kind, const PlayerOptions& options);
+    /// Changes the options of the player for @p kind by @p change, which gets what is known of the medium that plays, null
+    /// when none does, and says whether they have been changed. Returns what it says.
+    bool changeOptions(FileType kind, const std::function<bool(PlayerOptions& options, const MediaFacts* facts)>& change);
     void setSlideInterval(std::chrono::seconds interval);
 
     /// Draws what the screen shows, as MediaPlayer::takeFrame does: the video, else the photo, else the picture of the music.

@@ -513,7 +513,10 @@ TEST_F(PlaybackTest, Options_AreTakenForWhatPlaysAndWhatFollows)
     options.subtitleScale = 1.5;
     options.turn = 90;
     options.audioTrack = 2;
-    playback.setOptions(FILE_TYPE_VIDEO, options);
+    EXPECT_TRUE(playback.changeOptions(FILE_TYPE_VIDEO, [&options](PlayerOptions& changed, const MediaFacts* facts) {
+        changed = options;
+        return facts == nullptr;
+    }));
     EXPECT_EQ(playback.options(FILE_TYPE_VIDEO), options);
     EXPECT_EQ(players.video().options().back(), options);
     ASSERT_TRUE(play(FILE_TYPE_VIDEO, 0));
