@@ -26,8 +26,8 @@ struct ReleaseFrame {
 
 FramePointer emptyPicture(const WebPDemuxer& file)
 {
-    const PictureSize size = {static_cast<int>(WebPDemuxGetI(&file, WEBP_FF_CANVAS_WIDTH)),
-                              static_cast<int>(WebPDemuxGetI(&file, WEBP_FF_CANVAS_HEIGHT))};
+    const PixelSize size = {static_cast<int>(WebPDemuxGetI(&file, WEBP_FF_CANVAS_WIDTH)),
+                            static_cast<int>(WebPDemuxGetI(&file, WEBP_FF_CANVAS_HEIGHT))};
     if (std::int64_t{size.width} * size.height > kMaxPoints) {
         throw MediaError("The picture is too large."); // before it takes the memory
     }

@@ -12,7 +12,6 @@ namespace desktop {
 namespace {
 
 constexpr int kBuffer = 64 * 1024;
-constexpr std::chrono::seconds kTime(4); // less than the other side waits, so that this process survives
 
 int refuseOtherFiles(AVFormatContext* /*format*/, AVIOContext** /*bytes*/, const char* /*url*/, int /*flags*/,
                      AVDictionary** /*options*/)
@@ -36,9 +35,9 @@ bool isCover(const AVStream& stream)
 
 } // namespace
 
-AvInput::AvInput(int fd)
+AvInput::AvInput(int fd, std::chrono::seconds time)
     : m_fd(fd)
-    , m_deadline(std::chrono::steady_clock::now() + kTime)
+    , m_deadline(std::chrono::steady_clock::now() + time)
 {
     auto* const buffer = static_cast<unsigned char*>(av_malloc(kBuffer));
     m_bytes = avio_alloc_context(buffer, kBuffer, 0, this, &AvInput::readBytes, nullptr, &AvInput::seekBytes);

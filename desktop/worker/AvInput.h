@@ -10,8 +10,11 @@ namespace desktop {
 /// time is over.
 class AvInput {
 public:
+    /// How long a file may take in a worker: less than the other side waits, so that the process survives.
+    static constexpr std::chrono::seconds kTime{4};
+
     /// Reads the header of @p fd, from its beginning. Throws MediaError.
-    explicit AvInput(int fd);
+    explicit AvInput(int fd, std::chrono::seconds time = kTime);
     ~AvInput();
     AvInput(const AvInput&) = delete;
     AvInput& operator=(const AvInput&) = delete;

@@ -1,35 +1,23 @@
 #include "desktop/worker/Confinement.h"
 
+#include "desktop/worker/ProcessRights.h"
 #include "desktop/workers/WorkerChannel.h"
 
 extern "C" {
 #include <libavutil/mem.h>
 }
 
-#include <grp.h>
-#include <linux/capability.h>
 #include <malloc.h>
-#include <poll.h>
 #include <sched.h>
 #include <seccomp.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdint>
 #include <ctime>
 #include <memory>
-#include <thread>
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define SANITIZER_WITH_SHADOW
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define SANITIZER_WITH_SHADOW
-#endif
-#endif
 
 namespace desktop {
 
@@ -37,38 +25,16 @@ namespace {
 
 // The libraries alone take 200 MiB of address space; what is left decodes 24 million points or a frame of 8K video, refuses
 // what only claims to be huge, and two workers at their limit still leave a small computer its memory.
-[[maybe_unused]] constexpr rlim_t kMemory = 512UL << 20; // bytes of address space
+constexpr rlim_t kMemory = 512UL << 20;      // bytes of address space
 constexpr std::size_t kOnePiece = 300 << 20; // bytes that a decoder may ask for at once, also where no such limit can be set
 constexpr rlim_t kPictureFile = 16UL << 20;  // bytes
 constexpr rlim_t kProcessorTime = 6;         // seconds: more than the other side waits
 
-bool limit(__rlimit_resource resource, rlim_t value)
-{
-    const rlimit both = {value, value};
-    return setrlimit(resource, &both) == 0;
-}
-
 bool limitResources()
 {
     av_max_alloc(kOnePiece);
-    mallopt(M_ARENA_MAX, 1);  // each further thread would reserve 64 MiB of addresses
-#ifndef SANITIZER_WITH_SHADOW // which is larger than any limit
-    if (!limit(RLIMIT_AS, kMemory)) {
-        return false;
-    }
-#endif
-    return limit(RLIMIT_CORE, 0) && limit(RLIMIT_FSIZE, kPictureFile);
-}
-
-// Not the kernel's signal for a parent's death: that one comes when the thread that started us ends.
-void endWithTheOtherSide()
-{
-    std::thread([] {
-        pollfd wait = {kWorkerChannel, 0, 0}; // only for its hang-up
-        while (poll(&wait, 1, -1) <= 0) {
-        }
-        _exit(0);
-    }).detach();
+    mallopt(M_ARENA_MAX, 1); // each further thread would reserve 64 MiB of addresses
+    return limitMemoryAndFiles(kMemory, kPictureFile);
 }
 
 // Besides what reading and decoding need, what a thread begins with and what sanitizers look at memory with. Nothing that
@@ -137,27 +103,6 @@ bool allowOnlyOurCalls()
         }
     }
     return allowThreads(filter.get()) && allowForOurselves(filter.get()) && seccomp_load(filter.get()) == 0;
-}
-
-constexpr id_t kNobody = 65534; // in users and groups alike
-
-// A process of root's becomes nobody's. In a user namespace there may be no nobody, or no right to become one.
-bool dropUser()
-{
-    const auto done = [](int result) { return result == 0 || errno == EINVAL || errno == EPERM; };
-    return geteuid() != 0 || (done(setgroups(0, nullptr)) && done(setresgid(kNobody, kNobody, kNobody)) &&
-                              done(setresuid(kNobody, kNobody, kNobody)));
-}
-
-// Root's, and those that the program has in a user namespace of its own.
-bool dropRights()
-{
-    for (unsigned long capability = 0; prctl(PR_CAPBSET_READ, capability, 0, 0, 0) >= 0; ++capability) {
-        prctl(PR_CAPBSET_DROP, capability, 0, 0, 0); // fails for those who have none to gain
-    }
-    __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
-    const __user_cap_data_struct none[_LINUX_CAPABILITY_U32S_3] = {};
-    return dropUser() && syscall(SYS_capset, &header, none) == 0;
 }
 
 } // namespace

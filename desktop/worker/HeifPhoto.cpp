@@ -35,7 +35,7 @@ void check(const heif_error& error)
     }
 }
 
-PictureSize sizeOf(const heif_image_handle& item)
+PixelSize sizeOf(const heif_image_handle& item)
 {
     return {heif_image_handle_get_width(&item), heif_image_handle_get_height(&item)};
 }
@@ -53,7 +53,7 @@ ItemPointer primaryItem(const MappedFile& file)
 }
 
 /// The smaller version of @p item that is enough for @p wanted; null when there is none.
-ItemPointer smallerVersion(const heif_image_handle& item, PictureSize wanted)
+ItemPointer smallerVersion(const heif_image_handle& item, PixelSize wanted)
 {
     std::vector<heif_item_id> ids(static_cast<std::size_t>(heif_image_handle_get_number_of_thumbnails(&item)));
     heif_image_handle_get_list_of_thumbnail_IDs(&item, ids.data(), static_cast<int>(ids.size()));
@@ -61,7 +61,7 @@ ItemPointer smallerVersion(const heif_image_handle& item, PictureSize wanted)
         heif_image_handle* smaller = nullptr;
         check(heif_image_handle_get_thumbnail(&item, id, &smaller));
         ItemPointer owner(smaller);
-        const PictureSize size = sizeOf(*smaller);
+        const PixelSize size = sizeOf(*smaller);
         if (size.width >= wanted.width && size.height >= wanted.height) {
             return owner;
         }
@@ -71,7 +71,7 @@ ItemPointer smallerVersion(const heif_image_handle& item, PictureSize wanted)
 
 FramePointer decode(const heif_image_handle& item)
 {
-    const PictureSize claimed = sizeOf(item);
+    const PixelSize claimed = sizeOf(item);
     if (std::int64_t{claimed.width} * claimed.height > kMaxPoints) {
         throw MediaError("The picture is too large."); // before it takes the memory
     }
@@ -108,7 +108,7 @@ bool isHeif(const MappedFile& file)
 
 MediaMetadata readHeifMetadata(const MappedFile& file)
 {
-    const PictureSize size = sizeOf(*primaryItem(file));
+    const PixelSize size = sizeOf(*primaryItem(file));
     MediaMetadata metadata;
     try {
         metadata = readPhotoMetadata(file);
@@ -120,7 +120,7 @@ MediaMetadata readHeifMetadata(const MappedFile& file)
     return metadata;
 }
 
-FramePointer decodeHeif(const MappedFile& file, PictureSize bound)
+FramePointer decodeHeif(const MappedFile& file, PixelSize bound)
 {
     const ItemPointer item = primaryItem(file);
     const ItemPointer smaller = smallerVersion(*item, fitInto(sizeOf(*item), bound));

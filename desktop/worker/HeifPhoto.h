@@ -19,6 +19,6 @@ bool isHeif(const MappedFile& file);
 MediaMetadata readHeifMetadata(const MappedFile& file);
 
 /// The photo, or the smaller one in the same file when that is enough for a picture within @p bound. Throws MediaError.
-FramePointer decodeHeif(const MappedFile& file, PictureSize bound);
+FramePointer decodeHeif(const MappedFile& file, PixelSize bound);
 
 } // namespace desktop

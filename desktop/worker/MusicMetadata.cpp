@@ -139,12 +139,6 @@ bool mayTellMore(const MusicFile& music, const MediaMetadata& metadata)
            (isTagged && (metadata.title.empty() || metadata.artists.empty()));
 }
 
-MediaMetadata streamMetadata(int fd)
-{
-    AvInput input(fd);
-    return readStreamMetadata(input);
-}
-
 } // namespace
 
 MediaMetadata readMusicMetadata(int fd)
@@ -153,12 +147,12 @@ MediaMetadata readMusicMetadata(int fd)
     TagStream stream(fd);
     const MusicFile music = openMusicFile(stream);
     if (music.file == nullptr) {
-        return streamMetadata(fd);
+        return readStreamMetadata(fd);
     }
     MediaMetadata metadata = metadataOf(music);
     if (mayTellMore(music, metadata)) {
         try {
-            const MediaMetadata more = streamMetadata(fd);
+            const MediaMetadata more = readStreamMetadata(fd);
             if (metadata.duration == 0 || music.isPartlyKnown) {
                 metadata.duration = std::max(metadata.duration, more.duration);
             }

@@ -55,7 +55,7 @@ FramePointer nextFrame(AvInput& input, const AVStream& stream)
     return receiveFrame(*decoder);
 }
 
-FramePointer decodeCover(const AVStream& stream, PictureSize bound)
+FramePointer decodeCover(const AVStream& stream, PixelSize bound)
 {
     const AVPacket& packet = stream.attached_pic;
     if (FramePointer frame = decodeJpeg(packet.data, static_cast<std::size_t>(packet.size), bound)) {
@@ -91,7 +91,7 @@ Picture orRefuse(FramePointer frame, Turn turn)
     return {std::move(frame), turn};
 }
 
-Picture readPhoto(int fd, PictureSize bound)
+Picture readPhoto(int fd, PixelSize bound)
 {
     const MappedFile file(fd);
     if (isHeif(file)) {
@@ -109,7 +109,7 @@ Picture readPhoto(int fd, PictureSize bound)
     return orRefuse(stream != nullptr ? nextFrame(input, *stream) : nullptr, turn);
 }
 
-Picture readStreams(int fd, bool withFrames, PictureSize bound)
+Picture readStreams(int fd, bool withFrames, PixelSize bound)
 {
     AvInput input(fd);
     if (const AVStream* const cover = input.cover()) {
@@ -128,7 +128,7 @@ Picture readStreams(int fd, bool withFrames, PictureSize bound)
 
 } // namespace
 
-PictureSize fitInto(PictureSize picture, PictureSize bound)
+PixelSize fitInto(PixelSize picture, PixelSize bound)
 {
     const double scale = std::min(
         {1.0, static_cast<double>(bound.width) / picture.width, static_cast<double>(bound.height) / picture.height});
@@ -136,7 +136,7 @@ PictureSize fitInto(PictureSize picture, PictureSize bound)
     return {scaled(picture.width), scaled(picture.height)};
 }
 
-FramePointer makeFrame(PictureSize size)
+FramePointer makeFrame(PixelSize size)
 {
     FramePointer frame = own(av_frame_alloc());
     frame->width = size.width;
@@ -148,7 +148,7 @@ FramePointer makeFrame(PictureSize size)
     return frame;
 }
 
-Picture readPicture(int fd, FileType type, PictureSize bound)
+Picture readPicture(int fd, FileType type, PixelSize bound)
 {
     switch (type) {
     case FILE_TYPE_PHOTO:

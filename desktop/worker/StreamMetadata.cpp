@@ -25,12 +25,6 @@ const AVDictionary* tagsOf(const AvInput& input)
     return input->metadata;
 }
 
-std::string tag(const AvInput& input, const char* key)
-{
-    const AVDictionaryEntry* const entry = av_dict_get(tagsOf(input), key, nullptr, 0);
-    return entry != nullptr ? entry->value : "";
-}
-
 int wholeSeconds(std::int64_t duration)
 {
     const std::int64_t seconds = duration > 0 ? (duration + AV_TIME_BASE / 2) / AV_TIME_BASE : 0;
@@ -39,19 +33,20 @@ int wholeSeconds(std::int64_t duration)
 
 } // namespace
 
-MediaMetadata readStreamMetadata(AvInput& input)
+MediaMetadata readStreamMetadata(int fd)
 {
+    AvInput input(fd);
     AVStream* video = input.video();
     if (input->duration <= 0 || video == nullptr || !isDescribed(*video)) {
         input.describeStreams();
         video = input.video();
     }
     MediaMetadata metadata;
-    metadata.title = tag(input, "title");
-    metadata.artists = {tag(input, "artist")};
-    metadata.album = tag(input, "album");
-    metadata.genres = {tag(input, "genre")};
-    metadata.year = yearOf(tag(input, "date"));
+    metadata.title = fileTag(input, "title");
+    metadata.artists = {fileTag(input, "artist")};
+    metadata.album = fileTag(input, "album");
+    metadata.genres = {fileTag(input, "genre")};
+    metadata.year = yearOf(fileTag(input, "date"));
     tidyTexts(metadata);
     if (video != nullptr) {
         const Turn turn = turnOf(*video);
@@ -64,6 +59,12 @@ MediaMetadata readStreamMetadata(AvInput& input)
     }
     metadata.duration = wholeSeconds(lengthOf(input));
     return metadata;
+}
+
+std::string fileTag(const AvInput& input, const char* key)
+{
+    const AVDictionaryEntry* const entry = av_dict_get(tagsOf(input), key, nullptr, 0);
+    return entry != nullptr ? entry->value : "";
 }
 
 bool isDescribed(const AVStream& stream)

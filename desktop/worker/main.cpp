@@ -1,11 +1,10 @@
 // The media worker: opens files that nobody vouches for, so that what they do to it harms nothing else.
 
-#include "desktop/worker/AvInput.h"
 #include "desktop/worker/Confinement.h"
 #include "desktop/worker/HeifPhoto.h"
 #include "desktop/worker/MediaError.h"
 #include "desktop/worker/MusicMetadata.h"
-#include "desktop/worker/PhotoMetadata.h"
+#include "desktop/worker/PhotoDescription.h"
 #include "desktop/worker/PlaylistFile.h"
 #include "desktop/worker/StreamMetadata.h"
 #include "desktop/worker/Thumbnail.h"
@@ -35,43 +34,16 @@ void silenceLibraries()
     Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
 }
 
-MediaMetadata streamMetadata(int fd)
-{
-    AvInput input(fd);
-    return readStreamMetadata(input);
-}
-
-// Where the photo library does not know the size, the decoder's own look at the file does.
-MediaMetadata photoMetadata(int fd)
-{
-    const MappedFile file(fd);
-    if (isHeif(file)) {
-        return readHeifMetadata(file);
-    }
-    MediaMetadata metadata;
-    try {
-        metadata = readPhotoMetadata(file);
-    } catch (const MediaError&) {
-        return streamMetadata(fd);
-    }
-    if (metadata.width == 0 || metadata.height == 0) {
-        const MediaMetadata picture = streamMetadata(fd);
-        metadata.width = picture.width;
-        metadata.height = picture.height;
-    }
-    return metadata;
-}
-
 MediaMetadata readMetadata(int fd, FileType type)
 {
     switch (type) {
     case FILE_TYPE_PHOTO:
     case FILE_TYPE_PANORAMA:
-        return photoMetadata(fd);
+        return describePhoto(fd);
     case FILE_TYPE_MUSIC:
         return readMusicMetadata(fd);
     default:
-        return streamMetadata(fd);
+        return readStreamMetadata(fd);
     }
 }
 
@@ -92,7 +64,7 @@ Json::Value work(const WorkerMessage& request)
         answer["entries"] = static_cast<Json::UInt>(readPlaylist(fd, request.body["extension"].asString(), output));
         return answer;
     }
-    const PictureSize bound = {request.body["width"].asInt(), request.body["height"].asInt()};
+    const PixelSize bound = {request.body["width"].asInt(), request.body["height"].asInt()};
     writeThumbnail(readPicture(fd, type, bound), bound, output);
     return Json::Value(Json::objectValue);
 }

@@ -107,19 +107,6 @@ try {
     return false;
 }
 
-// What a file has taken a worker over to say is no more to be trusted than the file.
-
-std::string textFromJson(const Json::Value& json)
-{
-    std::string text = json.isString() ? json.asString() : "";
-    if (!isUtf8(text)) {
-        return "";
-    }
-    text = onOneLine(std::move(text));
-    cutUtf8(text, kMaxText);
-    return text;
-}
-
 std::vector<std::string> textsFromJson(const Json::Value& json)
 {
     std::vector<std::string> texts;
@@ -183,6 +170,19 @@ std::optional<WorkerMessage> receiveMessage(int channel)
         return std::nullopt;
     }
     return received;
+}
+
+// What a file has taken a worker over to say is no more to be trusted than the file.
+
+std::string textFromJson(const Json::Value& json)
+{
+    std::string text = json.isString() ? json.asString() : "";
+    if (!isUtf8(text)) {
+        return "";
+    }
+    text = onOneLine(std::move(text));
+    cutUtf8(text, kMaxText);
+    return text;
 }
 
 Json::Value toJson(const MediaMetadata& metadata)

@@ -33,6 +33,9 @@ bool sendMessage(int channel, const Json::Value& body, std::initializer_list<int
 /// Waits for the next message; nothing at the end of the other side, or when what comes is no message.
 std::optional<WorkerMessage> receiveMessage(int channel);
 
+/// The text @p json on one line, at most 1,000 bytes; empty when it is none, or no UTF-8.
+std::string textFromJson(const Json::Value& json);
+
 /// Empty texts and lists, and zeros, are left out.
 Json::Value toJson(const MediaMetadata& metadata);
 /// Members of @p json that are missing, of another type or not as MediaMetadata has them leave theirs empty. Texts are put

@@ -12,6 +12,7 @@
 
 #include <cerrno>
 #include <system_error>
+#include <thread>
 
 namespace desktop {
 
@@ -73,7 +74,7 @@ private:
 
 } // namespace
 
-WorkerProcess::WorkerProcess(const std::string& program)
+WorkerProcess::WorkerProcess(const std::string& program, const std::vector<std::string>& arguments)
 {
     int ends[2] = {-1, -1};
     check(socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) == 0 ? 0 : errno, "a worker's channel");
@@ -81,9 +82,14 @@ WorkerProcess::WorkerProcess(const std::string& program)
     const UniqueFd theirs(ends[1]);
     const FileActions actions(theirs.get());
     const Attributes attributes;
-    std::string name = program;
-    char* const arguments[] = {name.data(), nullptr};
-    check(posix_spawn(&m_pid, program.c_str(), actions.get(), attributes.get(), arguments, environ), program);
+    std::vector<std::string> words = {program};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> pointers;
+    for (std::string& word : words) {
+        pointers.push_back(word.data());
+    }
+    pointers.push_back(nullptr);
+    check(posix_spawn(&m_pid, program.c_str(), actions.get(), attributes.get(), pointers.data(), environ), program);
 }
 
 WorkerProcess::~WorkerProcess()
@@ -91,8 +97,11 @@ WorkerProcess::~WorkerProcess()
     const UniqueFd process(static_cast<int>(syscall(SYS_pidfd_open, m_pid, 0)));
     kill(m_pid, SIGKILL);
     pollfd end = {process.get(), POLLIN, 0};
-    poll(&end, 1, kTimeoutMs);
-    waitpid(m_pid, nullptr, WNOHANG); // one that the kernel still keeps goes with this program
+    if (poll(&end, 1, kTimeoutMs) > 0) {
+        waitpid(m_pid, nullptr, WNOHANG);
+        return;
+    }
+    std::thread([pid = m_pid] { waitpid(pid, nullptr, 0); }).detach(); // the kernel still keeps it
 }
 
 } // namespace desktop

@@ -5,14 +5,15 @@
 #include <sys/types.h>
 
 #include <string>
+#include <vector>
 
 namespace desktop {
 
-/// A media worker at work. It ends with the object, whatever it is doing.
+/// A helper program at work. It ends with the object, whatever it is doing.
 class WorkerProcess {
 public:
     /// Throws std::system_error when @p program cannot be started.
-    explicit WorkerProcess(const std::string& program);
+    explicit WorkerProcess(const std::string& program, const std::vector<std::string>& arguments = {});
     ~WorkerProcess();
     WorkerProcess(const WorkerProcess&) = delete;
     WorkerProcess& operator=(const WorkerProcess&) = delete;

@@ -22,7 +22,8 @@ void PrintTo(const BuiltFile& file, std::ostream* out)
 
 constexpr BuiltFile kLibrary = {"plugin", PLUGIN_LIBRARY};
 #ifdef DESKTOP_TV
-constexpr BuiltFile kPrograms[] = {{"desktop_tv", DESKTOP_TV}, {"desktop_media_worker", MEDIA_WORKER}};
+constexpr BuiltFile kPrograms[] = {
+    {"desktop_tv", DESKTOP_TV}, {"desktop_media_player", MEDIA_PLAYER}, {"desktop_media_worker", MEDIA_WORKER}};
 #endif
 
 std::vector<BuiltFile> allFiles()

@@ -54,6 +54,7 @@ TEST(LibrariesPage, Tables_AreWhatTheBinariesLinkWith)
     EXPECT_EQ(listedBelow("## The plugin"), linkedBy(PLUGIN_LIBRARY));
     EXPECT_EQ(listedBelow("## desktop-tv"), linkedBy(DESKTOP_TV));
     EXPECT_EQ(listedBelow("## desktop-media-worker"), linkedBy(MEDIA_WORKER));
+    EXPECT_EQ(listedBelow("## desktop-media-player"), linkedBy(MEDIA_PLAYER));
 }
 
 } // namespace
