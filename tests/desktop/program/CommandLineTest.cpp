@@ -55,6 +55,11 @@ TEST(CommandLine, Mistake_IsToldAndGives2)
                                                             {"--stick", "/tmp", "info"},
                                                             {"--stick", "/tmp", "thumbnails", "--size", "0x90"},
                                                             {"--stick", "/tmp", "thumbnails", "--size", "160x90x3"},
+                                                            {"--stick", "/tmp", "play"},
+                                                            {"--stick", "/tmp", "play", "a", "--mode", "backwards"},
+                                                            {"--stick", "/tmp", "play", "a", "--resume", "--at", "3"},
+                                                            {"--stick", "/tmp", "play", "a", "--at", "-1"},
+                                                            {"--stick", "/tmp", "play", "a", "--window", "--no-window"},
                                                             {"--stick", "/tmp", "thumbnails", "a", "--file", "b"},
                                                             {"--log-level", "loud", "shell"}};
     for (const auto& mistake : mistakes) {
