@@ -34,6 +34,8 @@ const long kMemoryBound = kWhole ? 2'000'000 : 400'000; // with the sanitizer's 
 const long kMemoryBound = kWhole ? 450'000 : 100'000;
 #endif
 
+constexpr const char* kPlay = "storagemedia.media.playfile";
+
 const std::map<int, std::string> kTypeNames = {{0, "closed"}, {1, "folder"}, {2, "file"},
                                                {3, "photo"},  {4, "video"},  {5, "music"}};
 
@@ -136,8 +138,9 @@ TEST_F(HostileStickTest, EveryDamagedFile_PlaysOrSaysWhyNot)
                 continue;
             }
             ++played;
-            shell.send("storagemedia.media.playfile", request);
-            ASSERT_EQ(shell.reply()["reply"]["count"], i);
+            shell.send(kPlay, request);
+            const Json::Value reply = shell.next([](const Json::Value& line) { return line["command"] == kPlay; });
+            ASSERT_EQ(reply["reply"]["count"].asUInt(), i) << entries[i]["name"];
             const Json::Value end = shell.next(
                 [&ends](const Json::Value& line) { return ends.count(line["notification"].asString()) > 0; });
             ASSERT_EQ(end["body"]["path"], entries[i]["path"]) << entries[i]["name"];

@@ -141,20 +141,35 @@ protected:
         }
     }
 
-    // Returns how long it took to be told.
+    // Returns how long it took to be told. What played may just have come to its end by itself.
     std::chrono::milliseconds pull()
     {
         const auto begin = std::chrono::steady_clock::now();
         fs::rename(m_stick, m_stick + ".away");
-        EXPECT_FALSE(waitForOneOf({"media.playfailed", "media.loadfailed", "video.music.playend"}).isNull());
-        const auto took = std::chrono::steady_clock::now() - begin;
+        bool ended = false;
+        bool removed = false;
+        auto took = begin - begin;
+        while (!ended || !removed) {
+            const Json::Value told = waitForOneOf({"media.playfailed", "media.loadfailed", "video.music.playend",
+                                                   "photo.playend", "usb.unmount"});
+            if (told.isNull()) {
+                ADD_FAILURE() << "ended: " << ended << ", removed: " << removed;
+                break;
+            }
+            const bool isRemoval = told["notification"] == "storagemedia.usb.unmount";
+            (isRemoval ? removed : ended) = true;
+            took = std::chrono::steady_clock::now() - begin;
+        }
         return std::chrono::duration_cast<std::chrono::milliseconds>(took);
     }
 
     void putBack()
     {
         fs::rename(m_stick + ".away", m_stick);
-        EXPECT_FALSE(waitForOneOf({"usb.mount"}).isNull());
+        const Json::Value there = m_shell.next([](const Json::Value& line) {
+            return line["notification"] == "storagemedia.usb.mount" && line["body"]["devcount"] == 1;
+        });
+        EXPECT_FALSE(there.isNull());
     }
 
     // All of them: which one plays cannot be seen from here.
