@@ -4,14 +4,15 @@
 SHELL := /bin/sh
 INSTALL := tools/install-packages
 FOLDER ?=
+PLAY ?=
 
 .PHONY: help
 help: ## this list
 	@awk -F ':.*## ' '/^[a-z-]+:.*## / { printf "make %-10s %s\n", $$1, $$2 }' $(MAKEFILE_LIST)
 
 .PHONY: run
-run: build-dev ## list a folder through the plugin: make run [FOLDER=/media/stick]; without one, a demo stick
-	@tools/run-desktop build/dev '$(FOLDER)'
+run: build-dev ## list a folder through the plugin: make run [FOLDER=/media/stick]; without one, a demo stick; PLAY=1 plays
+	@PLAY='$(PLAY)' tools/run-desktop build/dev '$(FOLDER)'
 
 .PHONY: test
 test: build-dev ## build and run every test

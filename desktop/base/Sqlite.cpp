@@ -31,6 +31,25 @@ void SqliteDatabase::execute(const char* sql)
     }
 }
 
+SqliteTransaction::SqliteTransaction(SqliteDatabase& database)
+    : m_database(database)
+{
+    m_database.execute("BEGIN IMMEDIATE");
+}
+
+SqliteTransaction::~SqliteTransaction()
+{
+    if (!m_committed) {
+        sqlite3_exec(m_database.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+    }
+}
+
+void SqliteTransaction::commit()
+{
+    m_database.execute("COMMIT");
+    m_committed = true;
+}
+
 SqliteStatement::SqliteStatement(const SqliteDatabase& database, const char* sql)
 {
     sqlite3_stmt* statement = nullptr;

@@ -41,6 +41,21 @@ private:
     std::unique_ptr<sqlite3, Close> m_handle;
 };
 
+/// Changes to a database that are made together. Undone unless they are committed.
+class SqliteTransaction {
+public:
+    explicit SqliteTransaction(SqliteDatabase& database);
+    ~SqliteTransaction();
+    SqliteTransaction(const SqliteTransaction&) = delete;
+    SqliteTransaction& operator=(const SqliteTransaction&) = delete;
+
+    void commit();
+
+private:
+    SqliteDatabase& m_database;
+    bool m_committed = false;
+};
+
 /// A prepared statement. Failures throw SqliteError; the object can be run again after them.
 class SqliteStatement {
 public:

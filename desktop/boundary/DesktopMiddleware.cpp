@@ -1,11 +1,28 @@
 #include "desktop/boundary/DesktopMiddleware.h"
 
+#include "platform/SocMwEvents.h"
+
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
+#include <future>
 
 namespace desktop {
 
 namespace {
+
+constexpr std::chrono::seconds kFrameTimeout(2);
+
+// TEMPORARY until the player's process is here.
+class NoPlayer : public MediaPlayer {
+    void load(PlayerMedium) override {}
+    void unload() override {}
+    void pause(bool) override {}
+    void wind(int) override {}
+    void seek(double) override {}
+    void setOptions(const PlayerOptions&) override {}
+    void takeFrame(int, int, FrameHandler handle) override { handle({}); }
+};
 
 // Where Linux computers mount volumes.
 constexpr const char* kMountFolders[] = {"/media", "/run/media", "/mnt"};
@@ -43,15 +60,16 @@ DesktopMiddleware::DesktopMiddleware()
     : m_resolver({})
     , m_opener(m_resolver, m_reporter)
 {
-    makeParts("", ReadObserver());
+    makeParts({});
 }
 
 void DesktopMiddleware::open(DesktopSettings settings)
 {
     VolumeSources sources = settings.sources();
     m_screenSwitched = std::move(settings.screenSwitched);
+    m_startAt = settings.startAt;
     m_requestDropped = std::move(settings.requestDropped);
-    makeParts(settings.cacheFolder, settings.observer);
+    makeParts(settings);
     m_volumes = std::make_unique<Volumes>(std::move(sources), m_resolver, m_events,
                                           [this](const std::string& volume) { volumeRemoved(volume); });
 }
@@ -69,12 +87,27 @@ void DesktopMiddleware::close()
     m_grouping->stop();
     m_search->stop();
     m_volumes.reset();
+    m_playOptions.reset();
+    m_playback.reset();
     m_thumbnails->close();
     m_events.stop();
     m_events.setListener(nullptr);
     m_reporter->disconnect();
     m_requestDropped = nullptr;
-    makeParts("", ReadObserver()); // joins what still ends
+    makeParts({}); // joins what still ends
+}
+
+void DesktopMiddleware::pressKey(SetKey key)
+{
+    m_events.post(key == SetKey::UsbSource ? SOCMW_MM_EVENT_SET_USB_SOURCE : SOCMW_MM_EVENT_FASTBOOT_SUPERDEMO);
+}
+
+ScreenFrame DesktopMiddleware::takeScreen(int width, int height)
+{
+    const auto frame = std::make_shared<std::promise<ScreenFrame>>(); // it may come later than anybody waits
+    auto taken = frame->get_future();
+    m_playback->takeFrame(width, height, [frame](ScreenFrame found) { frame->set_value(std::move(found)); });
+    return taken.wait_for(kFrameTimeout) == std::future_status::ready ? taken.get() : ScreenFrame();
 }
 
 Json::Value DesktopMiddleware::deviceList() const
@@ -96,18 +129,22 @@ void DesktopMiddleware::requestDropped(BackgroundRequest kind) const
     }
 }
 
-void DesktopMiddleware::makeParts(const std::string& cacheFolder, const ReadObserver& observer)
+void DesktopMiddleware::makeParts(const DesktopSettings& settings)
 {
-    m_reporter = std::make_shared<ReadReporter>(observer);
+    m_reporter = std::make_shared<ReadReporter>(settings.observer);
     m_opener = LocationOpener(m_resolver, m_reporter);
     m_workers = std::make_shared<MediaWorkers>(); // their processes start with the first file
-    m_catalog = std::make_shared<MetadataCatalog>(m_workers, cacheFolder);
+    m_catalog = std::make_shared<MetadataCatalog>(m_workers, settings.cacheFolder);
     m_listings = std::make_unique<FolderListings>(m_opener, m_events, m_catalog);
     m_search = std::make_unique<Search>(m_opener, m_events);
     m_grouping = std::make_unique<Grouping>(m_opener, m_catalog, m_events);
     m_playlists = std::make_unique<Playlists>(m_opener, m_workers, m_catalog);
-    m_thumbnails = std::make_unique<Thumbnails>(std::make_shared<ThumbnailMaker>(m_resolver, m_workers, cacheFolder),
-                                                m_events, m_reporter);
+    m_thumbnails = std::make_unique<Thumbnails>(
+        std::make_shared<ThumbnailMaker>(m_resolver, m_workers, settings.cacheFolder), m_events, m_reporter);
+    m_shownLists = std::make_unique<ShownLists>(*m_listings, *m_grouping, *m_playlists);
+    m_playback = std::make_unique<Playback>(m_opener, m_events, std::make_shared<PlayPositions>(settings.cacheFolder),
+                                            settings.players != nullptr ? settings.players : [](FileType, MediaPlayer::Handler) { return std::make_unique<NoPlayer>(); }, settings.keyPressed);
+    m_playOptions = std::make_unique<PlayOptions>(*m_playback);
 }
 
 // On the thread that watches the volumes: whatever reads from the volume ends now.
@@ -117,6 +154,7 @@ void DesktopMiddleware::volumeRemoved(const std::string& volume)
     m_search->volumeRemoved(volume);
     m_grouping->volumeRemoved(volume);
     m_thumbnails->volumeRemoved(volume);
+    m_playback->volumeRemoved(volume);
 }
 
 } // namespace desktop

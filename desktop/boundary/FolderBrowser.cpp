@@ -36,28 +36,18 @@ void dropped(BackgroundRequest kind)
     DesktopMiddleware::instance().requestDropped(kind);
 }
 
-desktop::EntryList entriesOf(const desktop::ListingPointer& listing)
+desktop::ShownLists& shownLists()
 {
-    return listing != nullptr ? desktop::EntryList(listing, &listing->entries) : nullptr;
-}
-
-desktop::EntryList directoryOrPlaylist(const std::string& path)
-{
-    desktop::Playlists& playlists = DesktopMiddleware::instance().playlists();
-    const std::optional<bool> isPlaylist = playlists.isPlaylist(path);
-    if (!isPlaylist) { // the stick does not answer, and need not be asked again
-        return nullptr;
-    }
-    return *isPlaylist ? playlists.entriesOf(path) : entriesOf(listings().of(path));
+    return DesktopMiddleware::instance().shownLists();
 }
 
 desktop::EntryList listOf(const page_option& page)
 {
     switch (page.type) {
     case kListDirectory:
-        return directoryOrPlaylist(page.dirpath);
+        return shownLists().read(page.dirpath);
     case kListCurrent:
-        return entriesOf(listings().current());
+        return shownLists().current();
     default:
         return nullptr;
     }
@@ -77,6 +67,7 @@ int listGroup(const std::string& key, std::vector<FolderFileInfo_s>& files, int 
     for (const desktop::MediaEntry& entry : *entries) {
         files.push_back(entry.file);
     }
+    shownLists().showGroup(key);
     return kOk;
 }
 
@@ -87,6 +78,7 @@ int pageGroup(std::vector<FolderFileInfo_s>& entries, const page_option& page)
         return kFailed;
     }
     entries = std::move(*files);
+    shownLists().showGroup(page.keystr);
     return kOk;
 }
 
@@ -102,7 +94,11 @@ FolderBrowser::~FolderBrowser() = default;
 int FolderBrowser::chdir(const std::string& path, int itemsPerPage)
 {
     dropped(BackgroundRequest::DirectoryChange);
-    return listings().change(path, itemsPerPage) ? kOk : kFailed;
+    if (!listings().change(path, itemsPerPage)) {
+        return kFailed;
+    }
+    shownLists().showCurrent(path);
+    return kOk;
 }
 
 int FolderBrowser::getOnePageFileInfo(std::vector<FolderFileInfo_s>& entries, page_option& page)
@@ -118,6 +114,11 @@ int FolderBrowser::getOnePageFileInfo(std::vector<FolderFileInfo_s>& entries, pa
     if (list == nullptr) {
         desktop::logLine(desktop::LogLevel::Warning, "no page of list " + std::to_string(page.type));
         return kFailed;
+    }
+    if (page.type == kListDirectory) {
+        shownLists().show(page.dirpath, list);
+    } else {
+        shownLists().showCurrent(listings().current()->directory);
     }
     entries = desktop::cutPage(*list, page.pageid, listings().itemsPerPage());
     return kOk;
@@ -162,6 +163,7 @@ int FolderBrowser::getMediaFileInfo(const std::string& key, std::vector<FolderFi
         files.push_back(file);
         media.push_back(desktop::describeMedia(file.path, static_cast<FileType>(file.type), file.title, entry.metadata));
     }
+    shownLists().showGroup(key);
     return kOk;
 }
 
@@ -178,7 +180,7 @@ std::string FolderBrowser::getFileDirPath(const std::string& filePath)
 
 int FolderBrowser::appendThumbnailList(int startIndex, int count)
 {
-    if (thumbnails().append(entriesOf(listings().current()), startIndex, count)) {
+    if (thumbnails().append(shownLists().current(), startIndex, count)) {
         return kOk;
     }
     // A request that is refused here has taken the place of the one before already: the answers would bear its marks.

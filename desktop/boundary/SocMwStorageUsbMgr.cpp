@@ -38,11 +38,6 @@ int SocMwStorageUsbMgr::enterMmBrowser(Json::Value& session, int srctype)
     return 0;
 }
 
-int SocMwStorageUsbMgr::closeAllMMPlayer(bool /*keepBackgroundMusic*/)
-{
-    return 0; // no player runs
-}
-
 int SocMwStorageUsbMgr::searchFileType(const std::string& path, FileType type, int itemsPerPage)
 {
     DesktopMiddleware::instance().requestDropped(desktop::BackgroundRequest::Search);
@@ -59,10 +54,13 @@ int SocMwStorageUsbMgr::photoSort(int sortType, bool order, std::vector<FolderFi
                                                          : "photos cannot be sorted by " + std::to_string(sortType));
         return -1;
     }
-    return sortPhotos(*current, DesktopMiddleware::instance().photoReading(), static_cast<PhotoOrder>(sortType), order,
-                      photos)
-               ? 0
-               : -1;
+    if (!sortPhotos(*current, DesktopMiddleware::instance().photoReading(), static_cast<PhotoOrder>(sortType), order,
+                    photos)) {
+        return -1;
+    }
+    DesktopMiddleware::instance().shownLists().show(current->directory,
+                                                    std::make_shared<std::vector<FolderFileInfo_s>>(photos));
+    return 0;
 }
 
 int SocMwStorageUsbMgr::getPlayListFiles(std::string path, std::vector<std::pair<std::string, unsigned int>>& files)

@@ -128,6 +128,11 @@ ListingPointer FolderListings::of(const std::string& directory)
     return read->listing();
 }
 
+ListingPointer FolderListings::known(const std::string& directory) const
+{
+    return m_cache->kept(withoutTrailingSlash(directory));
+}
+
 bool FolderListings::describe(const std::string& path, media_file_info_s& info) const
 {
     const std::string name = lastName(decodeName(path));

@@ -27,6 +27,8 @@ public:
     ListingPointer current() const;
     /// The listing of @p directory, read now unless it is known and unchanged; null when that fails or takes too long.
     ListingPointer of(const std::string& directory);
+    /// The listing of @p directory as it was read last, without looking at the stick; null when it is not known.
+    ListingPointer known(const std::string& directory) const;
     /// Entries to a page, as the latest change gave it.
     int itemsPerPage() const { return m_itemsPerPage; }
 

@@ -46,6 +46,14 @@ ListingPointer ListingCache::find(const std::string& directory, const FolderStam
     return nullptr;
 }
 
+ListingPointer ListingCache::kept(const std::string& directory)
+{
+    const LockGuard lock(m_mutex);
+    const auto same = [&directory](const ListingPointer& listing) { return listing->directory == directory; };
+    const auto found = std::find_if(m_listings.begin(), m_listings.end(), same);
+    return found != m_listings.end() ? *found : nullptr;
+}
+
 void ListingCache::dropBelow(const std::string& folder)
 {
     const LockGuard lock(m_mutex);

@@ -12,6 +12,8 @@ public:
     void keep(ListingPointer listing);
     /// The listing of @p directory, if one is kept that is not outdated and the folder is still in the state @p stamp.
     ListingPointer find(const std::string& directory, const FolderStamp& stamp);
+    /// The listing of @p directory as it was kept, whatever the folder's state is now; null when none is.
+    ListingPointer kept(const std::string& directory);
     /// Forgets the listings of @p folder, a path as bytes, and of all folders below it.
     void dropBelow(const std::string& folder);
 

@@ -1,6 +1,7 @@
 #include "desktop/cli/EntryTable.h"
 
 #include "desktop/cli/TextColumns.h"
+#include "desktop/text/HumanSize.h"
 
 #include "platform/SocMwTypes.h"
 

@@ -5,6 +5,7 @@
 #include "desktop/cli/TextColumns.h"
 
 #include "desktop/files/PathResolver.h"
+#include "desktop/text/HumanSize.h"
 
 #include <cerrno>
 

@@ -1,18 +1,15 @@
 #include "desktop/cli/PictureExport.h"
 
+#include "desktop/cli/UnfinishedFile.h"
 #include "desktop/cli/UserFolder.h"
 
-#include "desktop/base/UniqueFd.h"
 #include "desktop/files/PathResolver.h"
 #include "desktop/text/Utf8.h"
 #include "desktop/thumbnails/PictureFiles.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 
 namespace desktop {
@@ -23,7 +20,6 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kLongestName = 255; // bytes
 constexpr const char* kExtension = ".jpg";
-constexpr mode_t kMode = 0644;
 
 /// @p name cut to at most @p bytes, between two characters when it is UTF-8.
 std::string cutName(std::string name, std::size_t bytes)
@@ -33,39 +29,6 @@ std::string cutName(std::string name, std::size_t bytes)
     }
     return name.substr(0, bytes);
 }
-
-/// A file under a name of its own until it is whole; removed unless it is kept.
-class UnfinishedFile {
-public:
-    explicit UnfinishedFile(const std::string& folder)
-        : m_path(folder + "/.desktop-tv-XXXXXX")
-        , m_fd(mkostemp(m_path.data(), O_CLOEXEC))
-        , m_made(static_cast<bool>(m_fd))
-    {
-    }
-    ~UnfinishedFile()
-    {
-        if (m_made) {
-            unlink(m_path.c_str());
-        }
-    }
-    UnfinishedFile(const UnfinishedFile&) = delete;
-    UnfinishedFile& operator=(const UnfinishedFile&) = delete;
-
-    bool fillFrom(int file) const { return m_made && copyFile(file, m_fd.get()) && fchmod(m_fd.get(), kMode) == 0; }
-    // Some file systems tell only when a file is closed that there is no room for it.
-    bool keepAs(const std::string& path)
-    {
-        const bool kept = close(m_fd.release()) == 0 && rename(m_path.c_str(), path.c_str()) == 0;
-        m_made = !kept;
-        return kept;
-    }
-
-private:
-    std::string m_path;
-    UniqueFd m_fd;
-    bool m_made;
-};
 
 } // namespace
 
@@ -82,7 +45,7 @@ int PictureExport::copy(const std::string& picture, const std::string& mediaPath
         return errno;
     }
     UnfinishedFile copy(m_folder);
-    return copy.fillFrom(from.get()) && copy.keepAs(target) ? 0 : errno;
+    return copy.fd() >= 0 && copyFile(from.get(), copy.fd()) && copy.keepAs(target) ? 0 : errno;
 }
 
 // Sticks may have files of one name, and names may be too long for an extension.

@@ -1,5 +1,6 @@
 #include "desktop/cli/ShellCommand.h"
 
+#include "desktop/cli/DesktopLine.h"
 #include "desktop/cli/JsonLines.h"
 #include "desktop/cli/LineEditor.h"
 #include "desktop/cli/LineReader.h"
@@ -40,14 +41,6 @@ std::string faultOf(const Json::Value& line)
     }
     const bool requestFits = !line.isMember("request") || line["request"].isObject();
     return requestFits ? "" : "\"request\" is no object.";
-}
-
-/// What is wrong with a line for the desktop itself; empty when nothing is.
-std::string faultOfDesktopLine(const Json::Value& line)
-{
-    const bool known = line["desktop"] == "screen" && line.size() == (line.isMember("off") ? 2U : 1U);
-    const bool fits = known && (!line.isMember("off") || line["off"].isBool());
-    return fits ? "" : "For the desktop itself there is {\"desktop\":\"screen\"}, with \"off\" true or false to switch it.";
 }
 
 bool isBlank(const std::string& text)
@@ -91,12 +84,12 @@ private:
     void writeHelp(const std::string& command);
     void runLine(const std::string& text);
     void runCommand(const Json::Value& line);
-    void runDesktopLine(const Json::Value& line);
+    void runForDesktop(const Json::Value& line);
     bool writeUpdates();
     void writeUpdate(const HostUpdate& update);
     void writeNotification(const Notification& notification);
     void writeUnansweredEnd(const RequestEnded& request);
-    void writeScreen(bool off);
+    void writeWindowKey(const std::string& key);
     void writeError(int column, const std::string& reason);
     void writeMissingAnswers();
     void write(const Json::Value& line) { m_output.write(jsonLine(line)); }
@@ -199,7 +192,7 @@ void Shell::runLine(const std::string& text)
     if (!fault.empty()) {
         writeError(1, fault);
     } else if (forDesktop) {
-        runDesktopLine(line);
+        runForDesktop(line);
     } else {
         runCommand(line);
     }
@@ -220,13 +213,13 @@ void Shell::runCommand(const Json::Value& line)
     write(answer);
 }
 
-// The answer to a switch is the line that every switch of the screen leads to.
-void Shell::runDesktopLine(const Json::Value& line)
+void Shell::runForDesktop(const Json::Value& line)
 {
-    if (line.isMember("off")) {
-        m_client.host().switchScreen(line["off"].asBool());
-    } else {
-        writeScreen(m_client.host().isScreenOff());
+    const Json::Value answer = runDesktopLine(m_client.host(), line);
+    if (answer.isMember("error")) {
+        writeError(1, answer["error"].asString());
+    } else if (!answer.isNull()) {
+        write(answer);
     }
 }
 
@@ -248,7 +241,9 @@ void Shell::writeUpdate(const HostUpdate& update)
     if (const auto* notification = std::get_if<Notification>(&update)) {
         writeNotification(*notification);
     } else if (const auto* screen = std::get_if<ScreenSwitched>(&update)) {
-        writeScreen(screen->off);
+        write(screenLine(screen->off));
+    } else if (const auto* pressed = std::get_if<KeyPressed>(&update)) {
+        writeWindowKey(pressed->key);
     } else if (const auto* ended = std::get_if<RequestEnded>(&update); ended != nullptr && !ended->answered) {
         writeUnansweredEnd(*ended);
     }
@@ -272,11 +267,11 @@ void Shell::writeUnansweredEnd(const RequestEnded& request)
     write(line);
 }
 
-void Shell::writeScreen(bool off)
+void Shell::writeWindowKey(const std::string& key)
 {
     Json::Value line;
-    line["desktop"] = "screen";
-    line["off"] = off;
+    line["desktop"] = "window";
+    line["key"] = key;
     write(line);
 }
 

@@ -1,5 +1,7 @@
 #include "desktop/cli/ShellCompletion.h"
 
+#include "desktop/cli/DesktopLine.h"
+
 #include "protocol/ProtocolTable.h"
 
 #include <algorithm>
@@ -46,6 +48,7 @@ struct TypedObject {
     int depth = 0;             ///< objects that are open
     std::string key;           ///< the latest key
     std::string command;       ///< the value of "command"
+    std::string desktop;       ///< the value of "desktop"
 };
 
 TypedObject readTyped(std::string_view typed)
@@ -60,7 +63,9 @@ TypedObject readTyped(std::string_view typed)
             object.inText = false;
             const std::string text(typed.substr(object.textBegin, i - object.textBegin));
             const bool isValue = object.before == ':';
-            object.command = isValue && object.key == "command" && object.depth == 1 ? text : object.command;
+            const bool isOuterValue = isValue && object.depth == 1;
+            object.command = isOuterValue && object.key == "command" ? text : object.command;
+            object.desktop = isOuterValue && object.key == "desktop" ? text : object.desktop;
             object.key = isValue ? object.key : text;
             last = c;
         } else if (c == '"' && !object.inText) {
@@ -88,6 +93,31 @@ Words keysOf(const std::string& name)
     return keys;
 }
 
+Words outerKeys(const TypedObject& object)
+{
+    if (!object.command.empty()) {
+        return {"command", "request"};
+    }
+    if (object.desktop.empty()) {
+        return {"command", "desktop", "request"};
+    }
+    return object.desktop == "key" ? Words{"name"} : Words{"height", "off", "picture", "width"};
+}
+
+Words valuesOf(const TypedObject& object)
+{
+    if (object.depth != 1) {
+        return {};
+    }
+    if (object.key == "command") {
+        return commandNames();
+    }
+    if (object.key == "desktop") {
+        return {"key", "screen"};
+    }
+    return object.key == "name" ? setKeyNames() : Words();
+}
+
 Completion completionOfObject(std::string_view typed)
 {
     Completion completion;
@@ -98,10 +128,10 @@ Completion completionOfObject(std::string_view typed)
     completion.begin = object.textBegin;
     Words words;
     if (object.before == ':') {
-        words = object.key == "command" && object.depth == 1 ? commandNames() : Words();
+        words = valuesOf(object);
         completion.end = "\"";
     } else {
-        words = object.depth == 1 ? Words{"command", "request"} : keysOf(object.command);
+        words = object.depth == 1 ? outerKeys(object) : keysOf(object.command);
         completion.end = "\":";
     }
     completion.words = beginningWith(typed.substr(completion.begin), words);

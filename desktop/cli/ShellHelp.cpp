@@ -10,10 +10,16 @@ namespace desktop {
 
 namespace {
 
-constexpr const char* kHowTo = "Type the name of a command, or an object with its request:\n"
-                               "  storagemedia.media.entermmbroswer\n"
-                               "  {\"command\":\"storagemedia.get.device.usage\",\"request\":{\"path\":\"/media/stick\"}}\n"
-                               "The tabulator key completes names and keys. help COMMAND explains one. Ctrl-D ends.\n\n";
+constexpr const char* kHowTo =
+    "Type the name of a command, or an object with its request:\n"
+    "  storagemedia.media.entermmbroswer\n"
+    "  {\"command\":\"storagemedia.get.device.usage\",\"request\":{\"path\":\"/media/stick\"}}\n"
+    "or to the desktop itself:\n"
+    "  {\"desktop\":\"screen\"}                          asks whether the screen is off\n"
+    "  {\"desktop\":\"screen\",\"off\":true}               switches it\n"
+    "  {\"desktop\":\"screen\",\"picture\":\"FILE.jpg\"}     writes what it shows to a file\n"
+    "  {\"desktop\":\"key\",\"name\":\"usb-source\"}         presses a key of the set, or super-demo\n"
+    "The tabulator key completes names and keys. help COMMAND explains one. Ctrl-D ends.\n\n";
 
 } // namespace
 

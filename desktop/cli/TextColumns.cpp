@@ -84,20 +84,6 @@ std::string truncated(std::string_view text, std::size_t columns)
     return std::string(text.substr(0, length));
 }
 
-std::string humanSize(std::uint64_t bytes)
-{
-    constexpr std::array kUnits = {"B", "KB", "MB", "GB", "TB", "PB", "EB"};
-    double value = static_cast<double>(bytes);
-    std::size_t unit = 0;
-    while (value >= 1023.95 && unit + 1 < kUnits.size()) { // what would be written as 1024.0
-        value /= 1024.0;
-        ++unit;
-    }
-    std::array<char, 32> text = {};
-    std::snprintf(text.data(), text.size(), unit == 0 ? "%.0f %s" : "%.1f %s", value, kUnits[unit]);
-    return text.data();
-}
-
 std::string humanDuration(unsigned int seconds)
 {
     std::array<char, 32> text = {};

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -24,9 +23,6 @@ std::string padLeft(std::string_view text, std::size_t columns);
 
 /// The beginning of @p text that fits into @p columns.
 std::string truncated(std::string_view text, std::size_t columns);
-
-/// @p bytes for people, in binary units: "17 B", "1.5 KB", "2.0 GB".
-std::string humanSize(std::uint64_t bytes);
 
 /// @p seconds as "3:04" or "1:02:03"; "-" for 0, which stands for not known.
 std::string humanDuration(unsigned int seconds);

@@ -142,6 +142,11 @@ void applyMetadata(MediaEntries& entries)
     }
 }
 
+void logMissing(const std::string& key)
+{
+    logLine(LogLevel::Warning, "there is no group " + key);
+}
+
 } // namespace
 
 Grouping::Grouping(LocationOpener opener, std::shared_ptr<MetadataCatalog> catalog, EventQueue& events)
@@ -197,7 +202,9 @@ std::optional<std::vector<MediaEntry>> Grouping::list(const std::string& key, in
     m_number = number;
     m_order = order;
     auto entries = group(key);
-    if (entries && number > 0 && entries->size() > static_cast<std::size_t>(number)) {
+    if (!entries) {
+        logMissing(key);
+    } else if (number > 0 && entries->size() > static_cast<std::size_t>(number)) {
         entries->resize(static_cast<std::size_t>(number));
     }
     return entries;
@@ -205,15 +212,25 @@ std::optional<std::vector<MediaEntry>> Grouping::list(const std::string& key, in
 
 std::optional<std::vector<FolderFileInfo_s>> Grouping::page(const std::string& key, int page) const
 {
-    const auto entries = group(key);
-    if (!entries) {
+    const EntryList files = entries(key);
+    if (files == nullptr) {
+        logMissing(key);
         return std::nullopt;
     }
-    std::vector<FolderFileInfo_s> files;
-    for (const MediaEntry& entry : *entries) {
-        files.push_back(entry.file);
+    return cutPage(*files, page, m_number);
+}
+
+EntryList Grouping::entries(const std::string& key) const
+{
+    const auto entries = group(key);
+    if (!entries) {
+        return nullptr;
     }
-    return cutPage(files, page, m_number);
+    auto files = std::make_shared<std::vector<FolderFileInfo_s>>();
+    for (const MediaEntry& entry : *entries) {
+        files->push_back(entry.file);
+    }
+    return files;
 }
 
 // All of the group, in the order that the latest list asked for.
@@ -222,7 +239,6 @@ std::optional<std::vector<MediaEntry>> Grouping::group(const std::string& key) c
     const LockGuard lock(m_result->mutex);
     const auto files = m_result->groups != nullptr ? m_result->groups->files(key, m_order) : std::nullopt;
     if (!files) {
-        logLine(LogLevel::Warning, "there is no group " + key);
         return std::nullopt;
     }
     std::vector<MediaEntry> entries;

@@ -30,6 +30,8 @@ public:
     std::optional<std::vector<MediaEntry>> list(const std::string& key, int number, GroupOrder order);
     /// Page @p page, from 0, of group @p key: pages have the length and the order that the latest list asked for.
     std::optional<std::vector<FolderFileInfo_s>> page(const std::string& key, int page) const;
+    /// All files of group @p key, in the order that pages have; null when there is no such group.
+    EntryList entries(const std::string& key) const;
 
 private:
     /// Where a grouping leaves what it has made.

@@ -17,6 +17,7 @@ DesktopSettings observedBy(const std::shared_ptr<SubscriberList>& subscribers, D
         subscribers->publish(ReadFailure{path, reason});
     };
     settings.screenSwitched = [subscribers](bool off) { subscribers->publish(ScreenSwitched{off}); };
+    settings.keyPressed = [subscribers](const std::string& key) { subscribers->publish(KeyPressed{key}); };
     return settings;
 }
 
@@ -56,6 +57,16 @@ bool Host::isScreenOff() const
 void Host::switchScreen(bool off)
 {
     SocMiddleware::getInstance()->getSystemMgr()->ScreenOff(off ? 1 : 0);
+}
+
+ScreenFrame Host::takeScreen(int width, int height)
+{
+    return isScreenOff() ? ScreenFrame() : DesktopMiddleware::instance().takeScreen(width, height);
+}
+
+void Host::pressKey(SetKey key)
+{
+    DesktopMiddleware::instance().pressKey(key);
 }
 
 void Host::close()

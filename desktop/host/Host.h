@@ -43,6 +43,11 @@ public:
     bool isScreenOff() const;
     /// Switches the screen, as the remote control would; the subscribers get ScreenSwitched.
     void switchScreen(bool off);
+    /// A picture of what the screen shows, @p width x @p height pixels large; one without pixels when it is off or shows
+    /// nothing. Waits for two seconds at most.
+    ScreenFrame takeScreen(int width, int height);
+    /// Presses a key of the set; the subscribers get the notification that it leads to.
+    void pressKey(SetKey key);
 
     /// Refuses the commands that are still queued, waits for the one that runs, delivers the events that are due, unloads
     /// the plugin and ends all subscriptions. Later commands are refused, later subscriptions have ended. Calling it again

@@ -34,6 +34,11 @@ struct ScreenSwitched {
     bool off = false;
 };
 
+/// A key has been pressed in a player's window.
+struct KeyPressed {
+    std::string key; ///< as mpv names it ("SPACE", "LEFT", "q"); "CLOSE_WIN" for the window's close button
+};
+
 /// A request whose answer comes later has come to its end. When it is answered this follows the notification that ends the
 /// answer; when it is not, another request or a command has ended it, and no answer comes.
 struct RequestEnded {
@@ -45,7 +50,7 @@ struct RequestEnded {
 };
 
 /// What a host has for its subscribers. It is shared by all of them, so it never changes.
-using HostUpdate = std::variant<Notification, FolderProgress, ReadFailure, ScreenSwitched, RequestEnded>;
+using HostUpdate = std::variant<Notification, FolderProgress, ReadFailure, ScreenSwitched, KeyPressed, RequestEnded>;
 using HostUpdatePointer = std::shared_ptr<const HostUpdate>;
 
 } // namespace desktop

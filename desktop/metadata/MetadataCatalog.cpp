@@ -8,24 +8,6 @@
 
 namespace desktop {
 
-namespace {
-
-std::string join(const std::vector<std::string>& names)
-{
-    std::string path;
-    for (const std::string& name : names) {
-        path += path.empty() ? name : "/" + name;
-    }
-    return path;
-}
-
-StoredFolder storedAs(const Location& folder)
-{
-    return {folder.volumeId.empty() ? folder.volume : folder.volumeId, join(splitPath(folder.relative))};
-}
-
-} // namespace
-
 MetadataCatalog::MetadataCatalog(std::shared_ptr<MediaReader> reader, const std::string& cacheFolder)
     : m_reader(std::move(reader))
     , m_index(cacheFolder)

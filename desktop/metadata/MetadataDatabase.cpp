@@ -1,24 +1,15 @@
 #include "desktop/metadata/MetadataDatabase.h"
 
-#include "desktop/base/Log.h"
 #include "desktop/base/Sqlite.h"
 
-#include <filesystem>
 #include <sstream>
 
 namespace desktop {
 
 namespace {
 
-namespace fs = std::filesystem;
-
 // A new layout of the tables gets a new name: it is only a cache.
 constexpr const char* kFileName = "media-index-2.sqlite";
-constexpr const char* kInMemory = ":memory:";
-
-constexpr const char* kSettings = "PRAGMA busy_timeout = 5000;"
-                                  "PRAGMA journal_mode = WAL;"
-                                  "PRAGMA synchronous = NORMAL;";
 
 constexpr const char* kTables =
     "CREATE TABLE IF NOT EXISTS folders (id INTEGER PRIMARY KEY, volume TEXT NOT NULL, path BLOB NOT NULL,"
@@ -96,38 +87,10 @@ void addFile(SqliteStatement& statement, std::int64_t folder, const StoredFile& 
     run.bindText(metadata.error).step();
 }
 
-/// Undone unless it is committed.
-class Transaction {
-public:
-    explicit Transaction(SqliteDatabase& database)
-        : m_database(database)
-    {
-        m_database.execute("BEGIN IMMEDIATE");
-    }
-    ~Transaction()
-    {
-        if (!m_committed) {
-            sqlite3_exec(m_database.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
-        }
-    }
-    Transaction(const Transaction&) = delete;
-    Transaction& operator=(const Transaction&) = delete;
-
-    void commit()
-    {
-        m_database.execute("COMMIT");
-        m_committed = true;
-    }
-
-private:
-    SqliteDatabase& m_database;
-    bool m_committed = false;
-};
-
 // Empties a database that an older reading has filled.
 void bringUpToDate(SqliteDatabase& database)
 {
-    Transaction transaction(database);
+    SqliteTransaction transaction(database);
     SqliteStatement version(database, "PRAGMA user_version");
     SqliteStatement::Run run(version);
     if (run.step() && run.integer(0) == kReadingVersion) {
@@ -141,7 +104,7 @@ void bringUpToDate(SqliteDatabase& database)
 SqliteDatabase openDatabase(const std::string& file)
 {
     SqliteDatabase database(file);
-    database.execute(kSettings);
+    database.execute(kLastingSettings);
     database.execute(kTables);
     bringUpToDate(database);
     return database;
@@ -169,7 +132,7 @@ struct MetadataDatabase::Connection {
     }
 
     /// Runs @p statement on @p folder; the number in its first row, or 0.
-    static std::int64_t run(SqliteStatement& statement, const StoredFolder& folder)
+    static std::int64_t run(SqliteStatement& statement, const StoredPlace& folder)
     {
         SqliteStatement::Run run(statement);
         return run.bindText(folder.volume).bindBytes(folder.path).step() ? run.integer(0) : 0;
@@ -198,21 +161,17 @@ const MediaMetadata* KnownFiles::find(const std::string& name, const FileStamp& 
 }
 
 MetadataDatabase::MetadataDatabase(const std::string& cacheFolder)
+    : m_database(DatabaseFile(cacheFolder, kFileName, "the media index"))
 {
-    std::error_code failed;
-    if (!cacheFolder.empty()) {
-        fs::create_directories(cacheFolder, failed); // when that fails, opening the file fails too
-        m_file = cacheFolder + "/" + kFileName;
-    }
-    guarded([](Connection&) {});
+    use([](Connection&) {});
 }
 
 MetadataDatabase::~MetadataDatabase() = default;
 
-KnownFiles MetadataDatabase::filesOf(const StoredFolder& folder)
+KnownFiles MetadataDatabase::filesOf(const StoredPlace& folder)
 {
     KnownFiles known;
-    guarded([&](Connection& connection) {
+    use([&](Connection& connection) {
         SqliteStatement::Run run(connection.select);
         run.bindText(folder.volume).bindBytes(folder.path);
         while (run.step()) {
@@ -224,8 +183,8 @@ KnownFiles MetadataDatabase::filesOf(const StoredFolder& folder)
 
 void MetadataDatabase::store(const std::vector<StoredFolderFiles>& folders)
 {
-    guarded([&](Connection& connection) {
-        Transaction transaction(connection.database);
+    use([&](Connection& connection) {
+        SqliteTransaction transaction(connection.database);
         for (const StoredFolderFiles& folder : folders) {
             connection.add(folder);
         }
@@ -233,66 +192,21 @@ void MetadataDatabase::store(const std::vector<StoredFolderFiles>& folders)
     });
 }
 
-void MetadataDatabase::forgetBelow(const StoredFolder& folder)
+void MetadataDatabase::forgetBelow(const StoredPlace& folder)
 {
-    guarded([&](Connection& connection) {
-        Transaction transaction(connection.database);
+    use([&](Connection& connection) {
+        SqliteTransaction transaction(connection.database);
         Connection::run(connection.dropFiles, folder);
         Connection::run(connection.dropFolders, folder);
         transaction.commit();
     });
 }
 
-// Runs @p action on an open database; once more when the first one turns out to be damaged.
 template <typename Action>
-void MetadataDatabase::guarded(const Action& action)
+void MetadataDatabase::use(const Action& action)
 {
     const LockGuard lock(m_mutex);
-    for (int attempt = 0; attempt < 2; ++attempt) {
-        try {
-            open();
-            action(*m_connection);
-            return;
-        } catch (const SqliteError& error) {
-            if (!error.damaged()) {
-                logLine(LogLevel::Warning, std::string("the media index cannot be used: ") + error.what());
-                return;
-            }
-            setAside(error.what());
-        }
-    }
-}
-
-void MetadataDatabase::open()
-{
-    if (m_connection != nullptr) {
-        return;
-    }
-    if (!m_file.empty()) {
-        try {
-            m_connection = std::make_unique<Connection>(m_file);
-            return;
-        } catch (const SqliteError& error) {
-            if (error.damaged()) {
-                throw;
-            }
-            logLine(LogLevel::Warning, "the media index is kept in memory: " + m_file + ": " + error.what());
-            m_file.clear();
-        }
-    }
-    m_connection = std::make_unique<Connection>(kInMemory);
-}
-
-void MetadataDatabase::setAside(const std::string& reason)
-{
-    m_connection.reset();
-    const std::string aside = m_file + ".damaged";
-    logLine(LogLevel::Warning, "the media index is damaged (" + reason + "); it is set aside as " + aside);
-    std::error_code failed;
-    fs::rename(m_file, aside, failed);
-    for (const char* part : {"-wal", "-shm"}) {
-        fs::remove(m_file + part, failed);
-    }
+    m_database.use(action);
 }
 
 } // namespace desktop

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "desktop/base/LastingDatabase.h"
 #include "desktop/base/ThreadAnnotations.h"
+#include "desktop/metadata/StoredPlace.h"
 #include "desktop/workers/MediaMetadata.h"
 
 #include <cstdint>
@@ -20,12 +22,6 @@ struct FileStamp {
     bool operator==(const FileStamp& other) const = default;
 };
 
-/// A folder as the index knows it, wherever its volume is mounted.
-struct StoredFolder {
-    std::string volume; ///< what the volume is known by
-    std::string path;   ///< beneath it, names with "/" between them as bytes; "" is the volume itself
-};
-
 struct StoredFile {
     std::string name; ///< bytes
     FileStamp stamp;
@@ -33,7 +29,7 @@ struct StoredFile {
 };
 
 struct StoredFolderFiles {
-    StoredFolder folder;
+    StoredPlace folder;
     std::vector<StoredFile> files;
 };
 
@@ -57,24 +53,21 @@ public:
     explicit MetadataDatabase(const std::string& cacheFolder);
     ~MetadataDatabase();
 
-    KnownFiles filesOf(const StoredFolder& folder);
+    KnownFiles filesOf(const StoredPlace& folder);
     /// Remembers files of many folders in one transaction, in place of what was known of them.
     void store(const std::vector<StoredFolderFiles>& folders);
-    void store(const StoredFolder& folder, const std::vector<StoredFile>& files) { store({{folder, files}}); }
+    void store(const StoredPlace& folder, const std::vector<StoredFile>& files) { store({{folder, files}}); }
     /// Forgets the files of @p folder and of all folders below it.
-    void forgetBelow(const StoredFolder& folder);
+    void forgetBelow(const StoredPlace& folder);
 
 private:
     struct Connection;
 
-    void open() REQUIRES(m_mutex);
-    void setAside(const std::string& reason) REQUIRES(m_mutex);
     template <typename Action>
-    void guarded(const Action& action);
+    void use(const Action& action);
 
     Mutex m_mutex;
-    std::string m_file GUARDED_BY(m_mutex); ///< empty: in memory
-    std::unique_ptr<Connection> m_connection GUARDED_BY(m_mutex);
+    LastingDatabase<Connection> m_database GUARDED_BY(m_mutex);
 };
 
 } // namespace desktop

@@ -1,6 +1,6 @@
 #include "desktop/worker/JpegDecoder.h"
 
-#include "desktop/worker/TurboJpeg.h"
+#include "desktop/base/TurboJpeg.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #include "desktop/worker/Thumbnail.h"
 
+#include "desktop/base/TurboJpeg.h"
 #include "desktop/worker/MediaError.h"
 #include "desktop/worker/PicturePoints.h"
-#include "desktop/worker/TurboJpeg.h"
 
 #include <unistd.h>
 
@@ -27,10 +27,6 @@ void writeAll(int output, const unsigned char* bytes, std::size_t size)
     }
 }
 
-struct FreeTurboBytes {
-    void operator()(unsigned char* bytes) const { tjFree(bytes); }
-};
-
 } // namespace
 
 void writeThumbnail(const Picture& picture, PixelSize bound, int output)
@@ -41,7 +37,7 @@ void writeThumbnail(const Picture& picture, PixelSize bound, int output)
     unsigned long size = 0;
     const int result = tjCompress2(encoder.get(), points.bytes.data(), points.size.width, 0, points.size.height, TJPF_RGB,
                                    &jpeg, &size, TJSAMP_420, kQuality, 0);
-    const std::unique_ptr<unsigned char, FreeTurboBytes> owner(jpeg);
+    const TurboBytes owner(jpeg);
     if (result != 0) {
         throw MediaError("The picture cannot be written.");
     }

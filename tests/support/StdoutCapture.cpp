@@ -1,4 +1,4 @@
-#include "support/StdoutCapture.h"
+#include "tests/support/StdoutCapture.h"
 
 #include <cstdio>
 #include <stdexcept>

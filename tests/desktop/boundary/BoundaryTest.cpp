@@ -227,12 +227,13 @@ TEST_F(BoundaryTest, ScreenOff_IsRemembered)
     EXPECT_EQ(status, 0);
 }
 
-TEST_F(BoundaryTest, WhatTheDesktopDoesNotOffer_SaysSoAndFails)
+TEST_F(BoundaryTest, RendererThatNobodyHasGivenAnything_HasNothingToPlay)
 {
+    std::string title;
     testing::internal::CaptureStdout();
-    EXPECT_LT(manager->keyPlayNext(FILE_TYPE_VIDEO), -1); // -1 alone would mean a page that failed
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "[DESKTOP] the desktop does not offer keyPlayNext yet\r\n");
-    EXPECT_EQ(browser.stopThumbnail(), 0);
+    EXPECT_EQ(manager->dmrPlayPrepare(FILE_TYPE_VIDEO, title), -1);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "[DESKTOP] no controller has given the renderer anything to play\r\n");
+    EXPECT_EQ(title, "");
 }
 
 } // namespace

@@ -30,6 +30,7 @@ TEST(ShellCompletion, ObjectsMembers_AreCommandAndRequest)
     EXPECT_THAT(completionOf(R"({"c)").words, ElementsAre("command"));
     EXPECT_THAT(completionOf(R"({ "command": "storagemedia.photo.sort", ")").words, ElementsAre("command", "request"));
     EXPECT_EQ(completionOf(R"({"c)").end, "\":");
+    EXPECT_THAT(completionOf(R"({")").words, ElementsAre("command", "desktop", "request"));
     EXPECT_THAT(completionOf(R"({)").words, IsEmpty());
     EXPECT_THAT(completionOf(R"({"command":"storagemedia.photo.sort",)").words, IsEmpty());
 }
@@ -50,6 +51,14 @@ TEST(ShellCompletion, RequestsKeys_AreThoseOfTheCommand)
     EXPECT_THAT(completionOf(start + R"("channelId":"a \"quoted\" {name","d)").words, ElementsAre("dirpath"));
     EXPECT_THAT(completionOf(start + R"("channelId":"d)").words, IsEmpty());
     EXPECT_THAT(completionOf(R"({"command":"nonsense","request":{"d)").words, IsEmpty());
+}
+
+TEST(ShellCompletion, LineForTheDesktop_HasMembersOfItsOwn)
+{
+    EXPECT_THAT(completionOf(R"({"desktop":")").words, ElementsAre("key", "screen"));
+    EXPECT_THAT(completionOf(R"({"desktop":"screen",")").words, ElementsAre("height", "off", "picture", "width"));
+    EXPECT_THAT(completionOf(R"({"desktop":"key",")").words, ElementsAre("name"));
+    EXPECT_THAT(completionOf(R"({"desktop":"key","name":"u)").words, ElementsAre("usb-source"));
 }
 
 TEST(ShellCompletion, CommonBeginning_IsWhatAllBeginWith)

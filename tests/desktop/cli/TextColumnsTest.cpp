@@ -42,17 +42,6 @@ TEST_F(TextColumnsTest, CharactersThatUpsetATerminal_AreMadeVisible)
     EXPECT_EQ(visibleText("caf\xE9 电影 موسيقى"), "caf\\xE9 电影 موسيقى");
 }
 
-TEST_F(TextColumnsTest, HumanSize_UsesBinaryUnits)
-{
-    EXPECT_EQ(humanSize(0), "0 B");
-    EXPECT_EQ(humanSize(1023), "1023 B");
-    EXPECT_EQ(humanSize(1024), "1.0 KB");
-    EXPECT_EQ(humanSize(1536), "1.5 KB");
-    EXPECT_EQ(humanSize((1ULL << 20) - 1), "1.0 MB");
-    EXPECT_EQ(humanSize(5'000'000'000), "4.7 GB");
-    EXPECT_EQ(humanSize(~0ULL), "16.0 EB");
-}
-
 Json::Value entry(int type, Json::UInt64 size, const std::string& name)
 {
     Json::Value value;

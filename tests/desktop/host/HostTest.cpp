@@ -4,6 +4,7 @@
 
 #include "platform/SocMiddleware.h"
 
+#include "tests/desktop/support/FakePlayers.h"
 #include "tests/desktop/support/Waiting.h"
 
 #include <gtest/gtest.h>
@@ -131,8 +132,16 @@ class HostTest : public testing::Test {
 protected:
     HostTest() { host.start(); }
 
+    DesktopSettings settings()
+    {
+        DesktopSettings settings;
+        settings.players = players.factory();
+        return settings;
+    }
+
     ScriptedPlugin plugin;
-    Host host{ScriptedPlugin::entryPoints(), {}};
+    testsupport::FakePlayers players;
+    Host host{ScriptedPlugin::entryPoints(), settings()};
 };
 
 TEST_F(HostTest, Plugin_IsLoadedFedAndUnloadedInOrder)
@@ -238,6 +247,15 @@ TEST_F(HostTest, Screen_IsSwitchedAndToldOf)
     host.switchScreen(false);
     EXPECT_FALSE(host.isScreenOff());
     EXPECT_FALSE(next<ScreenSwitched>(*subscription)->off);
+}
+
+TEST_F(HostTest, KeyOfAPlayersWindow_IsToldToSubscribers)
+{
+    const auto subscription = host.subscribe(kLimit);
+    players.video().press("SPACE");
+    const auto pressed = next<KeyPressed>(*subscription);
+    ASSERT_NE(pressed, nullptr);
+    EXPECT_EQ(pressed->key, "SPACE");
 }
 
 TEST_F(HostTest, Close_RefusesQueuedCommandsAndEndsSubscriptions)

@@ -45,7 +45,7 @@ protected:
         return "";
     }
 
-    const StoredFolder folder = {"stick", "Music/Jazz"};
+    const StoredPlace folder = {"stick", "Music/Jazz"};
     testsupport::TemporaryDirectory cache;
 };
 

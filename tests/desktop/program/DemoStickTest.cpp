@@ -30,8 +30,9 @@ TEST(DemoStick, MadeOnce_IsListedWithEveryKindOfFile)
 
     Program browse({DESKTOP_TV, "--stick", DEMO_STICK, "browse", "--recursive"});
     EXPECT_EQ(browse.wait(), 0) << browse.errors();
-    for (const char* name : {"two subtitle tracks.mkv", "counter.srt", "02 Second.flac", "03 Third.ogg", "caf\\xE9.mp3",
-                             "All.m3u", "upright.jpg", "短片.mkv", "أغنية.mp3", "🎂.jpg", "broken.mp4", "empty.mp4"}) {
+    for (const char* name : {"Half a minute.mp4", "Half a minute.en.srt", "Half a minute.de.srt", "two subtitle tracks.mkv",
+                             "counter.srt", "02 Second.flac", "03 Third.ogg", "caf\\xE9.mp3", "All.m3u", "upright.jpg",
+                             "短片.mkv", "أغنية.mp3", "🎂.jpg", "broken.mp4", "empty.mp4"}) {
         EXPECT_TRUE(contains(browse.output(), name)) << name;
     }
 }

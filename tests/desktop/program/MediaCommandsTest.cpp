@@ -61,7 +61,7 @@ TEST_F(MediaCommandsTest, Search_ListsTheVideosBelowAndTheTotals)
     EXPECT_THAT(text, HasSubstr("  " + testsupport::demoFile("Movies/Holiday/beach 10.mp4") + "\n"));
     EXPECT_THAT(text, HasSubstr("  " + testsupport::demoFile("电影/短片.mkv") + "\n"));
     EXPECT_THAT(text, Not(HasSubstr(".mp3")));
-    EXPECT_THAT(text, HasSubstr("\n8 videos in 11 folders\n"));
+    EXPECT_THAT(text, HasSubstr("\n9 videos in 12 folders\n"));
 }
 
 TEST_F(MediaCommandsTest, SearchAsJson_EndsWithTheTotals)

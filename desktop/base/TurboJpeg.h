@@ -11,4 +11,9 @@ struct DestroyTurboJpeg {
 };
 using TurboJpeg = std::unique_ptr<void, DestroyTurboJpeg>;
 
+struct FreeTurboBytes {
+    void operator()(unsigned char* bytes) const { tjFree(bytes); }
+};
+using TurboBytes = std::unique_ptr<unsigned char, FreeTurboBytes>;
+
 } // namespace desktop
