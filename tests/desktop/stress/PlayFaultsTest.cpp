@@ -123,6 +123,7 @@ protected:
     void playForAWhile(int type)
     {
         ASSERT_EQ(command("media.playfile", playRequest(type))["result"], true);
+        m_plays = true;
         if (below(4) == 0) {
             return; // while it is loaded
         }
@@ -136,8 +137,8 @@ protected:
                 command(wind, ofType(type));
             }
         }
-        for (unsigned int second = 0; second < below(3); ++second) {
-            waitForOneOf({"media.process", "video.music.playend"});
+        for (unsigned int second = below(3); second > 0 && m_plays; --second) {
+            m_plays = waitForOneOf({"media.process", "video.music.playend"})["notification"] == "storagemedia.media.process";
         }
     }
 
@@ -146,7 +147,7 @@ protected:
     {
         const auto begin = std::chrono::steady_clock::now();
         fs::rename(m_stick, m_stick + ".away");
-        bool ended = false;
+        bool ended = !m_plays;
         bool removed = false;
         auto took = begin - begin;
         while (!ended || !removed) {
@@ -218,6 +219,7 @@ protected:
     std::minstd_rand m_random{m_seed};
     testsupport::TemporaryDirectory m_parent;
     const std::string m_stick = m_parent.path("usb");
+    bool m_plays = false; ///< as far as is known
     Shell m_shell{{"--stick", m_stick, "--cache", "none", "--log-level", "off"}};
 };
 
