@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 
@@ -24,6 +25,8 @@ constexpr const char* kLoadFailed = "storagemedia.media.loadfailed";
 constexpr const char* kPlayFailed = "storagemedia.media.playfailed";
 constexpr const char* kAudioUnsupported = "storagemedia.audio.notsupport";
 constexpr const char* kVideoUnsupported = "storagemedia.media.notsupport";
+
+constexpr std::chrono::milliseconds kNoticeTime(1500);
 
 // What comes when nothing more is played.
 constexpr const char* kEnds[] = {"storagemedia.video.music.playend", "storagemedia.photo.playend",
@@ -79,6 +82,8 @@ private:
     void press(const std::string& key);
     void takePicture();
     void quit();
+    void showNotice(std::string notice);
+    int noticeTime() const;
     void handle(const HostUpdate& update);
     void handle(const Notification& notification);
     void handleLoaded();
@@ -97,8 +102,9 @@ private:
     TerminalKeys m_keys;
     PlayKeys m_commands;
     PlayProgress m_progress{m_target};
-    std::string m_notice; ///< shown in place of the progress for a moment
-    std::string m_note;   ///< of what cannot be decoded, to be printed unless it is why the medium fails
+    std::string m_notice; ///< shown in place of the progress until then
+    std::chrono::steady_clock::time_point m_noticeEnd;
+    std::string m_note; ///< of what cannot be decoded, to be printed unless it is why the medium fails
     bool m_ended = false;
 };
 
@@ -174,7 +180,7 @@ void PlayCommand::follow()
 {
     while (!m_ended && !m_session.stopped()) {
         if (m_progress.isLoaded()) {
-            m_session.progress().show(m_notice.empty() ? m_progress.line() : m_notice);
+            m_session.progress().show(noticeTime() > 0 ? m_notice : m_progress.line());
         }
         for (const std::string& key : waitForKeys(m_client.fd())) {
             press(key);
@@ -194,7 +200,7 @@ std::vector<std::string> PlayCommand::waitForKeys(int updates)
 {
     std::array<pollfd, 4> waits = {
         {{updates, POLLIN, 0}, {m_interrupts.fd(), POLLIN, 0}, {m_keys.fd(), POLLIN, 0}, {m_keys.signalFd(), POLLIN, 0}}};
-    if (poll(waits.data(), waits.size(), -1) < 0) {
+    if (poll(waits.data(), waits.size(), noticeTime() > 0 ? noticeTime() : -1) < 0) {
         return {};
     }
     if (waits[3].revents != 0 && m_keys.isToStop()) {
@@ -231,7 +237,7 @@ void PlayCommand::press(const std::string& key)
     case PlayAction::Help:
         return m_session.progress().showAbove(playKeysHelp(m_target.kind));
     default:
-        m_notice = m_commands.press(*action, m_progress.speed());
+        showNotice(m_commands.press(*action, m_progress.speed()));
     }
 }
 
@@ -242,7 +248,7 @@ void PlayCommand::takePicture()
     if (failed != 0) {
         m_session.fail(file, systemErrorText(failed));
     } else {
-        m_notice = file;
+        showNotice(file);
     }
 }
 
@@ -253,6 +259,20 @@ void PlayCommand::quit()
     request["type"] = m_target.kind;
     Json::Value reply;
     m_ended = !m_session.execute("storagemedia.media.stopfile", request, reply) || m_ended;
+}
+
+// An empty one ends the one before.
+void PlayCommand::showNotice(std::string notice)
+{
+    m_noticeEnd = std::chrono::steady_clock::now() + (notice.empty() ? std::chrono::milliseconds(0) : kNoticeTime);
+    m_notice = std::move(notice);
+}
+
+// How long it is still shown, in milliseconds; 0 when it is not.
+int PlayCommand::noticeTime() const
+{
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(m_noticeEnd - std::chrono::steady_clock::now());
+    return static_cast<int>(std::max(left.count(), std::chrono::milliseconds::rep(0)));
 }
 
 void PlayCommand::handle(const HostUpdate& update)
@@ -285,7 +305,6 @@ void PlayCommand::handle(const Notification& notification)
         m_ended = true;
     }
     showNote();
-    m_notice.clear();
 }
 
 // A photo by itself has no end; it is over at once when nobody can see it.

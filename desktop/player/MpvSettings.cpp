@@ -54,7 +54,6 @@ void setUpWindow(const Mpv& mpv)
     mpv.setOption("input-vo-keyboard", "yes");
     mpv.setOption("input-cursor", "no");
     mpv.setOption("title", "${?metadata/title:${metadata/title} - }desktop-tv");
-    mpv.setOption("gpu-shader-cache", "no");
     mpv.setOption("stop-screensaver", "yes");
 }
 

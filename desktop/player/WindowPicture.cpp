@@ -16,8 +16,11 @@ class Screenshot {
 public:
     explicit Screenshot(const Mpv& mpv)
     {
-        const char* words[] = {"screenshot-raw", "window", nullptr};
-        m_taken = mpv_command_ret(&mpv.handle(), words, &m_node) >= 0;
+        // Without OpenGL there is none of the window, but one of the picture with its subtitles.
+        for (const char* const part : {"window", "subtitles"}) {
+            const char* words[] = {"screenshot-raw", part, nullptr};
+            m_taken = m_taken || mpv_command_ret(&mpv.handle(), words, &m_node) >= 0;
+        }
     }
     ~Screenshot()
     {
