@@ -23,15 +23,13 @@ namespace {
 using desktop::Options;
 
 constexpr int kFailed = 1;
-constexpr const char* kNotOnDesktop = " (not on the desktop yet)";
 
 void listCommands(desktop::Output& output)
 {
     std::string lines;
     for (const protocol::CommandDescription& command : protocol::kCommands) {
         lines += desktop::padLeft(std::to_string(desktop::commandHash(command.name)), 10) + "  " +
-                 desktop::padRight(command.name, 43) + "  " + command.purpose + (command.onDesktop ? "" : kNotOnDesktop) +
-                 "\n";
+                 desktop::padRight(command.name, 43) + "  " + command.purpose + "\n";
     }
     output.write(lines);
 }
