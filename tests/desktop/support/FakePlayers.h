@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <atomic>
 #include <string>
 
 namespace testsupport {
@@ -64,8 +65,12 @@ private:
 /// The fake players of one Playback, and what they have been asked for.
 class FakePlayers {
 public:
+    /// The players of a Playback before are forgotten.
     desktop::PlayerFactory factory()
     {
+        for (auto& player : m_players) {
+            player = nullptr;
+        }
         return [this](FileType kind, desktop::MediaPlayer::Handler handle) {
             auto player = std::make_unique<FakePlayer>(std::move(handle), calls[slot(kind)]);
             m_players[slot(kind)] = player.get();
@@ -73,11 +78,11 @@ public:
         };
     }
 
-    /// The player for @p kind, once it has been made.
+    /// The player for @p kind; waits until it has been made. Safe on any thread, as made().
     FakePlayer& of(FileType kind)
     {
-        if (m_players[slot(kind)] == nullptr) {
-            throw std::runtime_error("there is no such player yet");
+        if (!becomes([this, kind] { return made(kind); })) {
+            throw std::runtime_error("there is no such player");
         }
         return *m_players[slot(kind)];
     }
@@ -91,7 +96,7 @@ private:
     static std::size_t slot(FileType kind) { return static_cast<std::size_t>(kind) - FILE_TYPE_PHOTO; }
 
     std::array<Gathered<std::string>, 3> calls;
-    std::array<FakePlayer*, 3> m_players{};
+    std::array<std::atomic<FakePlayer*>, 3> m_players{};
 };
 
 } // namespace testsupport
