@@ -7,6 +7,7 @@
 #include "desktop/text/NameEncoding.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 
 namespace desktop {
@@ -131,9 +132,7 @@ Json::Value runDesktopLine(Host& host, const Json::Value& line)
 std::vector<std::string> setKeyNames()
 {
     std::vector<std::string> names;
-    for (const auto& [name, key] : kSetKeys) {
-        names.push_back(name);
-    }
+    std::transform(kSetKeys.begin(), kSetKeys.end(), std::back_inserter(names), [](const auto& key) { return key.first; });
     return names;
 }
 

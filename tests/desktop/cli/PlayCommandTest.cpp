@@ -204,6 +204,18 @@ TEST_F(PlayCommandTest, StickThatIsPulled_IsOneErrorAndTheEnd)
     std::filesystem::rename(stick.path() + ".away", stick.path());
 }
 
+TEST_F(PlayCommandTest, StickThatIsPulledWhileAFileLoads_IsOneErrorAndTheEnd)
+{
+    options.all = true;
+    const auto end = [this] {
+        players.video().loaded(1);
+        std::filesystem::rename(stick.path(), stick.path() + ".away");
+    };
+    EXPECT_EQ(play("1.mp4", end), 1);
+    EXPECT_EQ(errors, "desktop-tv: " + stick.path() + ": The stick has been pulled\n");
+    std::filesystem::rename(stick.path() + ".away", stick.path());
+}
+
 TEST_F(PlayCommandTest, PartThatCannotBeDecoded_IsToldAndIsNoError)
 {
     const auto end = [this] {

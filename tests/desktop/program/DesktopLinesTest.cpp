@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <filesystem>
 
 // What the shell is told for the desktop itself.
@@ -96,14 +98,15 @@ TEST_F(DesktopLinesTest, PictureOfAnotherSize_TakesThePlaceOfTheOneBefore)
 TEST_F(DesktopLinesTest, PictureThatCannotBeWritten_IsAnErrorAndLeavesNothing)
 {
     folder.makeDirectory("taken.jpg");
+    ASSERT_EQ(mkfifo(folder.path("pipe.jpg").c_str(), 0600), 0);
     for (const auto& [file, reason] : {std::pair{folder.path("taken.jpg"), "Is a directory"},
                                        {folder.path("nowhere/a.jpg"), "No such file or directory"},
-                                       {std::string("/dev/null"), "File exists"},
-                                       {"/dev/null/a.jpg", "Not a directory"}}) {
+                                       {folder.path("pipe.jpg"), "File exists"},
+                                       {folder.path("pipe.jpg/a.jpg"), "Not a directory"}}) {
         EXPECT_EQ(answerTo(screenLine(file))["error"].asString(), file + ": " + reason);
     }
-    EXPECT_TRUE(fs::is_character_file("/dev/null"));
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()), 1);
+    EXPECT_TRUE(fs::is_fifo(folder.path("pipe.jpg")));
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()), 2);
     EXPECT_EQ(shell.program.wait(), 0);
 }
 

@@ -42,7 +42,7 @@ public:
         for (std::size_t y = 0; y < number(kHeight); ++y) {
             for (std::size_t x = 0; x < number(kWidth); ++x) {
                 const std::size_t point = points + y * number(kLineBytes) + x * 4; // blue, green, red
-                for (const std::size_t colour : {2, 1, 0}) {
+                for (const std::size_t colour : {std::size_t{2}, std::size_t{1}, std::size_t{0}}) {
                     picture.rgb.push_back(static_cast<unsigned char>(dump.at(point + colour)));
                 }
             }
