@@ -9,6 +9,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+
 #include <filesystem>
 
 // The play command with the plugin, and players that play nothing.
@@ -34,6 +36,23 @@ PlayerEnded ended(PlayerEnded::Reason reason, const std::string& text = "")
 {
     return {reason, text, 0};
 }
+
+/// Standard input is no terminal as long as the object lives, whoever runs the tests.
+class NoInput {
+public:
+    NoInput()
+        : m_before(fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1))
+    {
+        const UniqueFd nothing(open("/dev/null", O_RDONLY | O_CLOEXEC));
+        dup2(nothing.get(), STDIN_FILENO);
+    }
+    ~NoInput() { dup2(m_before.get(), STDIN_FILENO); }
+    NoInput(const NoInput&) = delete;
+    NoInput& operator=(const NoInput&) = delete;
+
+private:
+    const UniqueFd m_before;
+};
 
 class PlayCommandTest : public testing::Test {
 protected:
@@ -90,6 +109,7 @@ protected:
         return calls;
     }
 
+    const NoInput noInput;
     testsupport::TemporaryDirectory stick;
     testsupport::TemporaryDirectory cache;
     testsupport::FakePlayers players;
