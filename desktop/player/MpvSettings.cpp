@@ -98,7 +98,7 @@ void applySubtitles(const Mpv& mpv, const PlayerOptions& options)
     mpv.setFlag("sub-visibility", options.subtitles);
     mpv.set("sub-scale", options.subtitleScale);
     mpv.set("sub-color", std::string(color));
-    mpv.set("sub-pos", static_cast<double>(options.subtitlePosition));
+    mpv.set("sub-pos", std::to_string(options.subtitlePosition));
     mpv.set("sub-delay", options.subtitleDelay / kMilliseconds);
     mpv.set("sub-ass-override", std::string(isOwn ? "force" : "yes")); // else a file's own style counts
 }

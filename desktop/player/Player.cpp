@@ -225,6 +225,9 @@ void Player::setOptions(const PlayerOptions& options)
         addSubtitles();
     }
     chooseTracks();
+    if (m_medium->paused && before.subtitleTrack != options.subtitleTrack && m_medium->loaded) {
+        m_mpv.commandLater({"seek", "0", "relative+exact"}); // mpv reads the track from here on, not what is shown already
+    }
 }
 
 void Player::takeFrame(WorkerMessage message)
@@ -613,7 +616,7 @@ void Player::updatePictures()
         if (track.media.id == m_medium->facts.subtitleTrack && isPictureSubtitle(track.media.codec)) {
             const VideoFacts& video = m_medium->facts.video;
             m_medium->pictures = std::make_unique<SubtitlePictures>(
-                PictureTrack{track.file, track.stream, video.width, video.height},
+                PictureTrack{track.file, track.stream, track.media.external, video.width, video.height},
                 [this, mailbox = m_mailbox, number = m_medium->number](PlayerSubtitlePicture picture) {
                     auto shown = std::make_shared<PlayerSubtitlePicture>(std::move(picture));
                     mailbox->post([this, number, shown] { showPicture(number, std::move(*shown)); });
