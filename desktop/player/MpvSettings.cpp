@@ -54,8 +54,9 @@ void setUpWindow(const Mpv& mpv)
     mpv.setOption("input-vo-keyboard", "yes");
     mpv.setOption("input-cursor", "no");
     mpv.setOption("title", "${?metadata/title:${metadata/title} - }desktop-tv");
-    mpv.setOption("gpu-shader-cache", "no");
     mpv.setOption("stop-screensaver", "yes");
+    mpv.setOption("geometry", "960x540"); // of a television's shape, whatever it shows
+    mpv.setOption("keepaspect-window", "no");
 }
 
 // A filter of quarter turns, for which mpv needs no rotation of its own.

@@ -1,9 +1,11 @@
 #include "desktop/player/PlayerConfinement.h"
 
 #include "desktop/player/FileRules.h"
+#include "desktop/player/MemoryFile.h"
 #include "desktop/worker/ProcessRights.h"
 #include "desktop/workers/WorkerChannel.h"
 
+#include <fcntl.h>
 #include <malloc.h>
 #include <sched.h>
 #include <seccomp.h>
@@ -40,12 +42,22 @@ std::string placeOf(const char* name, const char* folder, const char* below)
     return !place.empty() || parent.empty() ? place : parent + below;
 }
 
+// What lets us into the display is read before this process loses the right to, and left to it as a file in memory.
+void keepDisplaysKey()
+{
+    constexpr std::int64_t kMost = 64 << 10; // bytes
+    const UniqueFd file(open(placeOf("XAUTHORITY", "HOME", "/.Xauthority").c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    UniqueFd copy = copyInMemory(file.get(), kMost);
+    if (copy) {
+        setenv("XAUTHORITY", ("/proc/self/fd/" + std::to_string(copy.release())).c_str(), 1);
+    }
+}
+
 void addWindow(FileRules& rules)
 {
     for (const char* const path : {"/sys/dev", "/sys/devices", "/sys/class/drm", "/etc/X11", "/tmp/.X11-unix"}) {
         rules.readable.emplace_back(path);
     }
-    rules.readable.push_back(placeOf("XAUTHORITY", "HOME", "/.Xauthority"));
     for (const char* const path : {"/dev/dri", "/dev/shm", "/dev/nvidia0", "/dev/nvidiactl", "/dev/nvidia-modeset"}) {
         rules.writable.emplace_back(path);
     }
@@ -229,6 +241,9 @@ std::string confinePlayer(const PlayerOutput& output)
 {
     if (close_range(kWorkerChannel + 1, ~0U, 0) != 0) {
         return "No file is played: open ones could not be closed.";
+    }
+    if (output.window) {
+        keepDisplaysKey();
     }
     if (!dropRights()) {
         return "No file is played: rights could not be given up.";

@@ -14,10 +14,13 @@ namespace {
 /// What mpv has taken from its window; empty when it has not.
 class Screenshot {
 public:
+    // Without a graphics driver mpv cannot take the window, only the video with its subtitles.
     explicit Screenshot(const Mpv& mpv)
     {
-        const char* words[] = {"screenshot-raw", "window", nullptr};
-        m_taken = mpv_command_ret(&mpv.handle(), words, &m_node) >= 0;
+        for (const char* const what : {"window", "subtitles"}) {
+            const char* words[] = {"screenshot-raw", what, nullptr};
+            m_taken = m_taken || mpv_command_ret(&mpv.handle(), words, &m_node) >= 0;
+        }
     }
     ~Screenshot()
     {
