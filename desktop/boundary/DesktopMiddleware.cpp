@@ -1,5 +1,7 @@
 #include "desktop/boundary/DesktopMiddleware.h"
 
+#include "desktop/workers/PlayerProcess.h"
+
 #include "platform/SocMwEvents.h"
 
 #include <algorithm>
@@ -12,17 +14,6 @@ namespace desktop {
 namespace {
 
 constexpr std::chrono::seconds kFrameTimeout(2);
-
-// TEMPORARY until the player's process is here.
-class NoPlayer : public MediaPlayer {
-    void load(PlayerMedium) override {}
-    void unload() override {}
-    void pause(bool) override {}
-    void wind(int) override {}
-    void seek(double) override {}
-    void setOptions(const PlayerOptions&) override {}
-    void takeFrame(int, int, FrameHandler handle) override { handle({}); }
-};
 
 // Where Linux computers mount volumes.
 constexpr const char* kMountFolders[] = {"/media", "/run/media", "/mnt"};
@@ -142,8 +133,9 @@ void DesktopMiddleware::makeParts(const DesktopSettings& settings)
     m_thumbnails = std::make_unique<Thumbnails>(
         std::make_shared<ThumbnailMaker>(m_resolver, m_workers, settings.cacheFolder), m_events, m_reporter);
     m_shownLists = std::make_unique<ShownLists>(*m_listings, *m_grouping, *m_playlists);
-    m_playback = std::make_unique<Playback>(m_opener, m_events, std::make_shared<PlayPositions>(settings.cacheFolder),
-                                            settings.players != nullptr ? settings.players : [](FileType, MediaPlayer::Handler) { return std::make_unique<NoPlayer>(); }, settings.keyPressed);
+    m_playback = std::make_unique<Playback>(
+        m_opener, m_events, std::make_shared<PlayPositions>(settings.cacheFolder),
+        settings.players != nullptr ? settings.players : playerProcesses(settings.playerOutput), settings.keyPressed);
     m_playOptions = std::make_unique<PlayOptions>(*m_playback);
 }
 

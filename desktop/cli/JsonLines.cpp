@@ -70,6 +70,15 @@ std::string jsonLine(const Json::Value& value)
     return escapeUnsafe(escapeBadBytes(Json::writeString(builder, value), "\\\\x")) + "\n";
 }
 
+Json::Value notificationLine(const Notification& notification)
+{
+    Json::Value line;
+    line["notification"] = notification.name;
+    line["source"] = notification.source;
+    line["body"] = notification.body;
+    return line;
+}
+
 bool parseJsonLine(std::string_view text, Json::Value& object, JsonError& error)
 {
     std::string report;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "desktop/host/HostUpdate.h"
+
 #include <json/json.h>
 
 #include <string>
@@ -10,6 +12,9 @@ namespace desktop {
 /// @p value on one line with its line end. Always UTF-8: other bytes are written as encodeName writes them. What is unsafe
 /// for a terminal is written \uHHHH.
 std::string jsonLine(const Json::Value& value);
+
+/// The object that tells @p notification, as the shell writes it.
+Json::Value notificationLine(const Notification& notification);
 
 /// Why a text is not a JSON object, and where.
 struct JsonError {

@@ -26,6 +26,8 @@ constexpr const char* kExamples = R"(Examples:
   desktop-tv --auto groups --by artist --key "The Sines"
   desktop-tv --stick ~/Videos info Holiday/beach.mp4
   desktop-tv --stick ~/Videos thumbnails Holiday --out /tmp/pictures --size 320x180
+  desktop-tv --stick ~/Videos play Holiday/beach.mp4
+  desktop-tv --auto play Music --mode shuffle
   desktop-tv --stick ~/Videos shell
       then type, for example:
       {"command":"storagemedia.media.entermmbroswer"}
@@ -209,6 +211,51 @@ void addPhotos(CLI::App& app, Options& options)
     addJson(photos, options.photos.json);
 }
 
+void addPlay(CLI::App& app, Options& options)
+{
+    static const std::map<std::string, PlayerModeE> kModes = {{"sequence", PLAYER_MODE_SEQUENCE},
+                                                              {"repeat-all", PLAYER_MODE_REPEAT_ALL},
+                                                              {"repeat-one", PLAYER_MODE_REPEAT_ONE},
+                                                              {"shuffle", PLAYER_MODE_SHUFFLE}};
+    PlayArguments& play = options.play;
+    CLI::App* command = addCommand(app, options, Options::Command::Play, "play",
+                                   "Play a file, the files of a folder or those of a playlist");
+    command->add_option("path", play.path, "File, folder or playlist: absolute, or below the first stick that has it")
+        ->type_name("PATH")
+        ->required();
+    command->add_flag("--all", play.all, "Play what follows the file in its folder, too, as of a folder or playlist");
+    command
+        ->add_option_function<std::string>(
+            "--mode", [&play](const std::string& mode) { play.mode = kModes.at(mode); },
+            "Play all, in this order: sequence, repeat-all, repeat-one or shuffle")
+        ->type_name("ORDER")
+        ->check(CLI::IsMember(kModes));
+    CLI::Option* resume = command->add_flag("--resume", play.resume, "Go on where a video was left, without asking");
+    CLI::Option* fromStart =
+        command->add_flag("--from-start", play.fromStart, "Begin at the start, without asking")->excludes(resume);
+    command->add_option("--at", play.startAt, "Begin so many seconds after the start")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(0.0, 360'000.0))
+        ->excludes(resume)
+        ->excludes(fromStart);
+    command
+        ->add_flag_callback(
+            "--no-window", [&play] { play.window = false; }, "Show no window")
+        ->excludes(command->add_flag_callback(
+            "--window", [&play] { play.window = true; },
+            "Show a window; if not given, only on a terminal of a computer with a display"));
+    command->add_flag("--silent", play.silent, "Without sound");
+    addJson(command, play.json);
+}
+
+void addShell(CLI::App& app, Options& options)
+{
+    CLI::App* shell = addCommand(app, options, Options::Command::Shell, "shell",
+                                 "Take commands as JSON lines, give replies and notifications as JSON lines");
+    shell->add_flag("--window", options.shellOutput.window, "Show what is played in a window");
+    shell->add_flag("--sound", options.shellOutput.sound, "Let what is played be heard");
+}
+
 std::vector<std::string> commandNames(const CLI::App& app)
 {
     std::vector<std::string> names;
@@ -267,8 +314,8 @@ std::optional<int> parseOptions(int argc, char** argv, Options& options, Output&
     addThumbnails(app, options);
     addPlaylists(app, options);
     addPhotos(app, options);
-    addCommand(app, options, Options::Command::Shell, "shell",
-               "Take commands as JSON lines, give replies and notifications as JSON lines");
+    addPlay(app, options);
+    addShell(app, options);
     addCommand(app, options, Options::Command::Commands, "commands", "List the commands that the plugin takes");
     try {
         app.parse(argc, argv);

@@ -4,6 +4,7 @@
 #include "desktop/cli/GroupsCommand.h"
 #include "desktop/cli/InfoCommand.h"
 #include "desktop/cli/PhotosCommand.h"
+#include "desktop/cli/PlayCommand.h"
 #include "desktop/cli/PlaylistsCommand.h"
 #include "desktop/cli/SearchCommand.h"
 #include "desktop/cli/ThumbnailsCommand.h"
@@ -18,7 +19,7 @@ namespace desktop {
 
 /// What the user asks the program to do.
 struct Options {
-    enum class Command { Commands, Shell, Browse, Search, Groups, Info, Thumbnails, Playlists, Photos };
+    enum class Command { Commands, Shell, Browse, Search, Groups, Info, Thumbnails, Playlists, Photos, Play };
 
     /// Whether the command uses the media browser, and so needs a stick.
     bool isForPeople() const { return command != Command::Commands && command != Command::Shell; }
@@ -38,6 +39,8 @@ struct Options {
     ThumbnailsOptions thumbnails;
     PlaylistsOptions playlists;
     PhotosOptions photos;
+    PlayArguments play;
+    PlayerOutput shellOutput; ///< of what is played by way of the shell
 };
 
 /// Reads the command line into @p options. Returns an exit status when the program is to end: help has been written to

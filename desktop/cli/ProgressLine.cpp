@@ -36,6 +36,14 @@ void ProgressLine::show(const std::string& text)
     m_shown = true;
 }
 
+void ProgressLine::showAbove(const std::string& text)
+{
+    if (m_terminal) {
+        clear();
+        std::fprintf(stderr, "%s\n", text.c_str());
+    }
+}
+
 void ProgressLine::clear()
 {
     const LockGuard lock(m_mutex);

@@ -15,6 +15,10 @@ public:
     ~ProgressLine() { clear(); }
 
     void show(const std::string& text);
+    /// Writes @p text as a line of its own that stays.
+    void showAbove(const std::string& text);
+    /// Whether standard error is a terminal.
+    bool isTerminal() const { return m_terminal; }
     /// Removes the line, if there is one, before other text is written.
     void clear();
 

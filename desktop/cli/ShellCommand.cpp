@@ -87,7 +87,6 @@ private:
     void runForDesktop(const Json::Value& line);
     bool writeUpdates();
     void writeUpdate(const HostUpdate& update);
-    void writeNotification(const Notification& notification);
     void writeUnansweredEnd(const RequestEnded& request);
     void writeWindowKey(const std::string& key);
     void writeError(int column, const std::string& reason);
@@ -239,7 +238,7 @@ bool Shell::writeUpdates()
 void Shell::writeUpdate(const HostUpdate& update)
 {
     if (const auto* notification = std::get_if<Notification>(&update)) {
-        writeNotification(*notification);
+        write(notificationLine(*notification));
     } else if (const auto* screen = std::get_if<ScreenSwitched>(&update)) {
         write(screenLine(screen->off));
     } else if (const auto* pressed = std::get_if<KeyPressed>(&update)) {
@@ -247,15 +246,6 @@ void Shell::writeUpdate(const HostUpdate& update)
     } else if (const auto* ended = std::get_if<RequestEnded>(&update); ended != nullptr && !ended->answered) {
         writeUnansweredEnd(*ended);
     }
-}
-
-void Shell::writeNotification(const Notification& notification)
-{
-    Json::Value line;
-    line["notification"] = notification.name;
-    line["source"] = notification.source;
-    line["body"] = notification.body;
-    write(line);
 }
 
 void Shell::writeUnansweredEnd(const RequestEnded& request)

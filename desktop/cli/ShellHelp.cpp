@@ -44,7 +44,6 @@ std::string commandHelp(const std::string& name)
         text += "  \"" + std::string(key.name) + "\": " + key.type + ", " + key.need + "; " + key.meaning + "\n";
     }
     text += command->answer == nullptr ? "" : std::string("  Answered by ") + command->answer + ".\n";
-    text += command->onDesktop ? "" : "  The desktop does not offer it yet.\n";
     return text;
 }
 

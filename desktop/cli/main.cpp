@@ -3,6 +3,7 @@
 #include "desktop/cli/Options.h"
 #include "desktop/cli/ShellCommand.h"
 #include "desktop/cli/StandardStreams.h"
+#include "desktop/cli/TerminalKeys.h"
 #include "desktop/cli/TextColumns.h"
 #include "desktop/cli/UserFolder.h"
 #include "desktop/host/CommandNames.h"
@@ -22,15 +23,13 @@ namespace {
 using desktop::Options;
 
 constexpr int kFailed = 1;
-constexpr const char* kNotOnDesktop = " (not on the desktop yet)";
 
 void listCommands(desktop::Output& output)
 {
     std::string lines;
     for (const protocol::CommandDescription& command : protocol::kCommands) {
         lines += desktop::padLeft(std::to_string(desktop::commandHash(command.name)), 10) + "  " +
-                 desktop::padRight(command.name, 43) + "  " + command.purpose + (command.onDesktop ? "" : kNotOnDesktop) +
-                 "\n";
+                 desktop::padRight(command.name, 43) + "  " + command.purpose + "\n";
     }
     output.write(lines);
 }
@@ -61,6 +60,7 @@ void runForPeople(desktop::Session& session, const Options& options, desktop::Ou
         return desktop::runPhotos(session, options.photos, output);
     case Options::Command::Commands:
     case Options::Command::Shell:
+    case Options::Command::Play:
         return; // not through the media browser
     }
 }
@@ -74,10 +74,18 @@ desktop::DesktopSettings settingsOf(const Options& options)
     return settings;
 }
 
+desktop::PlayerOutput playerOutputOf(const Options& options, const desktop::Output& output)
+{
+    const bool plays = options.command == Options::Command::Play;
+    return plays ? desktop::playerOutputOf(options.play, output) : options.shellOutput;
+}
+
 int runWithPlugin(const Options& options, desktop::Output& output, const desktop::Interrupts& interrupts,
                   desktop::LogOutput& log)
 {
     desktop::DesktopSettings settings = settingsOf(options);
+    settings.playerOutput = playerOutputOf(options, output);
+    settings.startAt = options.play.startAt;
     desktop::FileDetails details;
     settings.observer.described = [&details](const std::string& path, const desktop::MediaDetails& found) {
         details.set(path, found);
@@ -90,7 +98,11 @@ int runWithPlugin(const Options& options, desktop::Output& output, const desktop
         return desktop::runShell(client, output, interrupts, log);
     }
     desktop::Session session(client, options.mountedSticks, details, output, interrupts);
-    runForPeople(session, options, output);
+    if (options.command == Options::Command::Play) {
+        desktop::runPlay(session, client, options.play, output, interrupts);
+    } else {
+        runForPeople(session, options, output);
+    }
     return session.exitStatus();
 }
 
@@ -139,7 +151,10 @@ int runLogged(const Options& options, desktop::Output& output, const desktop::In
         warnOfUnseenMounts(laterMounts, options);
     }
     log.start();
-    const desktop::InterruptLimit limit(interrupts, [&options](int status) { reportCancelled(status, options); });
+    const desktop::InterruptLimit limit(interrupts, [&options](int status) {
+        desktop::TerminalKeys::restore();
+        reportCancelled(status, options);
+    });
     const int status = runWithPlugin(options, output, interrupts, log);
     const std::string fault = log.finish();
     if (!fault.empty()) {

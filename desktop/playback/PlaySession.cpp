@@ -35,9 +35,9 @@ PlayerOptions forNextMedium(PlayerOptions options)
 
 } // namespace
 
-PlaySession::PlaySession(FileType kind, const PlayServices& services, std::unique_ptr<MediaPlayer> player)
+PlaySession::PlaySession(FileType kind, const PlayServices& services, MakePlayer makePlayer)
     : m_services(services)
-    , m_player(std::move(player))
+    , m_makePlayer(std::move(makePlayer))
 {
     m_item.kind = kind;
 }
@@ -50,6 +50,9 @@ void PlaySession::play(PlayQueue queue, double position, bool playAll, bool seco
     m_item.second = second;
     m_direction = Direction::Forwards;
     m_failures = 0;
+    if (m_player == nullptr) {
+        m_player = m_makePlayer(); // which is ready, perhaps, once the file is open
+    }
     begin(position);
 }
 
@@ -102,7 +105,9 @@ bool PlaySession::wind(bool forwards)
 void PlaySession::setOptions(const PlayerOptions& options)
 {
     m_options = options;
-    m_player->setOptions(options);
+    if (m_player != nullptr) {
+        m_player->setOptions(options);
+    }
 }
 
 void PlaySession::opened(OpenedMedium medium)
@@ -163,9 +168,16 @@ void PlaySession::timePassed(Clock::time_point now)
     }
 }
 
+void PlaySession::unload()
+{
+    if (m_player != nullptr) {
+        m_player->unload();
+    }
+}
+
 void PlaySession::begin(double position)
 {
-    m_player->unload();
+    unload();
     m_item.index = static_cast<std::uint32_t>(m_queue->index());
     m_item.entry = m_queue->entry();
     m_location = m_services.volumes.locate(m_item.entry.path);
@@ -207,7 +219,7 @@ bool PlaySession::move(Direction direction)
 
 void PlaySession::goIdle()
 {
-    m_player->unload();
+    unload();
     m_state = State::Idle;
     m_due.reset();
 }

@@ -30,8 +30,10 @@ class PlaySession {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// @p kind: photo, video or music.
-    PlaySession(FileType kind, const PlayServices& services, std::unique_ptr<MediaPlayer> player);
+    using MakePlayer = std::function<std::unique_ptr<MediaPlayer>()>;
+
+    /// @p kind: photo, video or music. The player is made when there is something to play.
+    PlaySession(FileType kind, const PlayServices& services, MakePlayer makePlayer);
 
     FileType kind() const { return m_item.kind; }
     /// Whether something plays, or is about to.
@@ -40,6 +42,7 @@ public:
     const PlayingItem& item() const { return m_item; }
     /// What is known of what plays; null until it is loaded.
     const MediaFacts* facts() const { return m_state == State::Playing ? &m_facts : nullptr; }
+    /// Only while facts() are there.
     MediaPlayer& player() { return *m_player; }
     PlayerModeE mode() const { return m_mode; }
     void setMode(PlayerModeE mode) { m_mode = mode; }
@@ -80,6 +83,7 @@ private:
     enum class State { Idle, Opening, Loading, Playing };
     enum class Direction { Forwards, Backwards };
 
+    void unload();
     void begin(double position);
     bool step(Direction direction);
     bool move(Direction direction);
@@ -102,7 +106,8 @@ private:
     void handle(const PlayerKey& /*told*/) {} // for others
 
     const PlayServices m_services;
-    const std::unique_ptr<MediaPlayer> m_player;
+    const MakePlayer m_makePlayer;
+    std::unique_ptr<MediaPlayer> m_player; ///< null until something is played
     PlayerModeE m_mode = PLAYER_MODE_SEQUENCE;
     PlayerOptions m_options;
     std::chrono::milliseconds m_slideInterval{5000};

@@ -35,8 +35,9 @@ Playback::Playback(LocationOpener volumes, EventQueue& events, std::shared_ptr<P
     const PlayServices services = {m_volumes, m_files, m_events, *m_positions, m_times};
     for (std::size_t i = 0; i < kPlayers; ++i) {
         const FileType kind = kKinds[i];
-        auto player = players(kind, [this, kind](PlayerEvent event) { told(kind, std::move(event)); });
-        m_sessions[i] = std::make_unique<PlaySession>(kind, services, std::move(player));
+        m_sessions[i] = std::make_unique<PlaySession>(kind, services, [this, kind, players] {
+            return players(kind, [this, kind](PlayerEvent event) { told(kind, std::move(event)); });
+        });
     }
 }
 

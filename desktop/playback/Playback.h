@@ -101,11 +101,11 @@ private:
     const std::function<void(const std::string& key)> m_keyPressed;
     const PlayTimes m_times;
     mutable Mutex m_mutex;
-    MediumOpener m_files GUARDED_BY(m_mutex);
     std::array<std::unique_ptr<PlaySession>, kPlayers> m_sessions; ///< each guarded by the mutex; made once
     FileType m_latest GUARDED_BY(m_mutex) = FILE_TYPE_UNKNOWN;    ///< of the player that began last
     bool m_closed GUARDED_BY(m_mutex) = false; ///< what is told now comes too late
-    Alarm m_alarm;
+    MediumOpener m_files GUARDED_BY(m_mutex); // after the sessions, which it calls until it is destroyed
+    Alarm m_alarm;                            // likewise
 };
 
 } // namespace desktop

@@ -55,7 +55,7 @@ void setUpWindow(const Mpv& mpv)
     mpv.setOption("input-cursor", "no");
     mpv.setOption("title", "${?metadata/title:${metadata/title} - }desktop-tv");
     mpv.setOption("stop-screensaver", "yes");
-    mpv.setOption("geometry", "960x540"); // of a television's shape, whatever it shows
+    mpv.setOption("geometry", "75%x75%"); // of the screen's shape, whatever it shows
     mpv.setOption("keepaspect-window", "no");
 }
 

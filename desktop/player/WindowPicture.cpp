@@ -14,11 +14,11 @@ namespace {
 /// What mpv has taken from its window; empty when it has not.
 class Screenshot {
 public:
-    // Without a graphics driver mpv cannot take the window, only the video with its subtitles.
     explicit Screenshot(const Mpv& mpv)
     {
-        for (const char* const what : {"window", "subtitles"}) {
-            const char* words[] = {"screenshot-raw", what, nullptr};
+        // Without OpenGL there is none of the window, but one of the picture with its subtitles.
+        for (const char* const part : {"window", "subtitles"}) {
+            const char* words[] = {"screenshot-raw", part, nullptr};
             m_taken = m_taken || mpv_command_ret(&mpv.handle(), words, &m_node) >= 0;
         }
     }

@@ -76,7 +76,6 @@ TEST(ShellHelp, Command_IsExplainedWithItsKeys)
               "  \"dirpath\": string, required; where to look\n");
     EXPECT_THAT(commandHelp("storagemedia.folder.chgdir"),
                 HasSubstr("  Answered by storagemedia.folder.chgdir.complete.\n"));
-    EXPECT_THAT(commandHelp("storagemedia.media.playfile"), HasSubstr("  The desktop does not offer it yet.\n"));
     EXPECT_EQ(commandHelp("nonsense"), "");
     EXPECT_THAT(shellHelp(), HasSubstr("storagemedia.video.clear.resume"));
 }

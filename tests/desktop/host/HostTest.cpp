@@ -252,6 +252,10 @@ TEST_F(HostTest, Screen_IsSwitchedAndToldOf)
 TEST_F(HostTest, KeyOfAPlayersWindow_IsToldToSubscribers)
 {
     const auto subscription = host.subscribe(kLimit);
+    FolderFileInfo_s film;
+    film.type = FILE_TYPE_VIDEO;
+    const EntryList list = std::make_shared<std::vector<FolderFileInfo_s>>(1, film);
+    ASSERT_TRUE(DesktopMiddleware::instance().playback().play({list, FILE_TYPE_VIDEO}));
     players.video().press("SPACE");
     const auto pressed = next<KeyPressed>(*subscription);
     ASSERT_NE(pressed, nullptr);

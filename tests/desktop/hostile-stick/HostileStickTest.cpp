@@ -3,6 +3,8 @@
 
 #include "desktop/text/NameEncoding.h"
 
+#include "platform/SocMwTypes.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -31,6 +33,8 @@ const long kMemoryBound = kWhole ? 2'000'000 : 400'000; // with the sanitizer's 
 #else
 const long kMemoryBound = kWhole ? 450'000 : 100'000;
 #endif
+
+constexpr const char* kPlay = "storagemedia.media.playfile";
 
 const std::map<int, std::string> kTypeNames = {{0, "closed"}, {1, "folder"}, {2, "file"},
                                                {3, "photo"},  {4, "video"},  {5, "music"}};
@@ -112,6 +116,40 @@ TEST_F(HostileStickTest, EveryFolder_IsListedWholeAndInBoundedMemory)
     }
     EXPECT_LT(peakMemory(shell.program.pid()), kMemoryBound);
     EXPECT_EQ(shell.program.wait(), 0);
+}
+
+TEST_F(HostileStickTest, EveryDamagedFile_PlaysOrSaysWhyNot)
+{
+    const std::set<std::string> ends = {"storagemedia.media.loadsuccess", "storagemedia.media.photo.loadsuccess",
+                                        "storagemedia.media.loadfailed"};
+    Shell shell({"--stick", kStick, "--cache", "none", "--log-level", "off"});
+    std::size_t played = 0;
+    for (const char* folder : {"mutations", "bombs", "sparse", "specials", "links"}) {
+        const std::string path = kStick + "/" + folder;
+        shell.send("storagemedia.folder.chgdir", testsupport::changeRequest(path));
+        const Json::Value entries = shell.notification("storagemedia.folder.chgdir.complete")["body"]["filelst"];
+        for (Json::ArrayIndex i = 0; i < entries.size(); ++i) {
+            Json::Value request;
+            request["dirpath"] = path;
+            request["index"] = i;
+            request["type"] = entries[i]["type"] == FILE_TYPE_PANORAMA ? Json::Value(FILE_TYPE_PHOTO) : entries[i]["type"];
+            request["playall"] = false;
+            if (request["type"].asInt() < FILE_TYPE_PHOTO || request["type"].asInt() > FILE_TYPE_MUSIC) {
+                continue;
+            }
+            ++played;
+            shell.send(kPlay, request);
+            const Json::Value reply = shell.next([](const Json::Value& line) { return line["command"] == kPlay; });
+            ASSERT_EQ(reply["reply"]["count"].asUInt(), i) << entries[i]["name"];
+            const Json::Value end = shell.next(
+                [&ends](const Json::Value& line) { return ends.count(line["notification"].asString()) > 0; });
+            ASSERT_EQ(end["body"]["path"], entries[i]["path"]) << entries[i]["name"];
+            shell.send("storagemedia.media.stopfile", request);
+        }
+    }
+    EXPECT_GT(played, kWhole ? 400U : 20U);
+    shell.send("storagemedia.close.mmbroswer");
+    EXPECT_EQ(shell.program.wait(), 0) << shell.program.errors();
 }
 
 TEST_F(HostileStickTest, Search_FindsEveryVideoOnce)

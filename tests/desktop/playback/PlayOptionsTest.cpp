@@ -120,18 +120,18 @@ TEST_F(PlayOptionsTest, Choices_ReachThePlayers)
     expected.speed = 1.5;
     expected.pictureSize = PictureSize::SixteenToNine;
     expected.subtitles = false;
-    EXPECT_EQ(players.video().options().back(), expected);
-    EXPECT_EQ(players.music().options().back().speed, 1.5);
-    EXPECT_EQ(players.photo().options().back().zoom, 2.5);
+    EXPECT_EQ(playback.options(FILE_TYPE_VIDEO), expected);
+    EXPECT_EQ(playback.options(FILE_TYPE_MUSIC).speed, 1.5);
+    EXPECT_EQ(playback.options(FILE_TYPE_PHOTO).zoom, 2.5);
     EXPECT_EQ(options.all()["subtitles"], false);
 }
 
 TEST_F(PlayOptionsTest, AutomaticCharset_IsNone)
 {
     EXPECT_TRUE(options.set("subtitle", "charset", 1));
-    EXPECT_EQ(players.video().options().back().subtitleCharset, "UTF-8");
+    EXPECT_EQ(playback.options(FILE_TYPE_VIDEO).subtitleCharset, "UTF-8");
     EXPECT_TRUE(options.set("subtitle", "charset", 0));
-    EXPECT_EQ(players.video().options().back().subtitleCharset, "");
+    EXPECT_EQ(playback.options(FILE_TYPE_VIDEO).subtitleCharset, "");
 }
 
 TEST_F(PlayOptionsTest, UnknownNames_AreRefused)

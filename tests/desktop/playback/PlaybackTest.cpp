@@ -518,11 +518,16 @@ TEST_F(PlaybackTest, Options_AreTakenForWhatPlaysAndWhatFollows)
         return facts == nullptr;
     }));
     EXPECT_EQ(playback.options(FILE_TYPE_VIDEO), options);
-    EXPECT_EQ(players.video().options().back(), options);
+    EXPECT_FALSE(players.made(FILE_TYPE_VIDEO));
     ASSERT_TRUE(play(FILE_TYPE_VIDEO, 0));
     EXPECT_EQ(players.video().loaded(1).options.subtitleScale, 1.5);
     EXPECT_EQ(players.video().loaded(1).options.turn, 0); // was meant for another medium
     EXPECT_EQ(players.video().loaded(1).options.audioTrack, 0);
+    playback.changeOptions(FILE_TYPE_VIDEO, [](PlayerOptions& changed, const MediaFacts*) {
+        changed.subtitlePosition = 7;
+        return true;
+    });
+    EXPECT_EQ(players.video().options().back().subtitlePosition, 7);
 }
 
 TEST_F(PlaybackTest, FactsThatChange_AreKnown)

@@ -32,7 +32,7 @@ Names linkedBy(const std::string& binary)
 /// The libraries in the first column of the table below @p heading.
 Names listedBelow(const std::string& heading)
 {
-    static const std::regex kLibrary("lib[a-z0-9]+");
+    static const std::regex kLibrary("lib[a-z0-9]+(-[0-9.]+)?");
     Names names;
     bool inside = false;
     std::ifstream page(LIBRARIES_PAGE);

@@ -233,10 +233,12 @@ TEST_F(ShellTest, FolderThatIsNoneOrNotOnAStick_IsRefused)
 TEST_F(ShellTest, WhatTheDesktopDoesNotOffer_IsRefused)
 {
     Shell shell(options());
-    shell.send("storagemedia.video.clear.resume");
+    Json::Value request;
+    request["type"] = 4;
+    shell.send("storagemedia.dmr.playfile", request);
     EXPECT_EQ(shell.reply()["result"], false);
     EXPECT_EQ(shell.program.wait(), 0);
-    EXPECT_NE(shell.program.errors().find("does not offer videoClearResume yet"), std::string::npos);
+    EXPECT_NE(shell.program.errors().find("no controller has given the renderer anything to play"), std::string::npos);
 }
 
 TEST_F(ShellTest, StickThatGoesAndComes_IsAnnounced)

@@ -4,70 +4,65 @@
 #include "tests/desktop/support/Program.h"
 #include "tests/support/TemporaryDirectory.h"
 
-#include <algorithm>
 #include <cstdint>
-#include <cstdlib>
-#include <string>
+#include <stdexcept>
 
 namespace testsupport {
 
-/// A display of 1280 x 720 points in memory, which programs that are started meanwhile show their windows on.
+/// A display of 640 x 360 pixels that nobody sees, with an X server of its own.
 class Display {
 public:
     Display()
-        : m_server({"Xvfb", "-displayfd", "1", "-screen", "0", "1280x720x24", "-fbdir", m_folder.path(), "-nolisten", "tcp",
-                    "-ac"})
     {
-        m_works = m_server.readUntil([this] { return m_server.output().find('\n') != std::string::npos; });
-        const std::string number = m_server.output().substr(0, m_server.output().find('\n'));
-        setenv("DISPLAY", (":" + number).c_str(), 1);
-        unsetenv("XAUTHORITY");
+        if (!m_server.readUntil([this] { return m_server.output().find('\n') != std::string::npos; })) {
+            throw std::runtime_error("no X server: " + m_server.errors());
+        }
     }
-    ~Display() { unsetenv("DISPLAY"); }
-    Display(const Display&) = delete;
-    Display& operator=(const Display&) = delete;
 
-    bool works() const { return m_works; }
+    /// What DISPLAY is set to for its clients.
+    std::string name() const { return ":" + m_server.output().substr(0, m_server.output().find('\n')); }
 
-    /// What is on it: the server keeps it in a file, a header of big-endian numbers, colours, then points of four bytes.
+    /// What is on it now.
     Picture picture() const
     {
-        const std::string file = readFile(m_folder.path("Xvfb_screen0"));
-        const auto number = [&file](std::size_t index) {
+        const std::string dump = readFile(m_folder.path("Xvfb_screen0"));
+        const auto number = [&dump](std::size_t index) { // of the header, the most significant byte first
             std::uint32_t value = 0;
             for (std::size_t i = 0; i < 4; ++i) {
-                value = value << 8U | static_cast<unsigned char>(file.at(4 * index + i));
+                value = value << 8 | static_cast<unsigned char>(dump.at(4 * index + i));
             }
             return value;
         };
-        constexpr std::size_t kHeader = 0, kWidth = 4, kHeight = 5, kPitch = 12, kColors = 19, kBytesOfColor = 12;
+        constexpr std::size_t kHeaderBytes = 0, kWidth = 4, kHeight = 5, kLineBytes = 12, kColours = 19;
+        constexpr std::size_t kColourBytes = 12;
         Picture picture;
         picture.width = static_cast<int>(number(kWidth));
         picture.height = static_cast<int>(number(kHeight));
-        const std::size_t begin = number(kHeader) + number(kColors) * kBytesOfColor;
+        const std::size_t points = number(kHeaderBytes) + number(kColours) * kColourBytes;
         for (std::size_t y = 0; y < number(kHeight); ++y) {
             for (std::size_t x = 0; x < number(kWidth); ++x) {
-                const std::size_t point = begin + y * number(kPitch) + x * 4;
-                for (const std::size_t color : {2U, 1U, 0U}) {
-                    picture.rgb.push_back(static_cast<unsigned char>(file.at(point + color)));
+                const std::size_t point = points + y * number(kLineBytes) + x * 4; // blue, green, red
+                for (const std::size_t colour : {2, 1, 0}) {
+                    picture.rgb.push_back(static_cast<unsigned char>(dump.at(point + colour)));
                 }
             }
         }
         return picture;
     }
 
-    /// Runs xdotool on the window called @p title with the words @p actions; false when it fails.
-    static bool act(const std::string& title, const std::vector<std::string>& actions)
+    /// Presses key @p key, as X names it.
+    void press(const std::string& key) const
     {
-        std::vector<std::string> command = {"xdotool", "search", "--sync", "--onlyvisible", "--name", title};
-        command.insert(command.end(), actions.begin(), actions.end());
-        return Program(command).wait() == 0;
+        Program program({"env", "DISPLAY=" + name(), "xdotool", "key", key});
+        if (program.wait() != 0) {
+            throw std::runtime_error("no key: " + program.errors());
+        }
     }
 
 private:
     TemporaryDirectory m_folder;
-    Program m_server;
-    bool m_works = false;
+    Program m_server{
+        {"Xvfb", "-displayfd", "1", "-screen", "0", "640x360x24", "-fbdir", m_folder.path(), "-nolisten", "tcp"}};
 };
 
 } // namespace testsupport

@@ -73,7 +73,15 @@ public:
         };
     }
 
-    FakePlayer& of(FileType kind) { return *m_players[slot(kind)]; }
+    /// The player for @p kind, once it has been made.
+    FakePlayer& of(FileType kind)
+    {
+        if (m_players[slot(kind)] == nullptr) {
+            throw std::runtime_error("there is no such player yet");
+        }
+        return *m_players[slot(kind)];
+    }
+    bool made(FileType kind) const { return m_players[slot(kind)] != nullptr; }
     FakePlayer& video() { return of(FILE_TYPE_VIDEO); }
     FakePlayer& music() { return of(FILE_TYPE_MUSIC); }
     FakePlayer& photo() { return of(FILE_TYPE_PHOTO); }
