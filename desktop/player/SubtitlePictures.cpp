@@ -65,15 +65,13 @@ Place placeOf(const AVSubtitle& subtitle)
 
 void paint(const AVSubtitleRect& rect, const Place& place, std::vector<unsigned char>& rgba)
 {
-    constexpr std::size_t kBytes = 4;
+    constexpr std::ptrdiff_t kBytes = 4;
     const auto* const palette = reinterpret_cast<const std::uint32_t*>(rect.data[1]);
-    const auto width = static_cast<std::size_t>(place.size().width);
     for (int y = 0; y < rect.h; ++y) {
         for (int x = 0; x < rect.w; ++x) {
             const std::uint32_t color = palette[rect.data[0][std::ptrdiff_t{y} * rect.linesize[0] + x]];
-            const std::size_t line = static_cast<std::size_t>(rect.y - place.top + y);
-            unsigned char* const point =
-                rgba.data() + (line * width + static_cast<std::size_t>(rect.x - place.left + x)) * kBytes;
+            const std::ptrdiff_t line = rect.y - place.top + y;
+            unsigned char* const point = rgba.data() + (line * place.size().width + rect.x - place.left + x) * kBytes;
             point[0] = static_cast<unsigned char>(color >> 16U);
             point[1] = static_cast<unsigned char>(color >> 8U);
             point[2] = static_cast<unsigned char>(color);

@@ -199,12 +199,7 @@ void PlayerProcess::command(const char* what, const char* key, const Json::Value
 
 void PlayerProcess::work()
 {
-    if (m_settings.ahead) {
-        try {
-            start();
-        } catch (const std::exception&) { // told with the first medium
-        }
-    }
+    startAhead();
     while (workPosted()) {
         wait();
         watchDeadlines();
@@ -213,6 +208,14 @@ void PlayerProcess::work()
         frame.handle({});
     }
     endProcess();
+}
+
+void PlayerProcess::startAhead()
+try {
+    if (m_settings.ahead) {
+        start();
+    }
+} catch (const std::exception&) { // told with the next medium
 }
 
 // Whether to go on.
@@ -305,6 +308,8 @@ void PlayerProcess::watchClosing(Clock::time_point now)
     endProcess();
     if (m_playing) {
         sendMedium();
+    } else {
+        startAhead();
     }
 }
 
@@ -423,7 +428,7 @@ void PlayerProcess::start()
 
 void PlayerProcess::endProcess()
 {
-    endInBackground(std::move(m_process));
+    endInBackground(std::exchange(m_process, nullptr));
     m_closing.clear();
 }
 

@@ -87,6 +87,7 @@ private:
     void frameDrawn(const Json::Value& body);
 
     void start();
+    void startAhead();
     void lose(const std::string& why);
     void died();
     void endProcess();

@@ -326,7 +326,9 @@ TEST_F(PlayerFaults, EndOfThePlayer_EndsItsProcess)
 
 TEST(PlayerProgram, NotThere_IsNamed)
 {
-    Playing playing({"/nowhere/player"});
+    PlayerSettings settings;
+    settings.program = "/nowhere/player";
+    Playing playing(settings);
     EXPECT_FALSE(playing.load(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO));
     const auto end = playing.end();
     ASSERT_TRUE(end);
