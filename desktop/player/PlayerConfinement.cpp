@@ -58,7 +58,7 @@ void addWindow(FileRules& rules)
     for (const char* const path : {"/sys/dev", "/sys/devices", "/sys/class/drm", "/etc/X11", "/tmp/.X11-unix"}) {
         rules.readable.emplace_back(path);
     }
-    for (const char* const path : {"/dev/dri", "/dev/shm", "/dev/nvidia0", "/dev/nvidiactl", "/dev/nvidia-modeset"}) {
+    for (const char* const path : {"/dev/dri", "/dev/nvidia0", "/dev/nvidiactl", "/dev/nvidia-modeset"}) {
         rules.writable.emplace_back(path);
     }
 }
@@ -70,9 +70,7 @@ void addSound(FileRules& rules)
     }
     rules.readable.push_back(placeOf("PULSE_COOKIE", "HOME", "/.config/pulse/cookie"));
     rules.readable.push_back(placeOf("PULSE_RUNTIME_PATH", "XDG_RUNTIME_DIR", "/pulse"));
-    for (const char* const path : {"/dev/snd", "/dev/shm"}) {
-        rules.writable.emplace_back(path);
-    }
+    rules.writable.emplace_back("/dev/snd");
 }
 
 FileRules rulesFor(const PlayerOutput& output)
@@ -181,8 +179,7 @@ constexpr int kForbidden[] = {SCMP_SYS(ptrace),
                               SCMP_SYS(personality),
                               SCMP_SYS(inotify_add_watch),
                               SCMP_SYS(fanotify_init),
-                              SCMP_SYS(msgget),
-                              SCMP_SYS(semget)};
+                              SCMP_SYS(msgget)};
 
 struct ReleaseFilter {
     void operator()(void* filter) const { seccomp_release(filter); }
