@@ -55,6 +55,8 @@ void setUpWindow(const Mpv& mpv)
     mpv.setOption("input-cursor", "no");
     mpv.setOption("title", "${?metadata/title:${metadata/title} - }desktop-tv");
     mpv.setOption("stop-screensaver", "yes");
+    mpv.setOption("geometry", "75%x75%"); // of the screen's shape, whatever it shows
+    mpv.setOption("keepaspect-window", "no");
 }
 
 // A filter of quarter turns, for which mpv needs no rotation of its own.
@@ -97,7 +99,7 @@ void applySubtitles(const Mpv& mpv, const PlayerOptions& options)
     mpv.setFlag("sub-visibility", options.subtitles);
     mpv.set("sub-scale", options.subtitleScale);
     mpv.set("sub-color", std::string(color));
-    mpv.set("sub-pos", static_cast<double>(options.subtitlePosition));
+    mpv.set("sub-pos", std::to_string(options.subtitlePosition));
     mpv.set("sub-delay", options.subtitleDelay / kMilliseconds);
     mpv.set("sub-ass-override", std::string(isOwn ? "force" : "yes")); // else a file's own style counts
 }

@@ -225,6 +225,9 @@ void Player::setOptions(const PlayerOptions& options)
         addSubtitles();
     }
     chooseTracks();
+    if (m_medium->paused && before.subtitleTrack != options.subtitleTrack && m_medium->loaded) {
+        m_mpv.commandLater({"seek", "0", "relative+exact"}); // mpv reads the track from here on, not what is shown already
+    }
 }
 
 void Player::takeFrame(WorkerMessage message)
@@ -506,7 +509,7 @@ void Player::handleRestart()
 void Player::becomeLoaded()
 {
     m_medium->loaded = true;
-    if (m_output.window && m_medium->prepared->probed.canShow && m_mpv.text("current-vo").empty()) {
+    if (m_output.window && !hasPicture()) {
         end({PlayerEnded::Reason::LoadFailed, kNoDisplay, 0});
         return;
     }
@@ -532,12 +535,19 @@ void Player::handleEndOfFile(const mpv_event_end_file& ended)
         end(readFailure(*m_medium->file));
     } else if (m_medium->loaded) {
         finish();
-    } else if (ended.error == MPV_ERROR_VO_INIT_FAILED) {
+    } else if (m_output.window && !hasPicture()) {
         end({PlayerEnded::Reason::LoadFailed, kNoDisplay, 0});
     } else {
         const char* const why = ended.error < 0 ? mpv_error_string(ended.error) : "It holds nothing that plays.";
         end({PlayerEnded::Reason::LoadFailed, std::string("The file cannot be played: ") + why, 0});
     }
+}
+
+// Whether mpv shows what there is to be shown.
+bool Player::hasPicture() const
+{
+    const bool isExpected = m_medium->prepared && m_medium->prepared->probed.canShow;
+    return !isExpected || !m_mpv.text("current-vo").empty();
 }
 
 void Player::handleProperty(const mpv_event_property& property)
@@ -613,7 +623,7 @@ void Player::updatePictures()
         if (track.media.id == m_medium->facts.subtitleTrack && isPictureSubtitle(track.media.codec)) {
             const VideoFacts& video = m_medium->facts.video;
             m_medium->pictures = std::make_unique<SubtitlePictures>(
-                PictureTrack{track.file, track.stream, video.width, video.height},
+                PictureTrack{track.file, track.stream, track.media.external, video.width, video.height},
                 [this, mailbox = m_mailbox, number = m_medium->number](PlayerSubtitlePicture picture) {
                     auto shown = std::make_shared<PlayerSubtitlePicture>(std::move(picture));
                     mailbox->post([this, number, shown] { showPicture(number, std::move(*shown)); });

@@ -99,6 +99,7 @@ private:
     void handleRestart();
     void becomeLoaded();
     void handleEndOfFile(const mpv_event_end_file& ended);
+    bool hasPicture() const;
     void handleProperty(const mpv_event_property& property);
     void handleMessage(const mpv_event_client_message& message);
 

@@ -1,9 +1,11 @@
 #include "desktop/player/PlayerConfinement.h"
 
 #include "desktop/player/FileRules.h"
+#include "desktop/player/MemoryFile.h"
 #include "desktop/worker/ProcessRights.h"
 #include "desktop/workers/WorkerChannel.h"
 
+#include <fcntl.h>
 #include <malloc.h>
 #include <sched.h>
 #include <seccomp.h>
@@ -40,13 +42,23 @@ std::string placeOf(const char* name, const char* folder, const char* below)
     return !place.empty() || parent.empty() ? place : parent + below;
 }
 
+// What lets us into the display is read before this process loses the right to, and left to it as a file in memory.
+void keepDisplaysKey()
+{
+    constexpr std::int64_t kMost = 64 << 10; // bytes
+    const UniqueFd file(open(placeOf("XAUTHORITY", "HOME", "/.Xauthority").c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    UniqueFd copy = copyInMemory(file.get(), kMost);
+    if (copy) {
+        setenv("XAUTHORITY", ("/proc/self/fd/" + std::to_string(copy.release())).c_str(), 1);
+    }
+}
+
 void addWindow(FileRules& rules)
 {
     for (const char* const path : {"/sys/dev", "/sys/devices", "/sys/class/drm", "/etc/X11", "/tmp/.X11-unix"}) {
         rules.readable.emplace_back(path);
     }
-    rules.readable.push_back(placeOf("XAUTHORITY", "HOME", "/.Xauthority"));
-    for (const char* const path : {"/dev/dri", "/dev/shm", "/dev/nvidia0", "/dev/nvidiactl", "/dev/nvidia-modeset"}) {
+    for (const char* const path : {"/dev/dri", "/dev/nvidia0", "/dev/nvidiactl", "/dev/nvidia-modeset"}) {
         rules.writable.emplace_back(path);
     }
 }
@@ -58,9 +70,7 @@ void addSound(FileRules& rules)
     }
     rules.readable.push_back(placeOf("PULSE_COOKIE", "HOME", "/.config/pulse/cookie"));
     rules.readable.push_back(placeOf("PULSE_RUNTIME_PATH", "XDG_RUNTIME_DIR", "/pulse"));
-    for (const char* const path : {"/dev/snd", "/dev/shm"}) {
-        rules.writable.emplace_back(path);
-    }
+    rules.writable.emplace_back("/dev/snd");
 }
 
 FileRules rulesFor(const PlayerOutput& output)
@@ -169,8 +179,7 @@ constexpr int kForbidden[] = {SCMP_SYS(ptrace),
                               SCMP_SYS(personality),
                               SCMP_SYS(inotify_add_watch),
                               SCMP_SYS(fanotify_init),
-                              SCMP_SYS(msgget),
-                              SCMP_SYS(semget)};
+                              SCMP_SYS(msgget)};
 
 struct ReleaseFilter {
     void operator()(void* filter) const { seccomp_release(filter); }
@@ -229,6 +238,9 @@ std::string confinePlayer(const PlayerOutput& output)
 {
     if (close_range(kWorkerChannel + 1, ~0U, 0) != 0) {
         return "No file is played: open ones could not be closed.";
+    }
+    if (output.window) {
+        keepDisplaysKey();
     }
     if (!dropRights()) {
         return "No file is played: rights could not be given up.";

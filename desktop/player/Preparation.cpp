@@ -58,6 +58,13 @@ void prepareStreams(const OpenMedium& file, std::vector<SubtitleFile> subtitles,
     }
 }
 
+// The libraries do not say that it is the reading which fails.
+bool isUnreadable(OpenMedium& file)
+{
+    char first = 0;
+    return file.read(&first, sizeof first, 0) < 0 || file.error() != 0;
+}
+
 } // namespace
 
 PreparedMedium prepareMedium(FileType type, OpenMedium& file, std::vector<SubtitleFile> subtitles)
@@ -72,7 +79,7 @@ PreparedMedium prepareMedium(FileType type, OpenMedium& file, std::vector<Subtit
     } catch (const std::bad_alloc&) {
         medium.refusal = loadFailure("The file wants more memory than it may have.");
     } catch (const std::exception& error) {
-        medium.refusal = file.error() != 0 ? readFailure(file) : loadFailure(error.what());
+        medium.refusal = isUnreadable(file) ? readFailure(file) : loadFailure(error.what());
     }
     return medium;
 }

@@ -54,7 +54,7 @@ void StreamFiles::attachTo(mpv_handle& mpv)
 std::string StreamFiles::add(std::shared_ptr<OpenMedium> file)
 {
     const LockGuard lock(m_mutex);
-    const std::string name = std::string(kScheme) + "://" + std::to_string(++m_last);
+    std::string name = std::string(kScheme) + "://" + std::to_string(++m_last);
     m_files.emplace(name, std::move(file));
     return name;
 }

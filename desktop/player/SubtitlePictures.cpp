@@ -65,15 +65,13 @@ Place placeOf(const AVSubtitle& subtitle)
 
 void paint(const AVSubtitleRect& rect, const Place& place, std::vector<unsigned char>& rgba)
 {
-    constexpr std::size_t kBytes = 4;
+    constexpr std::ptrdiff_t kBytes = 4;
     const auto* const palette = reinterpret_cast<const std::uint32_t*>(rect.data[1]);
-    const auto width = static_cast<std::size_t>(place.size().width);
     for (int y = 0; y < rect.h; ++y) {
         for (int x = 0; x < rect.w; ++x) {
             const std::uint32_t color = palette[rect.data[0][std::ptrdiff_t{y} * rect.linesize[0] + x]];
-            const std::size_t line = static_cast<std::size_t>(rect.y - place.top + y);
-            unsigned char* const point =
-                rgba.data() + (line * width + static_cast<std::size_t>(rect.x - place.left + x)) * kBytes;
+            const std::ptrdiff_t line = rect.y - place.top + y;
+            unsigned char* const point = rgba.data() + (line * place.size().width + rect.x - place.left + x) * kBytes;
             point[0] = static_cast<unsigned char>(color >> 16U);
             point[1] = static_cast<unsigned char>(color >> 8U);
             point[2] = static_cast<unsigned char>(color);
@@ -108,7 +106,8 @@ PlayerSubtitlePicture pictureOf(const AVSubtitle& subtitle, PixelSize screen, Pi
 class TrackReader {
 public:
     explicit TrackReader(const PictureTrack& track)
-        : m_video{track.width, track.height}
+        : m_external(track.external)
+        , m_video{track.width, track.height}
         , m_input(track.file->fd(), kTime)
         , m_packet(own(av_packet_alloc()))
     {
@@ -127,7 +126,9 @@ public:
     {
         const double start = std::max(position - kBefore, 0.0) + startTime();
         const auto time = static_cast<std::int64_t>(start * AV_TIME_BASE);
-        avformat_seek_file(m_input.operator->(), -1, INT64_MIN, time, time, 0);
+        if (avformat_seek_file(m_input.operator->(), -1, INT64_MIN, time, time, 0) < 0) {
+            avformat_seek_file(m_input.operator->(), -1, INT64_MIN, time, INT64_MAX, 0); // the first one comes later
+        }
         avcodec_flush_buffers(m_decoder.get());
         m_readUpTo = 0;
         m_isAtEnd = false;
@@ -162,9 +163,11 @@ private:
             stream->discard = stream == m_stream || stream == video ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
         }
     }
+    // Where the video's own time begins; other files keep to it.
     double startTime() const
     {
-        return m_input->start_time != AV_NOPTS_VALUE ? static_cast<double>(m_input->start_time) / AV_TIME_BASE : 0;
+        return !m_external && m_input->start_time != AV_NOPTS_VALUE ? static_cast<double>(m_input->start_time) / AV_TIME_BASE
+                                                                    : 0;
     }
     double secondsOf(std::int64_t stamp, const AVStream& stream) const
     {
@@ -204,6 +207,7 @@ private:
         return static_cast<double>(m_packet->duration) * av_q2d(m_stream->time_base);
     }
 
+    const bool m_external;
     const PixelSize m_video;
     AvInput m_input;
     const PacketPointer m_packet;

@@ -12,9 +12,10 @@ namespace desktop {
 /// The subtitle track whose pictures are wanted.
 struct PictureTrack {
     std::shared_ptr<OpenMedium> file;
-    int stream = 0; ///< libavformat's index
-    int width = 0;  ///< pixels of the video
-    int height = 0; ///< pixels of the video
+    int stream = 0;        ///< libavformat's index
+    bool external = false; ///< whether the file is another one than the video
+    int width = 0;         ///< pixels of the video
+    int height = 0;        ///< pixels of the video
 };
 
 /// Decodes the pictures of a subtitle track beside mpv, which only draws them, along the position that plays. Reads on a

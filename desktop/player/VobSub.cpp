@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 
 namespace desktop {
 
@@ -37,7 +36,7 @@ private:
     {
         auto& self = *static_cast<TextInput*>(input);
         const std::size_t got = std::min(static_cast<std::size_t>(size), self.m_text.size() - self.m_offset);
-        std::memcpy(buffer, self.m_text.data() + self.m_offset, got);
+        std::copy_n(self.m_text.data() + self.m_offset, got, buffer);
         self.m_offset += got;
         return got > 0 ? static_cast<int>(got) : AVERROR_EOF;
     }
@@ -107,7 +106,7 @@ public:
         std::uint8_t* bytes = nullptr;
         const int size = m_format->pb != nullptr ? avio_close_dyn_buf(m_format->pb, &bytes) : 0;
         m_format->pb = nullptr;
-        const std::string taken(reinterpret_cast<char*>(bytes), static_cast<std::size_t>(std::max(size, 0)));
+        std::string taken(reinterpret_cast<char*>(bytes), static_cast<std::size_t>(std::max(size, 0)));
         av_free(bytes);
         return taken;
     }

@@ -199,12 +199,7 @@ void PlayerProcess::command(const char* what, const char* key, const Json::Value
 
 void PlayerProcess::work()
 {
-    if (m_settings.ahead) {
-        try {
-            start();
-        } catch (const std::exception&) { // told with the first medium
-        }
-    }
+    startAhead();
     while (workPosted()) {
         wait();
         watchDeadlines();
@@ -213,6 +208,14 @@ void PlayerProcess::work()
         frame.handle({});
     }
     endProcess();
+}
+
+void PlayerProcess::startAhead()
+try {
+    if (m_settings.ahead) {
+        start();
+    }
+} catch (const std::exception&) { // told with the next medium
 }
 
 // Whether to go on.
@@ -305,6 +308,8 @@ void PlayerProcess::watchClosing(Clock::time_point now)
     endProcess();
     if (m_playing) {
         sendMedium();
+    } else {
+        startAhead();
     }
 }
 
@@ -316,14 +321,12 @@ void PlayerProcess::begin(std::shared_ptr<PlayerMedium> medium)
         return; // another one has come meanwhile, or none is wanted
     }
     const Clock::time_point now = Clock::now();
-    if (m_playing) {
-        m_closing[m_playing->number] = now + m_settings.closing;
-    }
+    expectClosing(m_settings.closing);
     for (auto& [number, end] : m_closing) {
         end = std::min(end, now + m_settings.closing);
     }
     const std::uint64_t number = medium->number;
-    m_playing = Playing{number, std::move(medium), now + m_settings.load, 0};
+    m_playing = Playing{number, std::move(medium), now + m_settings.load, 0, false, false};
     sendMedium();
 }
 
@@ -364,11 +367,19 @@ void PlayerProcess::letGo()
     if (!m_playing) {
         return;
     }
-    m_closing[m_playing->number] = Clock::now() + m_settings.unloading;
+    expectClosing(m_settings.unloading);
     const Json::Value message = messageFor(m_playing->number, "unload");
     m_playing.reset();
     if (!sendMessage(m_process->channel(), message)) {
         endProcess();
+    }
+}
+
+// The process is to let go of what plays within @p time.
+void PlayerProcess::expectClosing(std::chrono::milliseconds time)
+{
+    if (m_playing && !m_playing->closed) {
+        m_closing[m_playing->number] = Clock::now() + time;
     }
 }
 
@@ -417,7 +428,7 @@ void PlayerProcess::start()
 
 void PlayerProcess::endProcess()
 {
-    endInBackground(std::move(m_process));
+    endInBackground(std::exchange(m_process, nullptr));
     m_closing.clear();
 }
 
@@ -427,15 +438,30 @@ void PlayerProcess::lose(const std::string& why)
     endPlaying(PlayerEnded::Reason::PlayerLost, why);
 }
 
+// One that has died before it took notice of a medium has not died of it: another process gets it, once.
+void PlayerProcess::died()
+{
+    if (!m_playing || m_playing->medium == nullptr || m_playing->answered) {
+        lose(kDied);
+        return;
+    }
+    m_playing->answered = true;
+    endProcess();
+    sendMedium();
+}
+
 void PlayerProcess::receive()
 {
     std::optional<WorkerMessage> message = receiveMessage(m_process->channel());
     if (!message) {
-        lose(kDied);
+        died();
         return;
     }
     m_speaks = true;
     m_heard = Clock::now();
+    if (m_playing) {
+        m_playing->answered = true;
+    }
     handleMessage(std::move(*message));
 }
 
@@ -445,7 +471,11 @@ void PlayerProcess::handleMessage(WorkerMessage message)
     if (tells == "frame") {
         frameDrawn(message.body);
     } else if (tells == "closed" && message.body["medium"].isUInt64()) {
-        m_closing.erase(message.body["medium"].asUInt64());
+        const std::uint64_t number = message.body["medium"].asUInt64();
+        m_closing.erase(number);
+        if (m_playing && m_playing->number == number) {
+            m_playing->closed = true;
+        }
     } else if (std::optional<PlayerEvent> event = eventFromJson(message.body)) {
         handleEvent(std::move(*event), message.files);
     }
@@ -463,7 +493,7 @@ void PlayerProcess::handleEvent(PlayerEvent event, const std::vector<UniqueFd>& 
     } else if (auto* const picture = std::get_if<PlayerSubtitlePicture>(&event.told)) {
         picture->png = !files.empty() ? pngIn(files.front().get()) : "";
     } else if (std::holds_alternative<PlayerEnded>(event.told)) {
-        m_closing[event.medium] = Clock::now() + m_settings.unloading;
+        expectClosing(m_settings.unloading);
         m_playing.reset();
     }
     if (event.medium == m_wanted) {

@@ -53,7 +53,9 @@ private:
         std::uint64_t number = 0;
         std::shared_ptr<PlayerMedium> medium; ///< until it is loaded, for another process
         Clock::time_point loadEnd;
-        double position = 0; ///< seconds, the last that has been told
+        double position = 0;   ///< seconds, the last that has been told
+        bool answered = false; ///< the process has said something since it got the medium
+        bool closed = false;   ///< the process needs its file no more, as that of a photo
     };
     /// A picture that somebody waits for.
     struct Frame {
@@ -80,11 +82,14 @@ private:
     void sendMedium();
     bool trySendMedium();
     void letGo();
+    void expectClosing(std::chrono::milliseconds time);
     void orderFrame(int width, int height, FrameHandler handle);
     void frameDrawn(const Json::Value& body);
 
     void start();
+    void startAhead();
     void lose(const std::string& why);
+    void died();
     void endProcess();
     void receive();
     void handleMessage(WorkerMessage message);

@@ -17,9 +17,16 @@ namespace testsupport {
 /// A player, and what it tells, in the hands of a test.
 class Playing {
 public:
-    explicit Playing(desktop::PlayerSettings settings = {MEDIA_PLAYER})
+    explicit Playing(desktop::PlayerSettings settings = usual())
         : player(std::move(settings), [this](desktop::PlayerEvent event) { m_events.add(std::move(event)); })
     {
+    }
+
+    static desktop::PlayerSettings usual()
+    {
+        desktop::PlayerSettings settings;
+        settings.program = MEDIA_PLAYER;
+        return settings;
     }
 
     static desktop::PlayerMedium medium(const std::string& file, FileType type)
