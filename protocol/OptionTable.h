@@ -34,8 +34,8 @@ struct OptionDescription {
     const char* suboption;
     OptionKind kind;
     int initial;
-    int minimum; ///< of a choice or a range
-    int maximum; ///< likewise
+    int minimum;           ///< of a choice or a range
+    int maximum;           ///< likewise
     OptionChoices choices; ///< none unless it is a choice
     const char* unit;      ///< "ms", "s", "percent" or "rgb" (0xRRGGBB); empty: none
     const char* meaning;
