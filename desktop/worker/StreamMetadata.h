@@ -8,7 +8,8 @@
 
 namespace desktop {
 
-/// Reads from the file @p fd what describes the whole file: length, tags, and the size and turn of its picture. Throws MediaError.
+/// Reads from the file @p fd what describes the whole file: length, tags, and the size and turn of its picture. Throws
+/// MediaError.
 MediaMetadata readStreamMetadata(int fd);
 
 /// The tag @p key of the whole file, as it is stored; empty when there is none.

@@ -24,18 +24,18 @@ enum class PictureSize { Automatic = 0, FourToThree = 1, SixteenToNine = 2, Stre
 
 /// How a medium is played and shown. Values are within the ranges given; whoever sets them has checked.
 struct PlayerOptions {
-    int audioTrack = 0;                                ///< MediaTrack::id; 0: the file's own choice
-    int subtitleTrack = 0;                             ///< MediaTrack::id; 0: the file's own choice
-    bool subtitles = true;                             ///< whether they are shown; they are told in either case
-    double subtitleScale = 1.0;                        ///< 0.5 to 2
-    std::uint32_t subtitleColor = 0xFFFFFF;            ///< 0xRRGGBB
-    int subtitlePosition = 100;                        ///< percent of the screen's height, 0 to 100: the lower edge
-    int subtitleDelay = 0;                             ///< milliseconds, -60,000 to 60,000; positive: later
-    std::string subtitleCharset;                       ///< of files beside the video, as ICU names it; empty: guessed
-    double speed = 1.0;                                ///< 0.5 to 2
-    PictureSize pictureSize = PictureSize::Automatic;  ///< of videos
-    double zoom = 1.0;                                 ///< of photos, 1 to 8
-    int turn = 0;                                      ///< degrees clockwise, besides the file's own: 0, 90, 180, 270
+    int audioTrack = 0;                               ///< MediaTrack::id; 0: the file's own choice
+    int subtitleTrack = 0;                            ///< MediaTrack::id; 0: the file's own choice
+    bool subtitles = true;                            ///< whether they are shown; they are told in either case
+    double subtitleScale = 1.0;                       ///< 0.5 to 2
+    std::uint32_t subtitleColor = 0xFFFFFF;           ///< 0xRRGGBB
+    int subtitlePosition = 100;                       ///< percent of the screen's height, 0 to 100: the lower edge
+    int subtitleDelay = 0;                            ///< milliseconds, -60,000 to 60,000; positive: later
+    std::string subtitleCharset;                      ///< of files beside the video, as ICU names it; empty: guessed
+    double speed = 1.0;                               ///< 0.5 to 2
+    PictureSize pictureSize = PictureSize::Automatic; ///< of videos
+    double zoom = 1.0;                                ///< of photos, 1 to 8
+    int turn = 0;                                     ///< degrees clockwise, besides the file's own: 0, 90, 180, 270
 
     bool operator==(const PlayerOptions& other) const = default;
 };
@@ -50,7 +50,7 @@ struct SubtitleFile {
 
 /// What a player is to play.
 struct PlayerMedium {
-    std::uint64_t number = 0; ///< names this medium in the player's events; each is larger than the one before
+    std::uint64_t number = 0;          ///< names this medium in the player's events; each is larger than the one before
     FileType type = FILE_TYPE_UNKNOWN; ///< video, music, photo or 360-degree photo
     UniqueFd fd;                       ///< a regular file
     double start = 0;                  ///< seconds from which on it plays
@@ -61,10 +61,10 @@ struct PlayerMedium {
 
 /// A track of sound or subtitles.
 struct MediaTrack {
-    int id = 0;           ///< from 1 on, for each kind by itself; what PlayerOptions names
-    std::string title;    ///< may be empty; of a file beside the video: its name
-    std::string language; ///< as the file says; may be empty
-    std::string codec;    ///< as libavcodec names it
+    int id = 0;            ///< from 1 on, for each kind by itself; what PlayerOptions names
+    std::string title;     ///< may be empty; of a file beside the video: its name
+    std::string language;  ///< as the file says; may be empty
+    std::string codec;     ///< as libavcodec names it
     bool external = false; ///< from a file beside the video
 };
 
@@ -101,8 +101,8 @@ struct MediaFacts {
     std::string subtitle; ///< codec of the subtitle track that is chosen
     std::vector<MediaTrack> audioTracks{};
     std::vector<MediaTrack> subtitleTracks{};
-    int audioTrack = 0;    ///< the one that plays; 0: none
-    int subtitleTrack = 0; ///< the one that is chosen; 0: none
+    int audioTrack = 0;            ///< the one that plays; 0: none
+    int subtitleTrack = 0;         ///< the one that is chosen; 0: none
     bool audioUnsupported = false; ///< there is sound, which cannot be decoded: it plays on silently
     bool videoUnsupported = false; ///< there is a video, which cannot be decoded: only its sound plays
 };
@@ -134,18 +134,18 @@ struct PlayerSubtitleText {
 
 /// The picture subtitle that is shown from now on; no PNG: none.
 struct PlayerSubtitlePicture {
-    std::string png;                          ///< a PNG file
-    int x = 0, y = 0, width = 0, height = 0;  ///< in pixels of the video
+    std::string png;                         ///< a PNG file
+    int x = 0, y = 0, width = 0, height = 0; ///< in pixels of the video
 };
 
 /// Playing has ended.
 struct PlayerEnded {
     enum class Reason {
-        Finished,   ///< the end of the medium
-        LoadFailed, ///< it has never played: empty, no media, damaged
-        ReadFailed, ///< the file could not be read any more
+        Finished,    ///< the end of the medium
+        LoadFailed,  ///< it has never played: empty, no media, damaged
+        ReadFailed,  ///< the file could not be read any more
         Unsupported, ///< there is nothing in it that can be decoded
-        PlayerLost, ///< the player's process has died, or does not answer any more
+        PlayerLost,  ///< the player's process has died, or does not answer any more
     };
     Reason reason = Reason::Finished;
     std::string text;    ///< why, for the user, unless it is finished
@@ -187,8 +187,10 @@ public:
     virtual void load(PlayerMedium medium) = 0;
     /// Ends what plays, of which nothing more is told.
     virtual void unload() = 0;
+    /// Ends winding, too, where it is.
     virtual void pause(bool paused) = 0;
-    /// Winds: 2, 4, 8 or 16 times as fast, backwards when negative; 1 plays on.
+    /// Winds: 2, 4, 8 or 16 times as fast, backwards when negative; 1 plays on. None of them stays paused; photos are not
+    /// wound.
     virtual void wind(int speed) = 0;
     /// Jumps to @p seconds.
     virtual void seek(double seconds) = 0;
