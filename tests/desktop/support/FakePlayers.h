@@ -15,11 +15,21 @@ namespace testsupport {
 /// A player that plays nothing: it records what it is asked for, and tells what a test wants.
 class FakePlayer : public desktop::MediaPlayer {
 public:
-    FakePlayer(Handler handle, Gathered<std::string>& calls)
+    /// @p place points to the player as long as it lives, unless another has taken it.
+    FakePlayer(Handler handle, Gathered<std::string>& calls, std::atomic<FakePlayer*>& place)
         : m_handle(std::move(handle))
         , m_calls(calls)
+        , m_place(place)
     {
+        m_place = this;
     }
+    ~FakePlayer() override
+    {
+        FakePlayer* self = this;
+        m_place.compare_exchange_strong(self, nullptr);
+    }
+    FakePlayer(const FakePlayer&) = delete;
+    FakePlayer& operator=(const FakePlayer&) = delete;
 
     void load(desktop::PlayerMedium medium) override
     {
@@ -58,6 +68,7 @@ private:
 
     const Handler m_handle;
     Gathered<std::string>& m_calls;
+    std::atomic<FakePlayer*>& m_place;
     Gathered<std::shared_ptr<desktop::PlayerMedium>> m_loaded;
     Gathered<desktop::PlayerOptions> m_options;
 };
@@ -72,9 +83,7 @@ public:
             player = nullptr;
         }
         return [this](FileType kind, desktop::MediaPlayer::Handler handle) {
-            auto player = std::make_unique<FakePlayer>(std::move(handle), calls[slot(kind)]);
-            m_players[slot(kind)] = player.get();
-            return player;
+            return std::make_unique<FakePlayer>(std::move(handle), calls[slot(kind)], m_players[slot(kind)]);
         };
     }
 
