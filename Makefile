@@ -37,8 +37,8 @@ tsan: ## the desktop's tests, and a long stress test, under the thread sanitizer
 	tools/tsan
 
 .PHONY: hostile
-hostile: build-dev ## desktop-tv on the whole stick of everything that goes wrong
-	HOSTILE_STICK_WHOLE=1 build/dev/tests/desktop/desktop_tests --gtest_filter='HostileStick*'
+hostile: build-dev ## desktop-tv on the whole stick of everything that goes wrong, and what plays lost 100 times
+	HOSTILE_STICK_WHOLE=1 FAULT_ROUNDS=100 build/dev/tests/desktop/desktop_tests --gtest_filter='HostileStick*:PlayFaults*'
 
 .PHONY: clang
 clang: ## build with the second compiler, warnings as errors

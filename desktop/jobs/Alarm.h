@@ -11,8 +11,8 @@
 
 namespace desktop {
 
-/// Calls a function at a given time, on a thread of its own, which starts with the first time that is set. Operations are safe
-/// on any thread but the alarm's.
+/// Calls a function at a given time, on a thread of its own, which starts with the first time that is set. Operations are
+/// safe on any thread but the alarm's.
 class Alarm {
 public:
     using Clock = std::chrono::steady_clock;

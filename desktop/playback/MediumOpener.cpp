@@ -92,8 +92,8 @@ bool MediumOpener::open(std::uint64_t number, const Location& file, FileType kin
     if (m_jobs.size() == kMaxJobs) {
         return false;
     }
-    m_jobs.push_back(std::make_unique<BackgroundJob>(
-        [number, file, kind, receiver = m_receiver](const std::stop_token& /*cancelled*/) {
+    m_jobs.push_back(
+        std::make_unique<BackgroundJob>([number, file, kind, receiver = m_receiver](const std::stop_token& /*cancelled*/) {
             OpenedMedium medium = openMedium(number, file, kind);
             const LockGuard lock(receiver->mutex);
             if (receiver->done != nullptr) {

@@ -35,8 +35,8 @@ public:
     MediumOpener(const MediumOpener&) = delete;
     MediumOpener& operator=(const MediumOpener&) = delete;
 
-    /// Opens the file at @p file, and, of a video, the subtitle files beside it; ends in a call of Done with @p number, which
-    /// a file system that does not answer may delay for ever. False, and no call, when too many others are delayed so.
+    /// Opens the file at @p file, and, of a video, the subtitle files beside it; ends in a call of Done with @p number,
+    /// which a file system that does not answer may delay for ever. False, and no call, when too many others are delayed so.
     bool open(std::uint64_t number, const Location& file, FileType kind);
 
 private:

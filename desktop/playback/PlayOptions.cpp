@@ -27,7 +27,7 @@ constexpr TrackFacts kSubtitleTracks = {&MediaFacts::subtitleTracks, &MediaFacts
 
 /// How an option stands in the options of a player.
 struct PlayOptions::Binding {
-    std::string_view name; ///< "option/suboption"
+    std::string_view name;       ///< "option/suboption"
     std::vector<FileType> kinds; ///< whose players have it; of a track, the first of them that plays something
     void (*set)(PlayerOptions& options, int value);
     int (*get)(const PlayerOptions& options);
@@ -82,9 +82,8 @@ const std::vector<PlayOptions::Binding>& PlayOptions::bindings()
         {"subtitle/size", kVideo,
          [](PlayerOptions& options, int value) { options.subtitleScale = choice("subtitle/size", value).means / 100.0; },
          [](const PlayerOptions& options) {
-             return choiceThat("subtitle/size", [&](const OptionChoice& size) {
-                 return size.means == percent(options.subtitleScale);
-             });
+             return choiceThat("subtitle/size",
+                               [&](const OptionChoice& size) { return size.means == percent(options.subtitleScale); });
          }},
         {"subtitle/color", kVideo,
          [](PlayerOptions& options, int value) {
@@ -169,7 +168,8 @@ bool PlayOptions::set(const std::string& option, const std::string& suboption, i
         return true;
     }
     const std::string name = suboption.empty() ? option : option + "/" + suboption;
-    logLine(LogLevel::Warning, known ? "option " + name + " cannot be " + std::to_string(value) : "there is no option " + name);
+    logLine(LogLevel::Warning,
+            known ? "option " + name + " cannot be " + std::to_string(value) : "there is no option " + name);
     return false;
 }
 

@@ -28,9 +28,9 @@ public:
     /// Turns the photo that is shown by a quarter; false when none is.
     bool rotatePhoto(bool right);
 
-    /// All options, their choices and their values: {"options": [{"option", "suboption", "value", and "choices" or "minimum",
-    /// "maximum", "unit"}], "subtitles": whether they are shown, "rotation": of the photo, in degrees}. A choice has "value"
-    /// and "name", one of a track "language", "codec" and "external" too; "current" is the track that plays.
+    /// All options, their choices and their values: {"options": [{"option", "suboption", "value", and "choices" or
+    /// "minimum", "maximum", "unit"}], "subtitles": whether they are shown, "rotation": of the photo, in degrees}. A choice
+    /// has "value" and "name", one of a track "language", "codec" and "external" too; "current" is the track that plays.
     Json::Value all() const;
 
 private:

@@ -40,11 +40,11 @@ private:
     void moveTo(std::size_t current);
 
     EntryList m_list;
-    std::vector<std::size_t> m_indices;         ///< of the kind, in the list
-    std::size_t m_current;                      ///< in m_indices
-    std::vector<std::size_t> m_history;         ///< what has played, in m_indices; the one that plays is among it
-    std::size_t m_place = 0;                    ///< of the one that plays in m_history
-    std::vector<std::size_t> m_unplayed;        ///< still to come before any comes again, while shuffling
+    std::vector<std::size_t> m_indices;  ///< of the kind, in the list
+    std::size_t m_current;               ///< in m_indices
+    std::vector<std::size_t> m_history;  ///< what has played, in m_indices; the one that plays is among it
+    std::size_t m_place = 0;             ///< of the one that plays in m_history
+    std::vector<std::size_t> m_unplayed; ///< still to come before any comes again, while shuffling
     std::minstd_rand m_random;
 };
 

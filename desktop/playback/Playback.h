@@ -38,8 +38,9 @@ class Playback {
 public:
     /// @p events must outlive this object. @p keyPressed gets the keys of the players' windows on a thread of theirs; may be
     /// null.
-    Playback(LocationOpener volumes, EventQueue& events, std::shared_ptr<PlayPositions> positions, const PlayerFactory& players,
-             std::function<void(const std::string& key)> keyPressed = nullptr, const PlayTimes& times = {});
+    Playback(LocationOpener volumes, EventQueue& events, std::shared_ptr<PlayPositions> positions,
+             const PlayerFactory& players, std::function<void(const std::string& key)> keyPressed = nullptr,
+             const PlayTimes& times = {});
     ~Playback();
     Playback(const Playback&) = delete;
     Playback& operator=(const Playback&) = delete;
@@ -76,7 +77,8 @@ public:
     bool changeOptions(FileType kind, const std::function<bool(PlayerOptions& options, const MediaFacts* facts)>& change);
     void setSlideInterval(std::chrono::seconds interval);
 
-    /// Draws what the screen shows, as MediaPlayer::takeFrame does: the video, else the photo, else the picture of the music.
+    /// Draws what the screen shows, as MediaPlayer::takeFrame does: the video, else the photo, else the picture of the
+    /// music.
     void takeFrame(int width, int height, MediaPlayer::FrameHandler handle);
 
     /// Volume @p volume, a path as bytes, has been removed: what plays from it fails.
@@ -102,8 +104,8 @@ private:
     const PlayTimes m_times;
     mutable Mutex m_mutex;
     std::array<std::unique_ptr<PlaySession>, kPlayers> m_sessions; ///< each guarded by the mutex; made once
-    FileType m_latest GUARDED_BY(m_mutex) = FILE_TYPE_UNKNOWN;    ///< of the player that began last
-    bool m_closed GUARDED_BY(m_mutex) = false; ///< what is told now comes too late
+    FileType m_latest GUARDED_BY(m_mutex) = FILE_TYPE_UNKNOWN;     ///< of the player that began last
+    bool m_closed GUARDED_BY(m_mutex) = false;                     ///< what is told now comes too late
     MediumOpener m_files GUARDED_BY(m_mutex); // after the sessions, which it calls until it is destroyed
     Alarm m_alarm;                            // likewise
 };

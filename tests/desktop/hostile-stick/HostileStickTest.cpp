@@ -141,8 +141,8 @@ TEST_F(HostileStickTest, EveryDamagedFile_PlaysOrSaysWhyNot)
             shell.send(kPlay, request);
             const Json::Value reply = shell.next([](const Json::Value& line) { return line["command"] == kPlay; });
             ASSERT_EQ(reply["reply"]["count"].asUInt(), i) << entries[i]["name"];
-            const Json::Value end = shell.next(
-                [&ends](const Json::Value& line) { return ends.count(line["notification"].asString()) > 0; });
+            const Json::Value end =
+                shell.next([&ends](const Json::Value& line) { return ends.count(line["notification"].asString()) > 0; });
             ASSERT_EQ(end["body"]["path"], entries[i]["path"]) << entries[i]["name"];
             shell.send("storagemedia.media.stopfile", request);
         }

@@ -36,7 +36,10 @@ protected:
         players.of(kind).tell(1, loaded);
     }
 
-    static std::string nameOf(const OptionDescription& option) { return std::string(option.option) + "/" + option.suboption; }
+    static std::string nameOf(const OptionDescription& option)
+    {
+        return std::string(option.option) + "/" + option.suboption;
+    }
 
     bool set(const OptionDescription& option, int value) { return options.set(option.option, option.suboption, value); }
     int value(const OptionDescription& option) { return options.value(option.option, option.suboption); }
@@ -96,9 +99,8 @@ TEST_P(EveryPlayOption, Description_HasWhatCanBeChosen)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Table, EveryPlayOption, testing::ValuesIn(protocol::kOptions), [](const auto& option) {
-    return std::string(option.param.option) + "_" + option.param.suboption;
-});
+INSTANTIATE_TEST_SUITE_P(Table, EveryPlayOption, testing::ValuesIn(protocol::kOptions),
+                         [](const auto& option) { return std::string(option.param.option) + "_" + option.param.suboption; });
 
 TEST_F(PlayOptionsTest, Choices_ReachThePlayers)
 {

@@ -97,7 +97,8 @@ TEST(PlayQueue, Shuffle_PlaysEachOnceBeforeAnyComesTwice)
 {
     constexpr int kEntries = 10;
     for (unsigned int seed = 0; seed < 20; ++seed) {
-        PlayQueue queue = PlayQueue::from(listOf(std::vector<int>(kEntries, FILE_TYPE_PHOTO)), FILE_TYPE_PHOTO, 4, seed).value();
+        PlayQueue queue =
+            PlayQueue::from(listOf(std::vector<int>(kEntries, FILE_TYPE_PHOTO)), FILE_TYPE_PHOTO, 4, seed).value();
         const auto played = playOn(queue, PLAYER_MODE_SHUFFLE, 3 * kEntries - 1);
         ASSERT_EQ(played.size(), 3U * kEntries);
         EXPECT_EQ(played.front(), 4U);

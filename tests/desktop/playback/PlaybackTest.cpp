@@ -49,9 +49,7 @@ protected:
 
     static FileType typeOf(const std::string& name)
     {
-        return name.ends_with("mp4")   ? FILE_TYPE_VIDEO
-               : name.ends_with("mp3") ? FILE_TYPE_MUSIC
-                                       : FILE_TYPE_PHOTO;
+        return name.ends_with("mp4") ? FILE_TYPE_VIDEO : name.ends_with("mp3") ? FILE_TYPE_MUSIC : FILE_TYPE_PHOTO;
     }
 
     std::optional<std::uint32_t> play(FileType kind, std::size_t index, bool playAll = false, bool second = false)
@@ -73,10 +71,14 @@ protected:
         events.next(kind == FILE_TYPE_PHOTO ? 2 : 3);
     }
 
-    std::string place(const std::string& name) { return R"({"index":)" + std::to_string(indexOf(name)) + R"(,"path":")" + stick.path(name) + R"("})"; }
+    std::string place(const std::string& name)
+    {
+        return R"({"index":)" + std::to_string(indexOf(name)) + R"(,"path":")" + stick.path(name) + R"("})";
+    }
     std::size_t indexOf(const std::string& name)
     {
-        const auto found = std::find_if(list->begin(), list->end(), [&](const auto& entry) { return entry.path == stick.path(name); });
+        const auto found =
+            std::find_if(list->begin(), list->end(), [&](const auto& entry) { return entry.path == stick.path(name); });
         return static_cast<std::size_t>(found - list->begin());
     }
     Location locate(const std::string& name) { return opener.locate(stick.path(name)); }
@@ -112,8 +114,8 @@ TEST_F(PlaybackTest, Play_OpensTheEntryAndTellsWhenItIsLoaded)
     const std::string path = stick.path("b.mp4");
     EXPECT_THAT(events.next(3),
                 ElementsAre("12 {\"duration\":62,\"index\":1,\"path\":\"" + path + "\",\"title\":\"The Film\",\"type\":4}",
-                            "21 {\"album\":\"Films\",\"artist\":\"Somebody\",\"duration\":62,\"index\":1,\"path\":\"" + path +
-                                "\",\"title\":\"The Film\"}",
+                            "21 {\"album\":\"Films\",\"artist\":\"Somebody\",\"duration\":62,\"index\":1,\"path\":\"" +
+                                path + "\",\"title\":\"The Film\"}",
                             "13 speed 1, hdr"));
     EXPECT_EQ(playback.current(FILE_TYPE_VIDEO)->facts.title, "The Film");
 }
@@ -276,8 +278,7 @@ TEST_F(PlaybackTest, PlayAndPause_TellTheSpeed)
     EXPECT_TRUE(playback.playOrPause(FILE_TYPE_VIDEO, false));
     EXPECT_TRUE(playback.playOrPause(FILE_TYPE_VIDEO, true));
     EXPECT_THAT(events.next(2), ElementsAre("13 speed 0, no hdr", "13 speed 1, no hdr"));
-    EXPECT_THAT(players.callsOf(FILE_TYPE_VIDEO),
-                ElementsAre("unload", "load from 0 with 0 subtitles", "pause", "unpause"));
+    EXPECT_THAT(players.callsOf(FILE_TYPE_VIDEO), ElementsAre("unload", "load from 0 with 0 subtitles", "pause", "unpause"));
 }
 
 TEST_F(PlaybackTest, Winding_StepsTo16AndBackByPlay)
@@ -335,8 +336,8 @@ TEST_F(PlaybackTest, Subtitles_AreTold)
     players.video().tell(1, PlayerSubtitleText{"Hello\nyou"});
     players.video().tell(1, PlayerSubtitlePicture{"PNG", 10, 400, 320, 40});
     players.video().tell(1, PlayerSubtitlePicture{});
-    EXPECT_THAT(events.next(3), ElementsAre("38 text Hello\nyou", "38 picture 1 at 10,400 of 320x40 format 1 size 4 UE5H",
-                                            "38 text "));
+    EXPECT_THAT(events.next(3),
+                ElementsAre("38 text Hello\nyou", "38 picture 1 at 10,400 of 320x40 format 1 size 4 UE5H", "38 text "));
 }
 
 TEST_F(PlaybackTest, UnsupportedTracks_AreToldAndTheRestPlays)
@@ -347,9 +348,9 @@ TEST_F(PlaybackTest, UnsupportedTracks_AreToldAndTheRestPlays)
     loaded.facts.videoUnsupported = true;
     loaded.facts.audio.codec = "odd";
     players.video().tell(1, loaded);
-    EXPECT_THAT(events.next(5), ElementsAre(StartsWith("12 "), StartsWith("21 "), "19",
-                                            "15 {\"codec\":\"odd\",\"path\":\"" + stick.path("a.mp4") + "\"}",
-                                            StartsWith("13 ")));
+    EXPECT_THAT(events.next(5),
+                ElementsAre(StartsWith("12 "), StartsWith("21 "), "19",
+                            "15 {\"codec\":\"odd\",\"path\":\"" + stick.path("a.mp4") + "\"}", StartsWith("13 ")));
     EXPECT_TRUE(playback.current(FILE_TYPE_VIDEO));
 }
 
@@ -571,8 +572,8 @@ TEST_F(PlaybackTest, KeyOfAWindow_IsPassedOn)
 
 class ImpatientPlaybackTest : public PlaybackTest {
 protected:
-    Playback impatient{opener, queue, positions, players.factory(), nullptr,
-                       {std::chrono::seconds(30), std::chrono::milliseconds(1)}};
+    Playback impatient{
+        opener, queue, positions, players.factory(), nullptr, {std::chrono::seconds(30), std::chrono::milliseconds(1)}};
 };
 
 TEST_F(ImpatientPlaybackTest, Position_IsKeptWhileItPlays)

@@ -1,7 +1,10 @@
 #include "tests/desktop/support/Computer.h"
+#include "tests/desktop/support/DemoStick.h"
 #include "tests/desktop/support/OwnMounts.h"
 #include "tests/desktop/support/Program.h"
 #include "tests/support/TemporaryDirectory.h"
+
+#include "platform/SocMwTypes.h"
 
 #include <gtest/gtest.h>
 
@@ -23,6 +26,7 @@ protected:
     {
         folder.makeDirectory("content");
         folder.makeFile("content/a.jpg");
+        std::filesystem::copy(testsupport::demoFile("Movies/counter.mp4"), folder.path("content/film.mp4"));
         testsupport::makeExt4Image(folder.path("image"), "HOLIDAY", kUuid, folder.path("content"));
         m_refusal =
             computer.works() ? computer.run("mount -t tmpfs none /mnt && mkdir /mnt/usb") : "no mounts for this user";
@@ -60,6 +64,28 @@ TEST_F(MountsTest, StickMountedLater_SwitchesTheScreenOnAndIsListed)
     EXPECT_EQ(device["name"], "HOLIDAY");
     shell.send("storagemedia.folder.chgdir", changeRequest("/mnt/usb"));
     EXPECT_EQ(shell.notification("storagemedia.folder.chgdir.complete")["body"]["filelst"][1]["name"], "a.jpg");
+    EXPECT_EQ(shell.program.wait(), 0);
+}
+
+// The file that is open still could be read.
+TEST_F(MountsTest, StickUnmountedLazilyWhileAFilmPlays_FailsIt)
+{
+    if (!putIn()) {
+        GTEST_SKIP() << m_refusal;
+    }
+    Shell shell({"--auto"}, computer.on());
+    shell.notification("storagemedia.usb.mount");
+    Json::Value film;
+    film["dirpath"] = "/mnt/usb";
+    film["index"] = 0;
+    film["type"] = FILE_TYPE_VIDEO;
+    film["playall"] = false;
+    shell.send("storagemedia.media.playfile", film);
+    ASSERT_EQ(shell.notification("storagemedia.media.loadsuccess")["body"]["path"], "/mnt/usb/film.mp4");
+    EXPECT_EQ(computer.run("umount -l /mnt/usb"), "");
+    EXPECT_EQ(shell.notification("storagemedia.media.playfailed")["body"], Json::Value());
+    shell.send("storagemedia.media.stopfile", film);
+    EXPECT_EQ(shell.reply()["result"], false); // nothing plays any more
     EXPECT_EQ(shell.program.wait(), 0);
 }
 

@@ -151,8 +151,8 @@ protected:
         bool removed = false;
         auto took = begin - begin;
         while (!ended || !removed) {
-            const Json::Value told = waitForOneOf({"media.playfailed", "media.loadfailed", "video.music.playend",
-                                                   "photo.playend", "usb.unmount"});
+            const Json::Value told = waitForOneOf(
+                {"media.playfailed", "media.loadfailed", "video.music.playend", "photo.playend", "usb.unmount"});
             if (told.isNull()) {
                 ADD_FAILURE() << "ended: " << ended << ", removed: " << removed;
                 break;
