@@ -31,7 +31,7 @@ class Desktop:
         self.build = build
         self.program = build / "desktop" / "desktop-tv"
         self.cache = build / "cache"
-        self.folders = material.make(build / "material")
+        self.folders = material.make(build / "material", "folder", "tree", "tracks", "media", "empty")
 
     def command(self, folder, *arguments, cache="none"):
         return [self.program, "--cache", cache, "--stick", self.folders[folder], *arguments]

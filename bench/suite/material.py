@@ -13,6 +13,7 @@ TREE_ENTRIES = 1_000_000
 TREE_TOP_FOLDERS, TREE_FOLDERS_EACH = 100, 100
 TRACKS, ARTISTS, ALBUMS_EACH = 10_000, 100, 10
 PHOTOS, VIDEOS, SONGS = 120, 40, 40
+FILMS, FILM_SECONDS = 2, 30
 
 # What lies on a stick that people use, of a hundred files each.
 KINDS = ["jpg"] * 55 + ["mp3"] * 30 + ["mp4"] * 5 + ["txt"] * 10
@@ -34,17 +35,18 @@ class Progress:
             print(f"\rmaking {self.what}: {percent} %", end=end, file=sys.stderr, flush=True)
 
 
-def make(root):
-    """Makes what is missing in the folder `root`; returns the folders by name."""
-    makers = {"folder": make_folder, "tree": make_tree, "tracks": make_tracks, "media": make_media, "empty": lambda _: None}
-    for name, maker in makers.items():
+def make(root, *names):
+    """Makes those of the folders `names` that are missing in the folder `root`; returns the folders by name."""
+    makers = {"folder": make_folder, "tree": make_tree, "tracks": make_tracks, "media": make_media, "films": make_films,
+              "empty": lambda _: None}
+    for name in names:
         target, part = root / name, root / (name + ".part")
         if not target.exists():
             shutil.rmtree(part, ignore_errors=True)
             part.mkdir(parents=True)
-            maker(part)
+            makers[name](part)
             part.rename(target)  # whole or not at all
-    return {name: root / name for name in makers}
+    return {name: root / name for name in names}
 
 
 def make_folder(folder):
@@ -107,6 +109,18 @@ def make_media(folder):
         for number in range(count):
             make_or_copy(folder, name, number, different, [*arguments(number), *exact])
             progress.show(len(os.listdir(folder)), PHOTOS + VIDEOS + SONGS)
+
+
+def make_films(folder):
+    """The same film several times, as a television records it: 720p, 25 pictures a second, a key picture every two seconds."""
+    progress = Progress(f"{FILMS} films of {FILM_SECONDS} seconds")
+    picture = f"testsrc2=size=1280x720:rate=25:duration={FILM_SECONDS},noise=alls=6:all_seed=1"
+    sound = f"sine=frequency=440:sample_rate=48000:duration={FILM_SECONDS}"
+    for number in range(FILMS):
+        make_or_copy(folder, "film {}.mp4", number, 1,
+                     ["-f", "lavfi", "-i", picture, "-f", "lavfi", "-i", sound, "-c:v", "libx264", "-preset", "veryfast", "-g", "50",
+                      "-b:v", "3M", "-pix_fmt", "yuv420p", "-c:a", "aac", "-ac", "2"])
+        progress.show(number + 1, FILMS)
 
 
 def make_or_copy(folder, name, number, different, arguments):

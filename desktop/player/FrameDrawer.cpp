@@ -3,15 +3,25 @@
 #include "desktop/worker/FileSize.h"
 
 #include <sys/mman.h>
+#include <sys/stat.h>
 
+#include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace desktop {
 
 namespace {
 
 constexpr std::size_t kBytesOfPixel = 4;
-constexpr std::size_t kMaxOrders = 8; // more than that nobody waits for
+constexpr std::size_t kMaxOrders = 8;  // more than that nobody waits for
+constexpr std::size_t kMaxOutputs = 3; // one is drawn into while others are read
+
+ino_t fileOf(int fd)
+{
+    struct stat status = {};
+    return fstat(fd, &status) == 0 ? status.st_ino : 0;
+}
 
 mpv_render_context* makeContext(mpv_handle& mpv)
 {
@@ -33,6 +43,7 @@ std::size_t frameBytes(int width, int height)
 
 MappedOutput::MappedOutput(int fd, std::size_t size)
     : m_size(size)
+    , m_file(fileOf(fd))
 {
     void* const data = fileSize(fd) == static_cast<std::int64_t>(size)
                            ? mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0)
@@ -46,6 +57,11 @@ MappedOutput::MappedOutput(int fd, std::size_t size)
 MappedOutput::~MappedOutput()
 {
     munmap(m_data, m_size);
+}
+
+bool MappedOutput::isOf(int fd, std::size_t size) const
+{
+    return size == m_size && fileOf(fd) == m_file;
 }
 
 FrameDrawer::FrameDrawer(mpv_handle& mpv, Drawn drawn)
@@ -91,6 +107,13 @@ void FrameDrawer::draw(FrameOrder order)
     }
 }
 
+void FrameDrawer::forgetOutputs()
+{
+    const LockGuard lock(m_mutex);
+    m_forgets = true;
+    m_changed.notify_one();
+}
+
 void FrameDrawer::work()
 {
     FrameOrder order;
@@ -110,8 +133,12 @@ void FrameDrawer::work()
 bool FrameDrawer::waitForWork(FrameOrder& order)
 {
     UniqueLock lock(m_mutex);
-    m_changed.wait(lock.native(), [this]() REQUIRES(m_mutex) { return m_stopped || m_updated || !m_orders.empty(); });
+    m_changed.wait(lock.native(),
+                   [this]() REQUIRES(m_mutex) { return m_stopped || m_updated || m_forgets || !m_orders.empty(); });
     m_updated = false;
+    if (std::exchange(m_forgets, false)) {
+        m_outputs.clear();
+    }
     order = FrameOrder();
     if (!m_orders.empty()) {
         order = std::move(m_orders.front());
@@ -132,7 +159,7 @@ void FrameDrawer::skip()
 
 bool FrameDrawer::drawInto(const FrameOrder& order)
 try {
-    const MappedOutput output(order.output.get(), frameBytes(order.width, order.height));
+    const MappedOutput& output = outputOf(order);
     int size[] = {order.width, order.height};
     std::size_t pitch = static_cast<std::size_t>(order.width) * kBytesOfPixel;
     char format[] = "rgb0";
@@ -146,6 +173,22 @@ try {
     return mpv_render_context_render(m_context.get(), parameters) >= 0;
 } catch (const std::exception&) {
     return false;
+}
+
+// Mapped anew each time, the kernel would take longer for it than the drawing does.
+const MappedOutput& FrameDrawer::outputOf(const FrameOrder& order)
+{
+    const std::size_t size = frameBytes(order.width, order.height);
+    const auto found = std::find_if(m_outputs.begin(), m_outputs.end(),
+                                    [&](const auto& output) { return output->isOf(order.output.get(), size); });
+    if (found != m_outputs.end()) {
+        return **found;
+    }
+    std::erase_if(m_outputs, [size](const auto& output) { return output->size() != size; });
+    if (m_outputs.size() == kMaxOutputs) {
+        m_outputs.pop_front();
+    }
+    return *m_outputs.emplace_back(std::make_unique<MappedOutput>(order.output.get(), size));
 }
 
 } // namespace desktop

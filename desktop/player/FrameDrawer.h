@@ -6,6 +6,8 @@
 #include <mpv/client.h>
 #include <mpv/render.h>
 
+#include <sys/types.h>
+
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -34,11 +36,15 @@ public:
     MappedOutput(const MappedOutput&) = delete;
     MappedOutput& operator=(const MappedOutput&) = delete;
 
+    /// Whether it is the memory of @p fd, which may be another descriptor of the same file.
+    bool isOf(int fd, std::size_t size) const;
     std::uint8_t* data() const { return m_data; }
+    std::size_t size() const { return m_size; }
 
 private:
     std::uint8_t* m_data;
     std::size_t m_size;
+    ino_t m_file; ///< which no other file in memory has, as long as this one is mapped
 };
 
 /// Draws what mpv shows, when it is asked to, and lets the pictures pass by otherwise: mpv waits for each to be taken.
@@ -54,6 +60,8 @@ public:
     FrameDrawer& operator=(const FrameDrawer&) = delete;
 
     void draw(FrameOrder order);
+    /// Lets go of the memories that pictures have been drawn into, which are kept for those that follow.
+    void forgetOutputs();
 
 private:
     struct Free {
@@ -64,6 +72,7 @@ private:
     bool waitForWork(FrameOrder& order);
     void skip();
     bool drawInto(const FrameOrder& order);
+    const MappedOutput& outputOf(const FrameOrder& order);
 
     const Drawn m_drawn;
     std::unique_ptr<mpv_render_context, Free> m_context;
@@ -71,7 +80,9 @@ private:
     std::condition_variable m_changed;
     bool m_stopped GUARDED_BY(m_mutex) = false;
     bool m_updated GUARDED_BY(m_mutex) = false;
+    bool m_forgets GUARDED_BY(m_mutex) = false;
     std::deque<FrameOrder> m_orders GUARDED_BY(m_mutex);
+    std::deque<std::unique_ptr<MappedOutput>> m_outputs; ///< the thread's
     std::thread m_thread;
 };
 

@@ -218,7 +218,7 @@ bool isPictureSubtitle(const std::string& codec)
 ProbedMedia probeMedia(int fd)
 {
     AvInput input(fd, kTime);
-    input.describeStreams();
+    input.describeStreamsShortly();
     ProbedMedia media;
     AVStream* const video = input.video();
     if (AVStream* const shown = video != nullptr ? video : input.cover()) {

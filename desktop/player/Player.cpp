@@ -723,6 +723,9 @@ void Player::clear()
         return;
     }
     m_mpv.commandLater({"stop"});
+    if (m_drawer != nullptr) {
+        m_drawer->forgetOutputs();
+    }
     if (m_medium->hook != 0) {
         mpv_hook_continue(&m_mpv.handle(), m_medium->hook);
     }

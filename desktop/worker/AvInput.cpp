@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <vector>
 
 namespace desktop {
 
@@ -26,6 +27,35 @@ void check(int result, const char* failure)
         av_strerror(result, reason, sizeof reason);
         throw MediaError(std::string(failure) + ": " + reason);
     }
+}
+
+/// Options of each stream's decoder.
+class StreamOptions {
+public:
+    explicit StreamOptions(std::size_t count)
+        : m_options(count)
+    {
+    }
+    ~StreamOptions()
+    {
+        for (AVDictionary*& options : m_options) {
+            av_dict_free(&options);
+        }
+    }
+    StreamOptions(const StreamOptions&) = delete;
+    StreamOptions& operator=(const StreamOptions&) = delete;
+
+    AVDictionary*& operator[](std::size_t stream) { return m_options[stream]; }
+    AVDictionary** data() { return m_options.data(); }
+
+private:
+    std::vector<AVDictionary*> m_options;
+};
+
+/// Whether the file's header has all of a video but its pixels' format.
+bool isDescribed(const AVCodecParameters& stream)
+{
+    return stream.codec_id == AV_CODEC_ID_H264 && stream.extradata_size > 0 && stream.width > 0 && stream.height > 0;
 }
 
 bool isCover(const AVStream& stream)
@@ -66,6 +96,20 @@ AvInput::~AvInput()
 void AvInput::describeStreams()
 {
     check(avformat_find_stream_info(m_format, nullptr), "The file does not tell what it holds");
+}
+
+// A picture is decoded for its pixels' format alone, then: it is left out, and not waited for.
+void AvInput::describeStreamsShortly()
+{
+    constexpr std::int64_t kEnough = AV_TIME_BASE;
+    StreamOptions options(m_format->nb_streams);
+    for (unsigned int i = 0; i < m_format->nb_streams; ++i) {
+        if (isDescribed(*m_format->streams[i]->codecpar)) {
+            av_dict_set(&options[i], "skip_frame", "all", 0);
+            m_format->max_analyze_duration = kEnough;
+        }
+    }
+    check(avformat_find_stream_info(m_format, options.data()), "The file does not tell what it holds");
 }
 
 AVStream* AvInput::video() const

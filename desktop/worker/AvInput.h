@@ -22,6 +22,8 @@ public:
     AVFormatContext* operator->() const { return m_format; }
     /// Reads on until every stream is described; needed for files whose header does not.
     void describeStreams();
+    /// The same but for the format of a video's pixels, which takes longest to find out, where the header has all else.
+    void describeStreamsShortly();
     /// The stream of the best video, the cover left out; null when there is none.
     AVStream* video() const;
     /// The stream that holds a picture of the whole; null when there is none.

@@ -5,7 +5,6 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -14,6 +13,7 @@
 #include <cerrno>
 #include <exception>
 #include <limits>
+#include <system_error>
 #include <utility>
 
 namespace desktop {
@@ -58,26 +58,6 @@ void endInBackground(std::unique_ptr<WorkerProcess> process)
 std::size_t bytesOf(int width, int height)
 {
     return static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4;
-}
-
-// Memory for a picture, whose size nobody can change: a process that cut it would end this one.
-UniqueFd pictureMemory(std::size_t size)
-{
-    UniqueFd memory(memfd_create("picture", MFD_CLOEXEC | MFD_ALLOW_SEALING));
-    const bool made = memory && ftruncate(memory.get(), static_cast<off_t>(size)) == 0 &&
-                      fcntl(memory.get(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL) == 0;
-    return made ? std::move(memory) : UniqueFd();
-}
-
-ScreenFrame frameIn(int memory, int width, int height)
-{
-    const std::size_t size = bytesOf(width, height);
-    void* const pixels = mmap(nullptr, size, PROT_READ, MAP_SHARED, memory, 0);
-    if (pixels == MAP_FAILED) {
-        return {};
-    }
-    const auto release = [size](const std::uint8_t* mapped) { munmap(const_cast<std::uint8_t*>(mapped), size); };
-    return {width, height, std::shared_ptr<const std::uint8_t>(static_cast<const std::uint8_t*>(pixels), release)};
 }
 
 // A subtitle's picture; empty when @p fd holds none.
@@ -364,6 +344,7 @@ bool PlayerProcess::trySendMedium()
 
 void PlayerProcess::letGo()
 {
+    m_memories.clear();
     if (!m_playing) {
         return;
     }
@@ -387,8 +368,8 @@ void PlayerProcess::orderFrame(int width, int height, FrameHandler handle)
 {
     const bool isPossible = m_playing && m_playing->medium == nullptr && width > 0 && height > 0 && width <= kMaxFrameSide &&
                             height <= kMaxFrameSide;
-    UniqueFd memory = isPossible ? pictureMemory(bytesOf(width, height)) : UniqueFd();
-    if (!memory) {
+    std::shared_ptr<PictureMemory> memory = isPossible ? memoryFor(width, height) : nullptr;
+    if (memory == nullptr) {
         handle({});
         return;
     }
@@ -396,11 +377,19 @@ void PlayerProcess::orderFrame(int width, int height, FrameHandler handle)
     message["width"] = width;
     message["height"] = height;
     message["frame"] = m_lastFrame = m_lastFrame < std::numeric_limits<int>::max() ? m_lastFrame + 1 : 1;
-    const bool sent = sendMessage(m_process->channel(), message, {memory.get()});
+    const bool sent = sendMessage(m_process->channel(), message, {memory->fd()});
     m_frames[m_lastFrame] = {width, height, std::move(memory), std::move(handle), Clock::now() + m_settings.frame};
     if (!sent) {
         lose(kDied);
     }
+}
+
+// Null when there is none.
+std::shared_ptr<PictureMemory> PlayerProcess::memoryFor(int width, int height)
+try {
+    return m_memories.take(bytesOf(width, height));
+} catch (const std::system_error&) {
+    return nullptr;
 }
 
 void PlayerProcess::frameDrawn(const Json::Value& body)
@@ -412,7 +401,7 @@ void PlayerProcess::frameDrawn(const Json::Value& body)
     const Frame frame = std::move(found->second);
     m_frames.erase(found);
     const bool isEmpty = !body["empty"].isBool() || body["empty"].asBool();
-    frame.handle(isEmpty ? ScreenFrame() : frameIn(frame.memory.get(), frame.width, frame.height));
+    frame.handle(isEmpty ? ScreenFrame() : ScreenFrame{frame.width, frame.height, m_memories.picture(frame.memory)});
 }
 
 // The process.

@@ -3,6 +3,7 @@
 #include "desktop/base/ThreadAnnotations.h"
 #include "desktop/base/Wakeup.h"
 #include "desktop/workers/MediaPlayer.h"
+#include "desktop/workers/PictureMemory.h"
 #include "desktop/workers/WorkerChannel.h"
 #include "desktop/workers/WorkerProcess.h"
 
@@ -61,7 +62,7 @@ private:
     struct Frame {
         int width = 0;
         int height = 0;
-        UniqueFd memory;
+        std::shared_ptr<PictureMemory> memory; ///< not used again unless it is answered: it may be drawn into late
         FrameHandler handle;
         Clock::time_point end;
     };
@@ -84,6 +85,7 @@ private:
     void letGo();
     void expectClosing(std::chrono::milliseconds time);
     void orderFrame(int width, int height, FrameHandler handle);
+    std::shared_ptr<PictureMemory> memoryFor(int width, int height);
     void frameDrawn(const Json::Value& body);
 
     void start();
@@ -110,6 +112,7 @@ private:
     std::optional<Playing> m_playing;
     std::map<std::uint64_t, Clock::time_point> m_closing; ///< media that the process still holds, and until when it may
     std::map<int, Frame> m_frames;
+    PictureMemories m_memories;
     int m_lastFrame = 0;
     std::thread m_thread;
 };
