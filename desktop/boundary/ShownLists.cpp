@@ -54,8 +54,8 @@ EntryList ShownLists::toPlay(const std::string& name)
     if (list == nullptr) {
         list = m_grouping.entries(name);
     }
-    if (list == nullptr) {
-        list = entriesOf(m_listings.known(name));
+    if (list == nullptr) { // a change that has failed leaves the directory before on the screen
+        list = entriesOf(m_listings.known(name.empty() ? m_name : name));
     }
     if (list == nullptr && !name.empty()) {
         list = read(name);

@@ -15,7 +15,7 @@ namespace desktop {
 
 namespace {
 
-constexpr std::size_t kMaxJobs = 16; // more at once are held up by a stick that does not answer
+constexpr std::ptrdiff_t kMaxOpenings = 4; // on one volume: more are held up, for it does not answer
 constexpr std::chrono::seconds kEndTimeout(2);
 
 std::vector<std::string> namesIn(const Location& folder)
@@ -78,28 +78,29 @@ MediumOpener::~MediumOpener()
         m_receiver->done = nullptr;
     }
     const auto end = std::chrono::steady_clock::now() + kEndTimeout;
-    for (const auto& job : m_jobs) {
+    for (const Opening& opening : m_openings) {
         const auto left = end - std::chrono::steady_clock::now();
-        if (!job->waitFor(std::chrono::duration_cast<std::chrono::milliseconds>(std::max(left, left.zero())))) {
-            job->detach();
+        if (!opening.job->waitFor(std::chrono::duration_cast<std::chrono::milliseconds>(std::max(left, left.zero())))) {
+            opening.job->detach();
         }
     }
 }
 
 bool MediumOpener::open(std::uint64_t number, const Location& file, FileType kind)
 {
-    std::erase_if(m_jobs, [](const auto& job) { return job->waitFor(std::chrono::milliseconds(0)); });
-    if (m_jobs.size() == kMaxJobs) {
+    std::erase_if(m_openings, [](const Opening& opening) { return opening.job->waitFor(std::chrono::milliseconds(0)); });
+    const auto isThere = [&file](const Opening& opening) { return opening.volume == file.volume; };
+    if (std::count_if(m_openings.begin(), m_openings.end(), isThere) == kMaxOpenings) {
         return false;
     }
-    m_jobs.push_back(
-        std::make_unique<BackgroundJob>([number, file, kind, receiver = m_receiver](const std::stop_token& /*cancelled*/) {
-            OpenedMedium medium = openMedium(number, file, kind);
-            const LockGuard lock(receiver->mutex);
-            if (receiver->done != nullptr) {
-                receiver->done(std::move(medium));
-            }
-        }));
+    const auto work = [number, file, kind, receiver = m_receiver](const std::stop_token& /*cancelled*/) {
+        OpenedMedium medium = openMedium(number, file, kind);
+        const LockGuard lock(receiver->mutex);
+        if (receiver->done != nullptr) {
+            receiver->done(std::move(medium));
+        }
+    };
+    m_openings.push_back({file.volume, std::make_unique<BackgroundJob>(work)});
     return true;
 }
 

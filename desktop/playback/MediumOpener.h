@@ -36,17 +36,22 @@ public:
     MediumOpener& operator=(const MediumOpener&) = delete;
 
     /// Opens the file at @p file, and, of a video, the subtitle files beside it; ends in a call of Done with @p number,
-    /// which a file system that does not answer may delay for ever. False, and no call, when too many others are delayed so.
+    /// which a file system that does not answer may delay for ever. False, and no call, when too many others
+    /// are delayed so on its volume.
     bool open(std::uint64_t number, const Location& file, FileType kind);
 
 private:
+    struct Opening {
+        std::string volume;
+        std::unique_ptr<BackgroundJob> job;
+    };
     struct Receiver {
         Mutex mutex;
         Done done GUARDED_BY(mutex); ///< null once nobody waits any more
     };
 
     std::shared_ptr<Receiver> m_receiver = std::make_shared<Receiver>(); ///< threads left behind still look at it
-    std::vector<std::unique_ptr<BackgroundJob>> m_jobs;                  ///< those that may still run
+    std::vector<Opening> m_openings;                                     ///< those that may still run
 };
 
 } // namespace desktop

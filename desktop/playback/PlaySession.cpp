@@ -83,6 +83,7 @@ bool PlaySession::playOrPause(bool play)
     m_speed = 1;
     m_paused = !play;
     m_player->pause(m_paused);
+    keepPosition();
     waitForNext();
     tellSpeed();
     return true;
@@ -97,6 +98,7 @@ bool PlaySession::wind(bool forwards)
     m_player->wind(m_speed);
     if (std::exchange(m_paused, false)) {
         m_player->pause(false);
+        waitForNext();
     }
     tellSpeed();
     return true;
@@ -217,6 +219,16 @@ bool PlaySession::move(Direction direction)
     return moved;
 }
 
+// Past what cannot be loaded: on the way that was gone, and forwards where that way ends.
+bool PlaySession::moveOn()
+{
+    if (move(m_direction)) {
+        return true;
+    }
+    const bool wentBack = std::exchange(m_direction, Direction::Forwards) == Direction::Backwards;
+    return wentBack && move(m_direction);
+}
+
 void PlaySession::goIdle()
 {
     unload();
@@ -244,7 +256,7 @@ void PlaySession::failLoad(const std::string& reason)
     m_state = State::Opening; // whatever position it had is none of this file's
     if (!m_playAll) {
         goIdle();
-    } else if (m_failures < m_queue->size() && move(m_direction)) {
+    } else if (m_failures < m_queue->size() && moveOn()) {
         begin(0);
     } else {
         endRun();
@@ -311,7 +323,11 @@ void PlaySession::handle(PlayerLoaded& told)
 
 void PlaySession::handle(PlayerFactsChanged& told)
 {
+    const bool isSilenced = told.facts.audioUnsupported && !m_facts.audioUnsupported;
     m_facts = std::move(told.facts);
+    if (isSilenced) {
+        m_services.events.audioUnsupported(m_item, m_facts.audio.codec);
+    }
 }
 
 void PlaySession::handle(const PlayerPosition& told)

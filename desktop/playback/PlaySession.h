@@ -54,6 +54,8 @@ public:
     bool stop();
     /// Ends what plays and tells nobody.
     void close();
+    /// Remembers where the video that plays is now.
+    void keepPosition();
 
     // The keys of the remote control. False when nothing plays that they mean something for.
     bool playOrPause(bool play);
@@ -87,12 +89,12 @@ private:
     void begin(double position);
     bool step(Direction direction);
     bool move(Direction direction);
+    bool moveOn();
     void goIdle();
     void finish();
     void failLoad(const std::string& reason);
     void failPlaying();
     void endRun();
-    void keepPosition();
     void tellSpeed() const;
     void waitForNext();
 

@@ -58,6 +58,7 @@ std::optional<std::uint32_t> Playback::play(const PlayRequest& request)
     if (!queue || player == nullptr) {
         return std::nullopt;
     }
+    player->keepPosition(); // which may be the one that is asked for
     makeWay(request.kind);
     const auto position =
         request.resume ? m_positions->find(m_volumes.locate(queue->entry().path)) : std::optional<double>();
@@ -68,12 +69,16 @@ std::optional<std::uint32_t> Playback::play(const PlayRequest& request)
     return index;
 }
 
-std::optional<PlayFirst> Playback::firstOf(const PlayRequest& request) const
+std::optional<PlayFirst> Playback::firstOf(const PlayRequest& request)
 {
     const auto queue = PlayQueue::from(request.list, request.kind, request.index);
     if (!queue) {
         return std::nullopt;
     }
+    act(FILE_TYPE_VIDEO, [](PlaySession& player) {
+        player.keepPosition();
+        return true;
+    });
     const Location file = m_volumes.locate(queue->entry().path);
     const bool resumes = request.kind == FILE_TYPE_VIDEO && file && m_positions->find(file);
     return PlayFirst{static_cast<std::uint32_t>(queue->index()), resumes};

@@ -48,7 +48,7 @@ public:
     /// Plays, and returns the index of the entry that plays; nothing when the list has none.
     std::optional<std::uint32_t> play(const PlayRequest& request);
     /// What play() would begin with.
-    std::optional<PlayFirst> firstOf(const PlayRequest& request) const;
+    std::optional<PlayFirst> firstOf(const PlayRequest& request);
     /// Stops what the player for @p kind plays, and returns its index; nothing when it plays nothing.
     std::optional<std::uint32_t> stop(FileType kind);
     /// Stops all players, or all but the one for music.

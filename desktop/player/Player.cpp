@@ -754,10 +754,10 @@ void Player::tick()
     if (now >= m_nextBeat) {
         beat();
     }
-    if (m_medium->winding && now >= m_medium->nextJump) {
-        jumpAlong();
-    } else if (m_medium->loaded && m_medium->file != nullptr && m_medium->file->stuckFor() > kNoAnswer) {
+    if (m_medium->loaded && m_medium->file != nullptr && m_medium->file->stuckFor() > kNoAnswer) {
         end({PlayerEnded::Reason::ReadFailed, "The storage does not answer.", 0});
+    } else if (m_medium->winding && now >= m_medium->nextJump) {
+        jumpAlong();
     }
 }
 

@@ -117,6 +117,14 @@ TEST_F(PlayingTest, NoPath_MeansTheListShownLast)
     expectPlays(FILE_TYPE_VIDEO, "b.mp4");
 }
 
+TEST_F(PlayingTest, ChangeThatFails_LeavesTheListBeforeShown)
+{
+    changeTo(folder.path("sub"));
+    ASSERT_EQ(browser.chdir(folder.path("missing"), 2), -1);
+    EXPECT_EQ(play(FILE_TYPE_VIDEO, 1, ""), 1);
+    expectPlays(FILE_TYPE_VIDEO, "b.mp4");
+}
+
 TEST_F(PlayingTest, SortedPhotos_AreCountedInTheirOrderUntilAnotherListIsShown)
 {
     changeTo(folder.path());

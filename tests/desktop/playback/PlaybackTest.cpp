@@ -400,6 +400,16 @@ TEST_F(PlaybackTest, GoingBackOverWhatCannotBeLoaded_GoesOnBackwards)
     EXPECT_EQ(playback.current(FILE_TYPE_VIDEO)->item.index, 0U);
 }
 
+TEST_F(PlaybackTest, GoingBackOntoAFirstThatCannotBeLoaded_GoesOnForwards)
+{
+    playLoaded(FILE_TYPE_VIDEO, 1, true);
+    EXPECT_TRUE(playback.previous(FILE_TYPE_VIDEO));
+    players.video().tell(2, endBy(PlayerEnded::Reason::LoadFailed));
+    players.video().tell(3, filmOf(1));
+    EXPECT_THAT(events.next(2), ElementsAre(StartsWith("14 "), StartsWith("12 ")));
+    EXPECT_EQ(playback.current(FILE_TYPE_VIDEO)->item.index, 1U);
+}
+
 TEST_F(PlaybackTest, PlayAllOfWhatCannotBeLoaded_EndsAfterEachHasBeenTried)
 {
     for (const int mode : {PLAYER_MODE_REPEAT_ALL, PLAYER_MODE_SHUFFLE, PLAYER_MODE_REPEAT_ONE}) {
@@ -484,6 +494,24 @@ TEST_F(PlaybackTest, Position_IsKeptWhenAnotherFollows)
     EXPECT_FALSE(positions->find(locate("c.mp4")));
 }
 
+TEST_F(PlaybackTest, PositionOfWhatPlays_IsThatOfNow)
+{
+    playLoaded(FILE_TYPE_VIDEO, 0);
+    players.video().tell(1, PlayerPosition{42});
+    EXPECT_TRUE(playback.firstOf({list, FILE_TYPE_VIDEO, 0})->resumes);
+    players.video().tell(1, PlayerPosition{44});
+    playback.play({list, FILE_TYPE_VIDEO, 0, false, true});
+    EXPECT_EQ(players.video().loaded(2).start, 44);
+}
+
+TEST_F(PlaybackTest, Pause_KeepsThePosition)
+{
+    playLoaded(FILE_TYPE_VIDEO, 0);
+    players.video().tell(1, PlayerPosition{42});
+    playback.playOrPause(FILE_TYPE_VIDEO, false);
+    EXPECT_EQ(positions->find(locate("a.mp4")), 42);
+}
+
 TEST_F(PlaybackTest, EndOfTheFilm_ForgetsItsPosition)
 {
     positions->note(locate("a.mp4"), 50, 100);
@@ -538,6 +566,13 @@ TEST_F(PlaybackTest, FactsThatChange_AreKnown)
     changed.facts.audioTrack = 2;
     players.video().tell(1, changed);
     EXPECT_EQ(playback.current(FILE_TYPE_VIDEO)->facts.audioTrack, 2);
+    EXPECT_TRUE(events.none());
+    changed.facts.audioUnsupported = true;
+    changed.facts.audio.codec = "odd";
+    players.video().tell(1, changed);
+    players.video().tell(1, changed);
+    EXPECT_THAT(events.next(1), ElementsAre("15 {\"codec\":\"odd\",\"path\":\"" + stick.path("a.mp4") + "\"}"));
+    EXPECT_TRUE(events.none());
 }
 
 TEST_F(PlaybackTest, Current_IsWhatBeganLast)
@@ -580,6 +615,16 @@ TEST_F(ImpatientPlaybackTest, Position_IsKeptWhileItPlays)
 {
     impatient.play({list, FILE_TYPE_VIDEO, 0});
     players.video().tell(1, filmOf(100));
+    players.video().tell(1, PlayerPosition{33});
+    EXPECT_TRUE(testsupport::becomes([this] { return positions->find(locate("a.mp4")) == 33; }));
+}
+
+TEST_F(ImpatientPlaybackTest, WoundOutOfAPause_IsKeptWhileItPlaysOn)
+{
+    impatient.play({list, FILE_TYPE_VIDEO, 0});
+    players.video().tell(1, filmOf(100));
+    impatient.playOrPause(FILE_TYPE_VIDEO, false);
+    impatient.wind(FILE_TYPE_VIDEO, true);
     players.video().tell(1, PlayerPosition{33});
     EXPECT_TRUE(testsupport::becomes([this] { return positions->find(locate("a.mp4")) == 33; }));
 }

@@ -138,7 +138,9 @@ protected:
             }
         }
         for (unsigned int second = below(3); second > 0 && m_plays; --second) {
-            m_plays = waitForOneOf({"media.process", "video.music.playend"})["notification"] == "storagemedia.media.process";
+            const Json::Value told = waitForOneOf({"media.process", "video.music.playend"});
+            ASSERT_FALSE(told.isNull());
+            m_plays = told["notification"] == "storagemedia.media.process";
         }
     }
 
@@ -236,7 +238,7 @@ TEST_F(PlayFaults, PulledStick_IsToldEachTimeAndNothingIsLeftBehind)
     }
     ASSERT_FALSE(took.empty());
     std::sort(took.begin(), took.end());
-    EXPECT_LT(took[took.size() / 2], std::chrono::seconds(1));
+    EXPECT_LT(took.back(), std::chrono::seconds(1));
     RecordProperty("longest_ms", static_cast<int>(took.back().count()));
     std::printf("told within %ld ms, half of them within %ld ms\n", static_cast<long>(took.back().count()),
                 static_cast<long>(took[took.size() / 2].count()));
