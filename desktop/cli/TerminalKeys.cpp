@@ -15,13 +15,13 @@ namespace {
 // What signal handlers and the end of the program look at.
 std::atomic<bool> s_isRaw = false;
 termios s_usual = {};
-volatile std::sig_atomic_t s_isToStop = 0;
+std::atomic<bool> s_isToStop = false; // the handler runs on any thread
 Wakeup* s_signalled = nullptr;
 
 void noteSignal(int signal)
 {
     const int error = errno;
-    s_isToStop = signal == SIGTSTP ? 1 : 0;
+    s_isToStop = signal == SIGTSTP;
     s_signalled->raise();
     errno = error;
 }
@@ -79,8 +79,7 @@ int TerminalKeys::signalFd() const
 bool TerminalKeys::isToStop()
 {
     s_signalled->clear();
-    const bool stops = s_isToStop != 0;
-    s_isToStop = 0;
+    const bool stops = s_isToStop.exchange(false);
     if (!stops) {
         begin();
     }
