@@ -61,8 +61,9 @@ public:
 
 private:
     TemporaryDirectory m_folder;
-    Program m_server{
-        {"Xvfb", "-displayfd", "1", "-screen", "0", "640x360x24", "-fbdir", m_folder.path(), "-nolisten", "tcp"}};
+    // Without a reset: the player tries several ways to draw, and a server that begins anew between them refuses the next.
+    Program m_server{{"Xvfb", "-displayfd", "1", "-noreset", "-screen", "0", "640x360x24", "-fbdir", m_folder.path(),
+                      "-nolisten", "tcp"}};
 };
 
 } // namespace testsupport
