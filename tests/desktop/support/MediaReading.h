@@ -3,6 +3,7 @@
 #include "desktop/workers/MediaWorkers.h"
 
 #include "tests/desktop/support/Jpeg.h"
+#include "tests/desktop/support/Program.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -72,8 +73,11 @@ public:
     /// @p script: its lines. $0.log is a file of its own.
     explicit StandIn(const std::string& script)
     {
-        writeFile(program(), "#!/bin/sh\n" + script + "\n");
-        chmod(program().c_str(), 0755);
+        // Written by another process: had this one the file open for writing while one of its threads starts a process, that
+        // process would have it open, too, for a moment, and the script could not be run ("Text file busy").
+        Program writer({"/bin/sh", "-c", "cat > \"$0\" && chmod 755 \"$0\"", program()});
+        writer.send("#!/bin/sh\n" + script + "\n");
+        EXPECT_EQ(writer.wait(), 0) << writer.errors();
     }
 
     std::string program() const { return m_folder.path("worker"); }

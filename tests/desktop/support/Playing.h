@@ -104,14 +104,14 @@ private:
                                                const std::function<bool(const desktop::PlayerTold&)>& fits)
     {
         std::optional<desktop::PlayerTold> told;
-        becomes([&] {
-            for (const desktop::PlayerEvent& event : m_events.sofar()) {
-                if (event.medium == number && fits(event.told)) {
-                    told = event.told;
-                    return true;
-                }
+        m_events.waitUntil([&](const std::vector<desktop::PlayerEvent>& events) {
+            const auto found = std::find_if(events.begin(), events.end(), [&](const desktop::PlayerEvent& event) {
+                return event.medium == number && fits(event.told);
+            });
+            if (found != events.end()) {
+                told = found->told;
             }
-            return false;
+            return told.has_value();
         });
         return told;
     }

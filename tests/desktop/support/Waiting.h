@@ -31,6 +31,14 @@ public:
         return m_items;
     }
 
+    /// Whether @p condition holds for the items, now or before the deadline.
+    template <typename Condition>
+    bool waitUntil(const Condition& condition)
+    {
+        std::unique_lock<std::mutex> lock(m_mutex);
+        return m_changed.wait_for(lock, kDeadline, [&] { return condition(m_items); });
+    }
+
     std::vector<T> sofar()
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
