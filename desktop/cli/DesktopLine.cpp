@@ -60,7 +60,8 @@ std::string faultOfKey(const Json::Value& line)
 
 std::string faultOfPicture(const Json::Value& line)
 {
-    if (!line["picture"].isString() || line["picture"].asString().empty()) {
+    const std::string file = line["picture"].isString() ? line["picture"].asString() : "";
+    if (file.empty() || file.find('\0') != std::string::npos) {
         return "\"picture\" is no file name.";
     }
     for (const SideRange& side : kSides) {

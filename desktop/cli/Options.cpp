@@ -211,6 +211,12 @@ void addPhotos(CLI::App& app, Options& options)
     addJson(photos, options.photos.json);
 }
 
+// As a number is read, "nan" and "0x3" are some, too.
+std::string secondsFault(const std::string& text)
+{
+    return text.find_first_not_of("0123456789.") == std::string::npos ? "" : "\"" + text + "\" is no number of seconds";
+}
+
 void addPlay(CLI::App& app, Options& options)
 {
     static const std::map<std::string, PlayerModeE> kModes = {{"sequence", PLAYER_MODE_SEQUENCE},
@@ -235,6 +241,7 @@ void addPlay(CLI::App& app, Options& options)
         command->add_flag("--from-start", play.fromStart, "Begin at the start, without asking")->excludes(resume);
     command->add_option("--at", play.startAt, "Begin so many seconds after the start")
         ->type_name("SECONDS")
+        ->check(&secondsFault)
         ->check(CLI::Range(0.0, 360'000.0))
         ->excludes(resume)
         ->excludes(fromStart);

@@ -14,6 +14,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <utility>
 
 namespace desktop {
 
@@ -27,6 +28,7 @@ constexpr const char* kAudioUnsupported = "storagemedia.audio.notsupport";
 constexpr const char* kVideoUnsupported = "storagemedia.media.notsupport";
 
 constexpr std::chrono::milliseconds kNoticeTime(1500);
+constexpr int kTerminalTime = 500; // milliseconds between looks whether the terminal has become this program's
 
 // What comes when nothing more is played.
 constexpr const char* kEnds[] = {"storagemedia.video.music.playend", "storagemedia.photo.playend",
@@ -84,6 +86,7 @@ private:
     void quit();
     void showNotice(std::string notice);
     int noticeTime() const;
+    int waitTime() const;
     void handle(const HostUpdate& update);
     void handle(const Notification& notification);
     void handleLoaded();
@@ -104,7 +107,8 @@ private:
     PlayProgress m_progress{m_target};
     std::string m_notice; ///< shown in place of the progress until then
     std::chrono::steady_clock::time_point m_noticeEnd;
-    std::string m_note; ///< of what cannot be decoded, to be printed unless it is why the medium fails
+    std::string m_note;    ///< of what cannot be decoded, to be printed unless it is why the medium fails
+    bool m_isFirst = true; ///< no medium has been loaded yet
     bool m_ended = false;
 };
 
@@ -117,6 +121,10 @@ void PlayCommand::run()
 
 bool PlayCommand::start()
 {
+    if (m_options.startAt && m_target.kind == FILE_TYPE_PHOTO) {
+        m_session.fail(m_options.path, "A photo has no time to begin at");
+        return false;
+    }
     Json::Value reply;
     if (m_options.mode) {
         Json::Value order;
@@ -180,7 +188,7 @@ void PlayCommand::follow()
 {
     while (!m_ended && !m_session.stopped()) {
         if (m_progress.isLoaded()) {
-            m_session.progress().show(noticeTime() > 0 ? m_notice : m_progress.line());
+            m_session.progress().show(noticeTime() > 0 ? m_notice : m_progress.line(m_commands.subtitlesAreShown()));
         }
         for (const std::string& key : waitForKeys(m_client.fd())) {
             press(key);
@@ -200,8 +208,11 @@ std::vector<std::string> PlayCommand::waitForKeys(int updates)
 {
     std::array<pollfd, 4> waits = {
         {{updates, POLLIN, 0}, {m_interrupts.fd(), POLLIN, 0}, {m_keys.fd(), POLLIN, 0}, {m_keys.signalFd(), POLLIN, 0}}};
-    if (poll(waits.data(), waits.size(), noticeTime() > 0 ? noticeTime() : -1) < 0) {
+    if (poll(waits.data(), waits.size(), waitTime()) < 0) {
         return {};
+    }
+    if (m_keys.isWithoutTerminal()) {
+        m_keys.takeTerminal();
     }
     if (waits[3].revents != 0 && m_keys.isToStop()) {
         stopForAWhile();
@@ -275,6 +286,15 @@ int PlayCommand::noticeTime() const
     return static_cast<int>(std::max(left.count(), std::chrono::milliseconds::rep(0)));
 }
 
+// As poll(2) has it, until there is something to do without being woken.
+int PlayCommand::waitTime() const
+{
+    if (noticeTime() > 0) {
+        return noticeTime();
+    }
+    return m_keys.isWithoutTerminal() ? kTerminalTime : -1;
+}
+
 void PlayCommand::handle(const HostUpdate& update)
 {
     if (const auto* notification = std::get_if<Notification>(&update)) {
@@ -310,6 +330,9 @@ void PlayCommand::handle(const Notification& notification)
 // A photo by itself has no end; it is over at once when nobody can see it.
 void PlayCommand::handleLoaded()
 {
+    if (std::exchange(m_isFirst, false) && m_options.startAt && m_progress.endsBefore(*m_options.startAt)) {
+        m_note = ": It is not that long; it plays from its start";
+    }
     if (!m_options.json && !m_session.progress().isTerminal()) {
         m_output.write(m_progress.report());
     }

@@ -215,6 +215,7 @@ std::string PlayKeys::nextSubtitle(int step)
     shown["value"] = next > 0 ? 1 : 0;
     const bool set =
         (next == 0 || setOption("subtitle", "track", subtitles.numberAt(next))) && send(kSwitchSubtitles, shown);
+    m_subtitlesAreShown = set ? next > 0 : m_subtitlesAreShown;
     return set ? "Subtitles: " + subtitles.nameAt(next) : "The subtitles cannot be changed";
 }
 

@@ -47,6 +47,8 @@ public:
     /// Does @p action, one that the plugin has a command for; @p speed is the one at which the medium plays now, 0 when it
     /// is paused. Returns what is to be told about it; may be empty; safe for a terminal.
     std::string press(PlayAction action, int speed);
+    /// Whether subtitles are shown, as far as the keys have chosen.
+    bool subtitlesAreShown() const { return m_subtitlesAreShown; }
 
 private:
     bool send(const std::string& command, Json::Value request = Json::Value(Json::objectValue));
@@ -59,6 +61,7 @@ private:
 
     const FileType m_kind;
     const Execute m_execute;
+    bool m_subtitlesAreShown = true;
 };
 
 } // namespace desktop

@@ -43,10 +43,11 @@ void PlayProgress::take(const Notification& notification)
     }
 }
 
-std::string PlayProgress::line() const
+std::string PlayProgress::line(bool withSubtitle) const
 {
     std::string text = truncated(visibleText(m_title), kTitleColumns);
-    for (const std::string& part : {state(), times(), m_target.placeOf(m_index), visibleText(m_subtitle)}) {
+    for (const std::string& part :
+         {state(), times(), m_target.placeOf(m_index), withSubtitle ? visibleText(m_subtitle) : ""}) {
         text += part.empty() ? "" : "  " + part;
     }
     return text;

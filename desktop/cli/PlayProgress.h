@@ -24,8 +24,11 @@ public:
     /// 1 as usual, 0 paused, negative backwards.
     int speed() const { return m_speed; }
 
-    /// What is to be shown in one line, safe for a terminal: title, state, time, place and subtitle.
-    std::string line() const;
+    /// Whether what plays is known to be no longer than @p seconds.
+    bool endsBefore(double seconds) const { return m_duration > 0 && seconds >= m_duration; }
+
+    /// What is to be shown in one line, safe for a terminal: title, state, time, place and, if @p withSubtitle, subtitle.
+    std::string line(bool withSubtitle) const;
     /// That the medium plays, as a line of a report, safe for a terminal.
     std::string report() const;
 

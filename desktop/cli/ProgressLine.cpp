@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 
 namespace desktop {
 
@@ -19,16 +21,30 @@ std::size_t terminalColumns()
     return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsual;
 }
 
+// Whether standard error is a terminal on which a line can be written anew.
+bool isTerminalWithCursor()
+{
+    const char* const kind = std::getenv("TERM");
+    return isatty(STDERR_FILENO) == 1 && (kind == nullptr || std::strcmp(kind, "dumb") != 0);
+}
+
+// The terminal is another program's now.
+bool isInBackground()
+{
+    const pid_t foreground = tcgetpgrp(STDERR_FILENO);
+    return foreground > 0 && foreground != getpgrp();
+}
+
 } // namespace
 
 ProgressLine::ProgressLine()
-    : m_terminal(isatty(STDERR_FILENO) == 1)
+    : m_terminal(isTerminalWithCursor())
 {
 }
 
 void ProgressLine::show(const std::string& text)
 {
-    if (!m_terminal) {
+    if (!m_terminal || isInBackground()) {
         return;
     }
     const LockGuard lock(m_mutex);

@@ -86,6 +86,7 @@ private:
     void runCommand(const Json::Value& line);
     void runForDesktop(const Json::Value& line);
     bool writeUpdates();
+    void writeLastUpdates();
     void writeUpdate(const HostUpdate& update);
     void writeUnansweredEnd(const RequestEnded& request);
     void writeWindowKey(const std::string& key);
@@ -117,7 +118,18 @@ int Shell::run()
     if (end == HostClient::WaitResult::TimedOut) {
         writeMissingAnswers();
     }
-    return end == HostClient::WaitResult::Answered && !m_client.isCutOff() && m_output.good() ? 0 : 1;
+    const bool isWhole = end == HostClient::WaitResult::Answered && !m_client.isCutOff();
+    writeLastUpdates();
+    return isWhole && m_output.good() ? 0 : 1;
+}
+
+// What the commands have led to, though it answers none of them, is due when the host closes.
+void Shell::writeLastUpdates()
+{
+    if (m_output.good()) {
+        m_client.host().close();
+        m_client.takeUpdates([this](const HostUpdate& update) { writeUpdate(update); });
+    }
 }
 
 void Shell::runLines(LineSource& input)

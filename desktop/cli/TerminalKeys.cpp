@@ -59,6 +59,11 @@ int TerminalKeys::fd() const
     return s_isRaw ? STDIN_FILENO : -1;
 }
 
+bool TerminalKeys::isWithoutTerminal() const
+{
+    return !s_isRaw && tcgetpgrp(STDIN_FILENO) > 0;
+}
+
 std::vector<std::string> TerminalKeys::take()
 {
     std::array<char, 256> bytes = {};

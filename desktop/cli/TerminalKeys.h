@@ -21,6 +21,11 @@ public:
 
     /// For poll(2): readable when keys have been typed; negative while none are read.
     int fd() const;
+    /// Whether the terminal is another program's, which takeTerminal() is to find out about now and then: a shell that gives
+    /// it to a running program says nothing.
+    bool isWithoutTerminal() const;
+    /// Reads keys from now on if the terminal is this program's.
+    void takeTerminal() { begin(); }
     /// The keys typed so far, as KeyReader names them. Waits for nothing once fd() is readable.
     std::vector<std::string> take();
 

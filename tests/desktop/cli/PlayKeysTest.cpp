@@ -129,10 +129,13 @@ TEST_F(PlayKeysTest, Subtitles_GoRoundTheirTracksAndOff)
                 ElementsAre("folder.getcuroptions {}", R"(option.set {"option":"subtitle","suboption":"track","value":2})",
                             R"(substitle.switch {"value":1})"));
     options = told("true", 2);
+    EXPECT_TRUE(keys.subtitlesAreShown());
     EXPECT_EQ(keys.press(PlayAction::NextSubtitle, 1), "Subtitles: off");
+    EXPECT_FALSE(keys.subtitlesAreShown());
     EXPECT_EQ(sent.back(), R"(substitle.switch {"value":0})");
     options = told("false", 2);
     EXPECT_EQ(keys.press(PlayAction::NextSubtitle, 1), "Subtitles: eng");
+    EXPECT_TRUE(keys.subtitlesAreShown());
     EXPECT_EQ(keys.press(PlayAction::PreviousSubtitle, 1), "Subtitles: a.srt");
     options = told("true", 1);
     EXPECT_EQ(keys.press(PlayAction::PreviousSubtitle, 1), "Subtitles: off");

@@ -58,6 +58,8 @@ TEST(CommandLine, Mistake_IsToldAndGives2)
                                                             {"--stick", "/tmp", "play", "a", "--mode", "backwards"},
                                                             {"--stick", "/tmp", "play", "a", "--resume", "--at", "3"},
                                                             {"--stick", "/tmp", "play", "a", "--at", "-1"},
+                                                            {"--stick", "/tmp", "play", "a", "--at", "nan"},
+                                                            {"--stick", "/tmp", "play", "a", "--at", "0x3"},
                                                             {"--stick", "/tmp", "play", "a", "--window", "--no-window"},
                                                             {"--stick", "/tmp", "thumbnails", "a", "--file", "b"},
                                                             {"--log-level", "loud", "shell"}};

@@ -58,6 +58,7 @@ TEST_F(DesktopLinesTest, Mistakes_AreToldWithWhatMayBeMeant)
         {R"({"desktop":"screen","off":1})", R"("off" is neither true nor false.)"},
         {R"({"desktop":"screen","teapot":1})", R"(Unknown member "teapot".)"},
         {R"({"desktop":"screen","picture":""})", R"("picture" is no file name.)"},
+        {R"({"desktop":"screen","picture":"a\u0000b.jpg"})", R"("picture" is no file name.)"},
         {R"({"desktop":"screen","picture":"a.jpg","off":true})", R"(Unknown member "off".)"},
         {R"({"desktop":"screen","picture":"a.jpg","width":15})", R"("width" is no number from 16 to 3840.)"},
         {R"({"desktop":"screen","picture":"a.jpg","width":"16"})", R"("width" is no number from 16 to 3840.)"},

@@ -94,6 +94,24 @@ TEST(Play, Start_IsTheSecondThatIsAskedFor)
     EXPECT_GE(seconds.front(), 28U);
 }
 
+TEST(Play, StartBehindTheEnd_IsToldAndPlaysFromTheStart)
+{
+    const testsupport::TemporaryDirectory stick;
+    writeFile(stick.path("short.wav"), testsupport::waveFile("", 1));
+    Program program(playing(stick.path(), {"short.wav", "--at", "1"}));
+    EXPECT_EQ(program.wait(), 0);
+    EXPECT_EQ(program.errors(),
+              "desktop-tv: " + stick.path("short.wav") + ": It is not that long; it plays from its start\n");
+}
+
+TEST(Play, PhotoWithAStart_IsRefused)
+{
+    Program program(playing(demoFile(""), {"Photos/2023/winter.jpg", "--at", "3"}));
+    EXPECT_EQ(program.wait(), 1);
+    EXPECT_EQ(program.errors(), "desktop-tv: Photos/2023/winter.jpg: A photo has no time to begin at\n");
+    EXPECT_EQ(program.output(), "");
+}
+
 TEST(Play, StickThatIsPulled_IsOneError)
 {
     const testsupport::TemporaryDirectory folder;
@@ -231,6 +249,27 @@ TEST_F(PlayOnTerminalTest, CtrlZ_LendsTheTerminalToOthers)
     EXPECT_TRUE(shows("resumes"));
     EXPECT_TRUE(shows("playing"));
     expectEnd("q", 0);
+}
+
+// One of these shells does not say that it gives the terminal to a program that runs.
+TEST_F(PlayOnTerminalTest, BackgroundThatComesToTheForeground_TakesTheKeys)
+{
+    start({kFilm, "--json"}, "bash -c 'set -m; \"$@\" & read line; stty -a; fg; echo status $?; stty -a' bash \"$@\"");
+    EXPECT_TRUE(shows("storagemedia.media.process"));
+    EXPECT_THAT(program->output(), Not(HasSubstr("playing"))) << "shown in the background";
+    type("\n");
+    EXPECT_TRUE(shows("playing"));
+    type(" ");
+    EXPECT_TRUE(shows("paused"));
+    expectEnd("q", 0);
+}
+
+TEST_F(PlayOnTerminalTest, TerminalWithoutCursor_GetsLines)
+{
+    start({kFilm}, "TERM=dumb \"$@\"; echo status $?; stty -a");
+    EXPECT_TRUE(shows("1 of 1: " + demoFile(kFilm)));
+    expectEnd("q", 0);
+    EXPECT_THAT(program->output(), Not(HasSubstr("\x1b")));
 }
 
 TEST_F(PlayOnTerminalTest, VideoThatWasLeft_GoesOnWhenThePersonWantsIt)

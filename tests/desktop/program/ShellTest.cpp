@@ -331,7 +331,18 @@ TEST_F(ShellTest, ReaderThatGoesAway_EndsIt)
     EXPECT_EQ(shell.program.errors(), "");
 }
 
-TEST_F(ShellTest, FolderOf100000Files_ComesWholeAndInOrder)
+TEST_F(ShellTest, EndOfTheInput_ComesAfterWhatIsDue)
+{
+    for (int i = 0; i < 5; ++i) {
+        Shell shell(options());
+        EXPECT_EQ(shell.program.wait(), 0);
+        EXPECT_NE(shell.program.output().find("storagemedia.usb.mount"), std::string::npos);
+    }
+}
+
+using LargeFolderTest = ShellTest;
+
+TEST_F(LargeFolderTest, Of100000Files_ComesWholeAndInOrder)
 {
     stick.makeDirectory("many");
     testsupport::makeManyFiles(stick.path("many"), 100'000, "photo ");
