@@ -64,7 +64,7 @@ EntryList ShownLists::toPlay(const std::string& name)
     const Shown* const shown = find(name);
     EntryList list = shown != nullptr ? entriesOf(*shown) : nullptr;
     if (list == nullptr && !name.empty()) {
-        list = m_grouping.entries(name);
+        list = m_grouping.entries(name, m_grouping.order());
     }
     if (list == nullptr && !name.empty()) {
         list = entriesIn(m_listings.known(name));
@@ -82,7 +82,7 @@ void ShownLists::add(Kind kind, std::string name, EntryList entries)
 {
     std::erase_if(m_shown, [&name](const Shown& shown) { return shown.name == name; });
     std::string volumeId = m_volumes.locate(name).volumeId;
-    m_shown.push_front({kind, std::move(name), std::move(volumeId), std::move(entries)});
+    m_shown.push_front({kind, std::move(name), std::move(volumeId), std::move(entries), m_grouping.order()});
     while (isTooMuch()) {
         m_shown.pop_back();
     }
@@ -115,7 +115,7 @@ const ShownLists::Shown* ShownLists::find(const std::string& name) const
 EntryList ShownLists::entriesOf(const Shown& shown) const
 {
     if (shown.kind == Kind::Group) {
-        return m_grouping.entries(shown.name);
+        return m_grouping.entries(shown.name, shown.order);
     }
     if (shown.kind == Kind::Fixed) {
         return shown.entries;

@@ -28,7 +28,8 @@ public:
     void show(const std::string& name, EntryList list);
     /// The current directory, @p directory, is shown, from when it has been read on.
     void showCurrent(const std::string& directory);
-    /// The group @p key is shown, of the latest grouping that there is when it is asked for.
+    /// The group @p key is shown, in the order that its pages have now; of the latest grouping that there is when it is
+    /// asked for.
     void showGroup(const std::string& key);
     /// Forgets the lists below @p directory, but for the one shown last.
     void forgetBelow(const std::string& directory);
@@ -51,6 +52,7 @@ private:
         std::string name;     ///< of a place without a trailing slash
         std::string volumeId; ///< of the stick that it lies on
         EntryList entries;    ///< of a fixed one
+        GroupOrder order;     ///< of a group
     };
 
     void add(Kind kind, std::string name, EntryList entries = nullptr);

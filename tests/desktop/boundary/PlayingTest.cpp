@@ -175,6 +175,18 @@ TEST_F(PlayingTest, Group_IsPlayedByItsKey)
     expectPlays(FILE_TYPE_PHOTO, "5.jpg");
 }
 
+TEST_F(PlayingTest, GroupThatWasShown_KeepsItsOrderWhenAnotherIsAskedForTheOtherWayRound)
+{
+    group(folder.path());
+    std::vector<FolderFileInfo_s> files;
+    ASSERT_EQ(browser.getMediaFileInfo("All", files, 9, 1), 0);
+    ASSERT_EQ(browser.getMediaFileInfo("another", files, 9, 0), -1);
+    for (const char* const name : {"All", ""}) {
+        EXPECT_EQ(play(FILE_TYPE_PHOTO, 0, name), 0);
+        expectPlays(FILE_TYPE_PHOTO, "1.jpg");
+    }
+}
+
 TEST_F(PlayingTest, GroupThatWasShown_IsThatOfTheLatestGrouping)
 {
     group(folder.path());
