@@ -38,6 +38,7 @@ struct OptionDescription {
     int maximum;           ///< likewise
     OptionChoices choices; ///< none unless it is a choice
     const char* unit;      ///< "ms", "s", "percent" or "rgb" (0xRRGGBB); empty: none
+    bool isOfMedium;       ///< refused while no medium plays that it is for, and forgotten with it
     const char* meaning;
 };
 
@@ -83,17 +84,17 @@ inline constexpr std::array<OptionChoice, 35> kOptionChoices = {{
 
 /// Every playback option.
 inline constexpr std::array<OptionDescription, 11> kOptions = {{
-    {"audio", "track", OptionKind::Track, 0, 0, 0, {nullptr, 0}, "", "the track of sound that plays, by its number; 0: the file's own choice"},
-    {"subtitle", "track", OptionKind::Track, 0, 0, 0, {nullptr, 0}, "", "the subtitle track that is chosen, by its number; 0: the file's own choice"},
-    {"subtitle", "size", OptionKind::Choice, 1, 0, 3, {&kOptionChoices[0], 4}, "percent", "the size of the letters"},
-    {"subtitle", "color", OptionKind::Choice, 0, 0, 6, {&kOptionChoices[4], 7}, "rgb", "the colour of the letters"},
-    {"subtitle", "position", OptionKind::Range, 100, 0, 100, {nullptr, 0}, "percent", "of the picture's height: where the lower edge of the text is"},
-    {"subtitle", "delay", OptionKind::Range, 0, -60000, 60000, {nullptr, 0}, "ms", "how much later they are shown; negative: sooner"},
-    {"subtitle", "charset", OptionKind::Choice, 0, 0, 17, {&kOptionChoices[11], 18}, "", "the character set of subtitle files beside the video"},
-    {"photo", "interval", OptionKind::Range, 5, 1, 3600, {nullptr, 0}, "s", "how long the slide show shows a photo"},
-    {"photo", "zoom", OptionKind::Range, 100, 100, 800, {nullptr, 0}, "percent", "how much larger than the screen the photo is shown"},
-    {"playback", "speed", OptionKind::Range, 100, 50, 200, {nullptr, 0}, "percent", "the speed at which video and music play"},
-    {"video", "picsize", OptionKind::Choice, 0, 0, 5, {&kOptionChoices[29], 6}, "", "how the picture fills the screen; \"storagemedia.video.pic.set\" sets the same"},
+    {"audio", "track", OptionKind::Track, 0, 0, 0, {nullptr, 0}, "", true, "the track of sound that plays, by its number; 0: the file's own choice"},
+    {"subtitle", "track", OptionKind::Track, 0, 0, 0, {nullptr, 0}, "", true, "the subtitle track that is chosen, by its number; 0: the file's own choice"},
+    {"subtitle", "size", OptionKind::Choice, 1, 0, 3, {&kOptionChoices[0], 4}, "percent", false, "the size of the letters"},
+    {"subtitle", "color", OptionKind::Choice, 0, 0, 6, {&kOptionChoices[4], 7}, "rgb", false, "the colour of the letters"},
+    {"subtitle", "position", OptionKind::Range, 100, 0, 100, {nullptr, 0}, "percent", false, "of the picture's height: where the lower edge of the text is"},
+    {"subtitle", "delay", OptionKind::Range, 0, -60000, 60000, {nullptr, 0}, "ms", true, "how much later they are shown; negative: sooner"},
+    {"subtitle", "charset", OptionKind::Choice, 0, 0, 17, {&kOptionChoices[11], 18}, "", false, "the character set of subtitle files beside the video"},
+    {"photo", "interval", OptionKind::Range, 5, 1, 3600, {nullptr, 0}, "s", false, "how long the slide show shows a photo"},
+    {"photo", "zoom", OptionKind::Range, 100, 100, 800, {nullptr, 0}, "percent", true, "how much larger than the screen the photo is shown"},
+    {"playback", "speed", OptionKind::Range, 100, 50, 200, {nullptr, 0}, "percent", false, "the speed at which video and music play"},
+    {"video", "picsize", OptionKind::Choice, 0, 0, 5, {&kOptionChoices[29], 6}, "", false, "how the picture fills the screen; \"storagemedia.video.pic.set\" sets the same"},
 }};
 
 // clang-format on

@@ -132,7 +132,7 @@ void DesktopMiddleware::makeParts(const DesktopSettings& settings)
     m_playlists = std::make_unique<Playlists>(m_opener, m_workers, m_catalog);
     m_thumbnails = std::make_unique<Thumbnails>(
         std::make_shared<ThumbnailMaker>(m_resolver, m_workers, settings.cacheFolder), m_events, m_reporter);
-    m_shownLists = std::make_unique<ShownLists>(*m_listings, *m_grouping, *m_playlists);
+    m_shownLists = std::make_unique<ShownLists>(m_opener, *m_listings, *m_grouping, *m_playlists);
     m_playback = std::make_unique<Playback>(
         m_opener, m_events, std::make_shared<PlayPositions>(settings.cacheFolder),
         settings.players != nullptr ? settings.players : playerProcesses(settings.playerOutput), settings.keyPressed);

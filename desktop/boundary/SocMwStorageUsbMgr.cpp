@@ -77,5 +77,6 @@ int SocMwStorageUsbMgr::getPlayListFiles(std::string path, std::vector<std::pair
 
 int SocMwStorageUsbMgr::clearMediaMap(std::string path)
 {
+    DesktopMiddleware::instance().shownLists().forgetBelow(path);
     return DesktopMiddleware::instance().listings().forget(path) ? 0 : -1;
 }

@@ -21,6 +21,15 @@ constexpr const char* kHowTo =
     "  {\"desktop\":\"key\",\"name\":\"usb-source\"}         presses a key of the set, or super-demo\n"
     "The tabulator key completes names and keys. help COMMAND explains one. Ctrl-D ends.\n\n";
 
+std::string onTheDesktop(const std::string& meaning)
+{
+    std::string text = "  On the desktop: ";
+    for (const char letter : meaning) {
+        text += letter == '\n' ? std::string("\n  ") : std::string(1, letter);
+    }
+    return text + "\n";
+}
+
 } // namespace
 
 std::string shellHelp()
@@ -44,6 +53,7 @@ std::string commandHelp(const std::string& name)
         text += "  \"" + std::string(key.name) + "\": " + key.type + ", " + key.need + "; " + key.meaning + "\n";
     }
     text += command->answer == nullptr ? "" : std::string("  Answered by ") + command->answer + ".\n";
+    text += command->desktop == nullptr ? "" : onTheDesktop(command->desktop);
     return text;
 }
 

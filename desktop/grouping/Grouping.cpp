@@ -201,7 +201,7 @@ std::optional<std::vector<MediaEntry>> Grouping::list(const std::string& key, in
 {
     m_number = number;
     m_order = order;
-    auto entries = group(key);
+    auto entries = group(key, order);
     if (!entries) {
         logMissing(key);
     } else if (number > 0 && entries->size() > static_cast<std::size_t>(number)) {
@@ -212,7 +212,7 @@ std::optional<std::vector<MediaEntry>> Grouping::list(const std::string& key, in
 
 std::optional<std::vector<FolderFileInfo_s>> Grouping::page(const std::string& key, int page) const
 {
-    const EntryList files = entries(key);
+    const EntryList files = entries(key, m_order);
     if (files == nullptr) {
         logMissing(key);
         return std::nullopt;
@@ -220,9 +220,9 @@ std::optional<std::vector<FolderFileInfo_s>> Grouping::page(const std::string& k
     return cutPage(*files, page, m_number);
 }
 
-EntryList Grouping::entries(const std::string& key) const
+EntryList Grouping::entries(const std::string& key, GroupOrder order) const
 {
-    const auto entries = group(key);
+    const auto entries = group(key, order);
     if (!entries) {
         return nullptr;
     }
@@ -233,11 +233,11 @@ EntryList Grouping::entries(const std::string& key) const
     return files;
 }
 
-// All of the group, in the order that the latest list asked for.
-std::optional<std::vector<MediaEntry>> Grouping::group(const std::string& key) const
+// All of the group.
+std::optional<std::vector<MediaEntry>> Grouping::group(const std::string& key, GroupOrder order) const
 {
     const LockGuard lock(m_result->mutex);
-    const auto files = m_result->groups != nullptr ? m_result->groups->files(key, m_order) : std::nullopt;
+    const auto files = m_result->groups != nullptr ? m_result->groups->files(key, order) : std::nullopt;
     if (!files) {
         return std::nullopt;
     }

@@ -30,8 +30,10 @@ public:
     std::optional<std::vector<MediaEntry>> list(const std::string& key, int number, GroupOrder order);
     /// Page @p page, from 0, of group @p key: pages have the length and the order that the latest list asked for.
     std::optional<std::vector<FolderFileInfo_s>> page(const std::string& key, int page) const;
-    /// All files of group @p key, in the order that pages have; null when there is no such group.
-    EntryList entries(const std::string& key) const;
+    /// The order that pages have.
+    GroupOrder order() const { return m_order; }
+    /// All files of group @p key; null when there is no such group.
+    EntryList entries(const std::string& key, GroupOrder order) const;
 
 private:
     /// Where a grouping leaves what it has made.
@@ -40,7 +42,7 @@ private:
         std::shared_ptr<const Groups> groups GUARDED_BY(mutex); ///< null until then
     };
 
-    std::optional<std::vector<MediaEntry>> group(const std::string& key) const;
+    std::optional<std::vector<MediaEntry>> group(const std::string& key, GroupOrder order) const;
 
     LocationOpener m_opener;
     std::shared_ptr<MetadataCatalog> m_catalog;

@@ -1,6 +1,7 @@
 #include "desktop/metadata/PlayPositions.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <iterator>
 #include <utility>
@@ -28,6 +29,13 @@ bool isWorthReturning(double seconds, double duration)
     const double margin = std::max(kMargin, known * kMarginShare);
     const double end = known > 0 ? known - margin : kLongest;
     return seconds >= margin && seconds <= end;
+}
+
+// Numbers of several programs that share the database stand in the order of their times.
+std::int64_t numberAfter(std::int64_t last)
+{
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    return std::max<std::int64_t>(last + 1, std::chrono::duration_cast<std::chrono::nanoseconds>(now).count());
 }
 
 SqliteDatabase openDatabase(const std::string& file)
@@ -106,10 +114,9 @@ void PlayPositions::note(const Location& file, double seconds, double duration)
         forgetLocked(place);
         return;
     }
-    const Noted noted = {std::llround(seconds * kMilliseconds), m_lastNumber + 1};
-    m_changes.files.insert_or_assign(place, noted);
+    const Noted noted = {std::llround(seconds * kMilliseconds), numberAfter(m_lastNumber)};
     add(place, noted);
-    m_changed.notify_all();
+    changeLocked(place, noted);
 }
 
 void PlayPositions::forget(const Location& file)
@@ -124,6 +131,7 @@ void PlayPositions::forgetAll()
     m_positions.clear();
     m_byFile.clear();
     m_changes = {.forgetAll = true};
+    m_isDue = true;
     m_changed.notify_all();
 }
 
@@ -160,42 +168,66 @@ void PlayPositions::remove(const StoredPlace& file)
 
 void PlayPositions::forgetLocked(const StoredPlace& file)
 {
-    m_changes.files.insert_or_assign(file, std::nullopt);
     remove(file);
+    changeLocked(file, std::nullopt);
+}
+
+void PlayPositions::changeLocked(const StoredPlace& file, const std::optional<Noted>& noted)
+{
+    m_changes.files.insert_or_assign(file, noted);
+    m_isDue = true;
     m_changed.notify_all();
 }
 
-PlayPositions::Changes PlayPositions::everything() const
+void PlayPositions::Changes::addEarlier(Changes earlier)
 {
-    const LockGuard lock(m_mutex);
-    Changes changes = {.forgetAll = true};
-    for (const Position& position : m_positions) {
-        changes.files.emplace(position.file, position.noted);
+    if (!forgetAll) {
+        forgetAll = earlier.forgetAll;
+        files.merge(earlier.files);
     }
-    return changes;
+}
+
+PlayPositions::Changes PlayPositions::withEverything(const Changes& changes) const
+{
+    Changes all;
+    {
+        const LockGuard lock(m_mutex);
+        for (const Position& position : m_positions) {
+            all.files.emplace(position.file, position.noted);
+        }
+    }
+    all.addEarlier(changes);
+    return all;
 }
 
 void PlayPositions::writeLoop()
 {
     UniqueLock lock(m_mutex);
     for (;;) {
-        m_changed.wait(lock.native(), [this]() REQUIRES(m_mutex) { return m_ending || !m_changes.empty(); });
-        if (m_changes.empty()) {
+        m_changed.wait(lock.native(), [this]() REQUIRES(m_mutex) { return m_ending || m_isDue; });
+        const bool isLast = m_ending;
+        if (!m_changes.empty()) {
+            Changes changes = std::exchange(m_changes, {});
+            m_isDue = false;
+            lock.unlock();
+            const bool written = write(changes);
+            lock.lock();
+            if (!written) {
+                m_changes.addEarlier(std::move(changes));
+            }
+        }
+        if (isLast) {
             return;
         }
-        const Changes changes = std::exchange(m_changes, {});
-        lock.unlock();
-        write(changes);
-        lock.lock();
     }
 }
 
-// When the database may lack earlier changes, all that is known is written in their place.
-void PlayPositions::write(const Changes& changes)
+// A database that may be new, as the one before was damaged, gets all that is known. What another program has written to it
+// stays there.
+bool PlayPositions::write(const Changes& changes)
 {
-    const bool lacksNone = m_written;
-    m_written = m_database.use(
-        [&](Connection& connection) { connection.store(lacksNone && !connection.isNew ? changes : everything()); });
+    return m_database.use(
+        [&](Connection& connection) { connection.store(connection.isNew ? withEverything(changes) : changes); });
 }
 
 } // namespace desktop

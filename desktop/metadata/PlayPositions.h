@@ -14,8 +14,8 @@
 namespace desktop {
 
 /// Remembers where videos were left, each by its volume and its path beneath it, in a database that outlasts the program.
-/// There are 10,000 of them at most: the one noted longest ago is forgotten. What cannot be written is logged, and known
-/// until the program ends. Safe on any thread; no operation waits for the disk.
+/// There are 10,000 of them at most: the one noted longest ago is forgotten. What cannot be written is logged, and tried
+/// again with the next change and at the end. Safe on any thread; no operation waits for the disk.
 class PlayPositions {
 public:
     /// Reads what is remembered in folder @p cacheFolder, made when missing; in memory only when that is empty.
@@ -51,25 +51,29 @@ private:
         std::map<StoredPlace, std::optional<Noted>> files{}; ///< nothing: forgotten
 
         bool empty() const { return !forgetAll && files.empty(); }
+        /// Adds what was to be written before these.
+        void addEarlier(Changes earlier);
     };
 
     void load(Connection& connection);
     void add(const StoredPlace& file, const Noted& noted) REQUIRES(m_mutex);
     void remove(const StoredPlace& file) REQUIRES(m_mutex);
     void forgetLocked(const StoredPlace& file) REQUIRES(m_mutex);
-    Changes everything() const;
+    void changeLocked(const StoredPlace& file, const std::optional<Noted>& noted) REQUIRES(m_mutex);
+    /// @p changes and all that is known besides.
+    Changes withEverything(const Changes& changes) const;
     void writeLoop();
-    void write(const Changes& changes);
+    bool write(const Changes& changes);
 
     mutable Mutex m_mutex;
     std::condition_variable m_changed;
     std::list<Position> m_positions GUARDED_BY(m_mutex); ///< the one noted longest ago first
     std::map<StoredPlace, std::list<Position>::iterator> m_byFile GUARDED_BY(m_mutex);
     std::int64_t m_lastNumber GUARDED_BY(m_mutex) = 0;
-    Changes m_changes GUARDED_BY(m_mutex);
+    Changes m_changes GUARDED_BY(m_mutex);    ///< not written yet
+    bool m_isDue GUARDED_BY(m_mutex) = false; ///< some have come since the last attempt
     bool m_ending GUARDED_BY(m_mutex) = false;
     LastingDatabase<Connection> m_database; ///< the thread's, once it has been read
-    bool m_written = true;                  ///< the thread's: whether its last attempt has succeeded
     std::thread m_thread;
 };
 

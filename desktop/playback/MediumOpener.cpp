@@ -38,7 +38,7 @@ std::vector<SubtitleFile> openSubtitles(const Location& video)
 {
     std::vector<SubtitleFile> opened;
     const Location folder = video.parent();
-    for (const SubtitleFileName& found : subtitleFilesOf(video.name(), namesIn(folder))) {
+    for (const SubtitleFileName& found : subtitleFilesOf(video.name(), namesIn(folder), userLanguage())) {
         SubtitleFile file = {encodeName(found.name), found.language, openFile(folder.child(found.name))};
         if (!found.pictures.empty()) {
             file.pictures = openFile(folder.child(found.pictures));

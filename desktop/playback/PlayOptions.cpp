@@ -215,8 +215,9 @@ bool PlayOptions::apply(const OptionDescription& option, int value)
         m_playback.setSlideInterval(std::chrono::seconds(value));
         return true;
     }
-    const auto change = [binding, value](PlayerOptions& options, const MediaFacts* facts) {
-        if (binding->tracks != nullptr && (facts == nullptr || !hasTrack(*facts, *binding->tracks, value))) {
+    const auto change = [&option, binding, value](PlayerOptions& options, const MediaFacts* facts) {
+        const bool isForNone = option.isOfMedium && facts == nullptr;
+        if (isForNone || (binding->tracks != nullptr && !hasTrack(*facts, *binding->tracks, value))) {
             return false;
         }
         binding->set(options, value);

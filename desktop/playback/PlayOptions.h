@@ -8,8 +8,8 @@
 
 namespace desktop {
 
-/// The options of playback under the names and values that requests have for them. What one sets that is meant for one
-/// medium is the file's own choice again with the next. Operations are called on the command thread.
+/// The options of playback under the names and values that requests have for them. What is set for one
+/// medium has its first value again with the next. Operations are called on the command thread.
 class PlayOptions {
 public:
     /// @p playback outlives this object.
@@ -19,7 +19,7 @@ public:
     }
 
     /// Sets an option; false, which is logged, when there is none of that name, the value is not one of its values, or
-    /// nothing plays that has such a track.
+    /// it is for one medium and none plays, or none that has such a track.
     bool set(const std::string& option, const std::string& suboption, int value);
     /// The value of an option that there is.
     int value(const std::string& option, const std::string& suboption) const;

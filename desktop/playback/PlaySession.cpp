@@ -172,6 +172,7 @@ void PlaySession::timePassed(Clock::time_point now)
 
 void PlaySession::unload()
 {
+    m_options = forNextMedium(m_options);
     if (m_player != nullptr) {
         m_player->unload();
     }
@@ -183,7 +184,6 @@ void PlaySession::begin(double position)
     m_item.index = static_cast<std::uint32_t>(m_queue->index());
     m_item.entry = m_queue->entry();
     m_location = m_services.volumes.locate(m_item.entry.path);
-    m_options = forNextMedium(m_options);
     m_facts = {};
     m_position = position;
     m_speed = 1;

@@ -7,6 +7,7 @@
 
 #include "tests/desktop/support/DeadFileSystem.h"
 #include "tests/desktop/support/FakePlayers.h"
+#include "tests/desktop/support/ServedFileSystem.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
@@ -63,6 +64,21 @@ protected:
         ASSERT_TRUE(waitForEvent(SOCMW_MM_EVENT_FB_CHANGE_DIR_COMPLETED));
     }
 
+    void show(const std::string& list)
+    {
+        std::vector<FolderFileInfo_s> entries;
+        page_option page;
+        page.dirpath = list;
+        ASSERT_EQ(browser.getOnePageFileInfo(entries, page), 0);
+    }
+
+    void group(const std::string& directory)
+    {
+        events.clear();
+        ASSERT_EQ(browser.groupFiles(directory, GROUP_TYPE_NONE), 0);
+        ASSERT_TRUE(waitForEvent(SOCMW_MM_EVENT_GROUP_COMPLETED));
+    }
+
     std::string playing(FileType type) { return DesktopMiddleware::instance().playback().current(type)->item.entry.name; }
 
     void expectPlays(FileType type, const std::string& name)
@@ -105,12 +121,11 @@ TEST_F(PlayingTest, NoPath_MeansTheListShownLast)
     changeTo(folder.path("sub"));
     EXPECT_EQ(play(FILE_TYPE_VIDEO, 1, ""), 1);
     expectPlays(FILE_TYPE_VIDEO, "b.mp4");
-    std::vector<FolderFileInfo_s> entries;
-    page_option page;
-    page.dirpath = folder.path();
-    ASSERT_EQ(browser.getOnePageFileInfo(entries, page), 0);
+    show(folder.path());
     EXPECT_EQ(play(FILE_TYPE_VIDEO, 1, ""), 2);
     expectPlays(FILE_TYPE_VIDEO, "2.mp4");
+    std::vector<FolderFileInfo_s> entries;
+    page_option page;
     page.type = 1; // the current list
     ASSERT_EQ(browser.getOnePageFileInfo(entries, page), 0);
     EXPECT_EQ(play(FILE_TYPE_VIDEO, 1, ""), 1);
@@ -151,14 +166,51 @@ TEST_F(PlayingTest, Playlist_IsPlayedInItsOrder)
 
 TEST_F(PlayingTest, Group_IsPlayedByItsKey)
 {
-    ASSERT_EQ(browser.groupFiles(folder.path(), GROUP_TYPE_NONE), 0);
-    ASSERT_TRUE(waitForEvent(SOCMW_MM_EVENT_GROUP_COMPLETED));
+    group(folder.path());
     EXPECT_EQ(play(FILE_TYPE_PHOTO, 1, "All"), 2);
     expectPlays(FILE_TYPE_PHOTO, "5.jpg");
     std::vector<FolderFileInfo_s> files;
     ASSERT_EQ(browser.getMediaFileInfo("All", files, 9, 0), 0); // the other way round
     EXPECT_EQ(play(FILE_TYPE_PHOTO, 0, ""), 0);
     expectPlays(FILE_TYPE_PHOTO, "5.jpg");
+}
+
+TEST_F(PlayingTest, GroupThatWasShown_KeepsItsOrderWhenAnotherIsAskedForTheOtherWayRound)
+{
+    group(folder.path());
+    std::vector<FolderFileInfo_s> files;
+    ASSERT_EQ(browser.getMediaFileInfo("All", files, 9, 1), 0);
+    ASSERT_EQ(browser.getMediaFileInfo("another", files, 9, 0), -1);
+    for (const char* const name : {"All", ""}) {
+        EXPECT_EQ(play(FILE_TYPE_PHOTO, 0, name), 0);
+        expectPlays(FILE_TYPE_PHOTO, "1.jpg");
+    }
+}
+
+TEST_F(PlayingTest, GroupThatWasShown_IsThatOfTheLatestGrouping)
+{
+    group(folder.path());
+    std::vector<FolderFileInfo_s> files;
+    ASSERT_EQ(browser.getMediaFileInfo("All", files, 9, 1), 0);
+    folder.makeFile("sub/z.jpg");
+    group(folder.path("sub"));
+    for (const char* const name : {"All", ""}) {
+        EXPECT_EQ(play(FILE_TYPE_PHOTO, 0, name), 0);
+        expectPlays(FILE_TYPE_PHOTO, "z.jpg");
+    }
+}
+
+TEST_F(PlayingTest, SortedPhotos_KeepTheirOrderWhileAnotherFolderIsShown)
+{
+    changeTo(folder.path());
+    std::vector<FolderFileInfo_s> photos;
+    ASSERT_EQ(manager->photoSort(0, false, photos), 0);
+    show(folder.path("sub"));
+    EXPECT_EQ(play(FILE_TYPE_PHOTO, 0, folder.path()), 0);
+    expectPlays(FILE_TYPE_PHOTO, "5.jpg");
+    ASSERT_EQ(manager->clearMediaMap(folder.path()), 0);
+    EXPECT_EQ(play(FILE_TYPE_PHOTO, 0, folder.path()), 1);
+    expectPlays(FILE_TYPE_PHOTO, "1.jpg");
 }
 
 TEST_F(PlayingTest, Stop_TellsTheIndexOrRefuses)
@@ -281,10 +333,24 @@ TEST_F(PlayingTest, KnownListOnAStickThatDoesNotAnswer_IsPlayedFromAtOnce)
         GTEST_SKIP() << "this machine mounts no file system of a test's own";
     }
     for (const std::string& path : {std::string(), folder.path()}) {
-        const auto begin = std::chrono::steady_clock::now();
-        play(FILE_TYPE_VIDEO, 0, path);
-        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1)); // whereas a look takes three
+        EXPECT_EQ(play(FILE_TYPE_VIDEO, 0, path), 2); // whereas a look at the stick fails after three seconds
     }
+}
+
+TEST_F(PlayingTest, PlaylistShownBefore_IsPlayedFromWithoutALookAtItsStick)
+{
+    folder.makeDirectory("other");
+    testsupport::ServedFileSystem stick(folder.path("other"), "#EXTM3U\n../4.mp4\n../2.mp4\n");
+    if (!stick.works()) {
+        GTEST_SKIP() << "this machine mounts no file system of a test's own";
+    }
+    show(stick.file());
+    show(folder.path("sub"));
+    stick.fallSilent();
+    const int opens = stick.opens();
+    EXPECT_EQ(play(FILE_TYPE_VIDEO, 1, stick.file()), 1);
+    expectPlays(FILE_TYPE_VIDEO, "2.mp4");
+    EXPECT_EQ(stick.opens(), opens);
 }
 
 class PlayingFromATimeTest : public PlayingTest {

@@ -76,6 +76,9 @@ TEST(ShellHelp, Command_IsExplainedWithItsKeys)
               "  \"dirpath\": string, required; where to look\n");
     EXPECT_THAT(commandHelp("storagemedia.folder.chgdir"),
                 HasSubstr("  Answered by storagemedia.folder.chgdir.complete.\n"));
+    EXPECT_THAT(commandHelp("storagemedia.media.stopfile"),
+                HasSubstr("\n  On the desktop: Fails when nothing of that type plays. A video's position is remembered.\n"));
+    EXPECT_THAT(commandHelp("storagemedia.media.playfile"), HasSubstr(" playback ends after the one.\n  \"resume\" begins"));
     EXPECT_EQ(commandHelp("nonsense"), "");
     EXPECT_THAT(shellHelp(), HasSubstr("storagemedia.video.clear.resume"));
 }

@@ -233,22 +233,145 @@ TEST_F(PlayPositionsTest, DatabaseDamagedWhileItIsOpen_LosesNothing)
     }
 }
 
-TEST_F(PlayPositionsTest, NoteThatCannotBeWritten_IsWrittenWithTheNext)
-{
+class RefusedPlayPositionsTest : public PlayPositionsTest {
+protected:
+    /// Lets every write of kind @p write, INSERT or DELETE, fail until allow().
+    void refuse(const std::string& write)
+    {
+        const std::string trigger =
+            "CREATE TRIGGER refuse BEFORE " + write + " ON positions BEGIN SELECT RAISE(ABORT, 'refused'); END";
+        SqliteDatabase(databaseFile()).execute(trigger.c_str());
+    }
+
+    void allow() { SqliteDatabase(databaseFile()).execute("DROP TRIGGER refuse"); }
+
+    bool hasBeenRefused()
+    {
+        return testsupport::becomes([this] {
+            return output.take().find("the list of play positions cannot be used: refused") != std::string::npos;
+        });
+    }
+
     testsupport::StdoutCapture output;
+};
+
+TEST_F(RefusedPlayPositionsTest, NoteThatCouldNotBeWritten_IsWrittenWithTheNext)
+{
     {
         PlayPositions positions(cache.path());
-        SqliteDatabase database(databaseFile());
-        database.execute("CREATE TRIGGER refuse BEFORE INSERT ON positions BEGIN SELECT RAISE(ABORT, 'refused'); END");
+        refuse("INSERT");
         positions.note(film, 1000, kHour);
-        EXPECT_TRUE(testsupport::becomes(
-            [&] { return output.take().find("the list of play positions cannot be used: refused") != std::string::npos; }));
-        database.execute("DROP TRIGGER refuse");
+        EXPECT_TRUE(hasBeenRefused());
+        allow();
         positions.note(other, 2000, kHour);
+        EXPECT_TRUE(testsupport::becomes([this] { return findAnew(other).has_value(); }));
+        EXPECT_THAT(findAnew(film), Optional(1000));
     }
     EXPECT_EQ(output.take(), "");
+}
+
+TEST_F(RefusedPlayPositionsTest, NoteThatCouldNotBeWritten_IsWrittenAtTheEnd)
+{
+    {
+        PlayPositions positions(cache.path());
+        refuse("INSERT");
+        positions.note(film, 1000, kHour);
+        EXPECT_TRUE(hasBeenRefused());
+        allow();
+    }
+    EXPECT_THAT(findAnew(film), Optional(1000));
+}
+
+TEST_F(RefusedPlayPositionsTest, ForgettingThatCouldNotBeWritten_IsWrittenWithTheNext)
+{
+    PlayPositions(cache.path()).note(film, 1000, kHour);
+    {
+        PlayPositions positions(cache.path());
+        refuse("DELETE");
+        positions.forget(film);
+        EXPECT_TRUE(hasBeenRefused());
+        allow();
+        positions.note(other, 2000, kHour);
+    }
+    EXPECT_EQ(findAnew(film), std::nullopt);
+    EXPECT_THAT(findAnew(other), Optional(2000));
+}
+
+TEST_F(RefusedPlayPositionsTest, NoteThatCouldNotBeWritten_GivesWayToALaterOne)
+{
+    {
+        PlayPositions positions(cache.path());
+        refuse("INSERT");
+        positions.note(film, 1000, kHour);
+        EXPECT_TRUE(hasBeenRefused());
+        allow();
+        positions.note(film, 2000, kHour);
+    }
+    EXPECT_THAT(findAnew(film), Optional(2000));
+    {
+        PlayPositions positions(cache.path());
+        refuse("INSERT");
+        positions.note(film, 1000, kHour);
+        EXPECT_TRUE(hasBeenRefused());
+        allow();
+        positions.forgetAll();
+    }
+    EXPECT_EQ(findAnew(film), std::nullopt);
+}
+
+TEST_F(RefusedPlayPositionsTest, FailedWrite_LeavesWhatAnotherProgramHasWritten)
+{
+    {
+        PlayPositions positions(cache.path());
+        refuse("INSERT");
+        positions.note(film, 1000, kHour);
+        EXPECT_TRUE(hasBeenRefused());
+        allow();
+        PlayPositions(cache.path()).note(other, 2000, kHour);
+        positions.note(film, 1100, kHour);
+    }
+    EXPECT_THAT(findAnew(film), Optional(1100));
+    EXPECT_THAT(findAnew(other), Optional(2000));
+}
+
+TEST_F(PlayPositionsTest, ListThatCouldNotBeRead_IsNotLost)
+{
+    PlayPositions(cache.path()).note(film, 1000, kHour);
+    SqliteDatabase database(databaseFile());
+    // A list that can be opened, and not be read: its largest negative number has no absolute value.
+    database.execute("ALTER TABLE positions RENAME TO kept;"
+                     "CREATE VIEW positions AS SELECT volume, path, milliseconds, abs(-9223372036854775807 - 1) AS number"
+                     " FROM kept;"
+                     "CREATE TRIGGER inserted INSTEAD OF INSERT ON positions BEGIN SELECT 1; END;"
+                     "CREATE TRIGGER deleted INSTEAD OF DELETE ON positions BEGIN SELECT 1; END");
+    {
+        testing::internal::CaptureStdout();
+        PlayPositions positions(cache.path());
+        EXPECT_THAT(testing::internal::GetCapturedStdout(), HasSubstr("the list of play positions cannot be used"));
+        EXPECT_EQ(positions.find(film), std::nullopt);
+        database.execute("DROP VIEW positions; ALTER TABLE kept RENAME TO positions");
+        positions.note(other, 2000, kHour);
+    }
     EXPECT_THAT(findAnew(film), Optional(1000));
     EXPECT_THAT(findAnew(other), Optional(2000));
+}
+
+TEST_F(PlayPositionsTest, ProgramsSideBySide_KeepTheirNotesInTheOrderOfTheirTimes)
+{
+    {
+        PlayPositions first(cache.path());
+        PlayPositions second(cache.path());
+        first.note(numbered(0), 1000, kHour);
+        first.note(numbered(1), 1000, kHour);
+        second.note(numbered(2), 1000, kHour);
+    }
+    SqliteDatabase database(databaseFile());
+    SqliteStatement byNumber(database, "SELECT path FROM positions ORDER BY number");
+    SqliteStatement::Run run(byNumber);
+    for (const char* const expected : {"0.mkv", "1.mkv", "2.mkv"}) {
+        ASSERT_TRUE(run.step());
+        EXPECT_THAT(run.bytes(0), HasSubstr(expected));
+    }
 }
 
 TEST_F(PlayPositionsTest, FolderThatCannotBeUsed_LeavesThePositionsInMemory)

@@ -67,6 +67,7 @@ TEST_P(EveryPlayOption, Values_AreTakenWithinTheirBoundsAndRefusedBeyond)
         EXPECT_FALSE(set(option, 0)); // of nothing that plays
         return;
     }
+    play(option.option == std::string("photo") ? FILE_TYPE_PHOTO : FILE_TYPE_VIDEO);
     for (int step = 0; step < 4; ++step) {
         const int wanted = option.minimum + (option.maximum - option.minimum) * step / 3;
         EXPECT_TRUE(set(option, wanted));
@@ -75,6 +76,26 @@ TEST_P(EveryPlayOption, Values_AreTakenWithinTheirBoundsAndRefusedBeyond)
     EXPECT_FALSE(set(option, option.minimum - 1));
     EXPECT_FALSE(set(option, option.maximum + 1));
     EXPECT_EQ(value(option), option.maximum);
+}
+
+TEST_P(EveryPlayOption, ValueForOneMedium_IsRefusedWhileNonePlaysAndForgottenWithIt)
+{
+    const OptionDescription& option = GetParam();
+    if (option.kind == OptionKind::Track) {
+        return; // which the tests of tracks look at
+    }
+    const FileType kind = option.option == std::string("photo") ? FILE_TYPE_PHOTO : FILE_TYPE_VIDEO;
+    EXPECT_EQ(set(option, option.maximum), !option.isOfMedium);
+    EXPECT_EQ(value(option), option.isOfMedium ? option.initial : option.maximum);
+    play(kind);
+    EXPECT_EQ(value(option), option.isOfMedium ? option.initial : option.maximum);
+    EXPECT_TRUE(set(option, option.maximum));
+    EXPECT_EQ(value(option), option.maximum);
+    playback.stop(kind);
+    EXPECT_EQ(value(option), option.isOfMedium ? option.initial : option.maximum);
+    playback.play({list, kind});
+    EXPECT_EQ(value(option), option.isOfMedium ? option.initial : option.maximum);
+    EXPECT_EQ(set(option, option.maximum), !option.isOfMedium); // it is still being loaded
 }
 
 TEST_P(EveryPlayOption, Description_HasWhatCanBeChosen)
@@ -104,6 +125,10 @@ INSTANTIATE_TEST_SUITE_P(Table, EveryPlayOption, testing::ValuesIn(protocol::kOp
 
 TEST_F(PlayOptionsTest, Choices_ReachThePlayers)
 {
+    play(FILE_TYPE_PHOTO);
+    EXPECT_TRUE(options.set("photo", "zoom", 250));
+    EXPECT_EQ(playback.options(FILE_TYPE_PHOTO).zoom, 2.5);
+    play(FILE_TYPE_VIDEO);
     EXPECT_TRUE(options.set("subtitle", "size", 2));
     EXPECT_TRUE(options.set("subtitle", "color", 1));
     EXPECT_TRUE(options.set("subtitle", "position", 80));
@@ -111,7 +136,6 @@ TEST_F(PlayOptionsTest, Choices_ReachThePlayers)
     EXPECT_TRUE(options.set("subtitle", "charset", 4));
     EXPECT_TRUE(options.set("playback", "speed", 150));
     EXPECT_TRUE(options.set("video", "picsize", 2));
-    EXPECT_TRUE(options.set("photo", "zoom", 250));
     options.showSubtitles(false);
     PlayerOptions expected;
     expected.subtitleScale = 1.5;
@@ -124,7 +148,6 @@ TEST_F(PlayOptionsTest, Choices_ReachThePlayers)
     expected.subtitles = false;
     EXPECT_EQ(playback.options(FILE_TYPE_VIDEO), expected);
     EXPECT_EQ(playback.options(FILE_TYPE_MUSIC).speed, 1.5);
-    EXPECT_EQ(playback.options(FILE_TYPE_PHOTO).zoom, 2.5);
     EXPECT_EQ(options.all()["subtitles"], false);
 }
 

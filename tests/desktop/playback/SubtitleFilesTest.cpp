@@ -3,6 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <map>
+#include <optional>
+
 namespace desktop {
 namespace {
 
@@ -59,20 +63,89 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"HiddenVideo", ".film", ".film.srt", ""}),
     [](const auto& row) { return row.param.title; });
 
+std::vector<std::string> namesOf(const std::vector<SubtitleFileName>& files)
+{
+    std::vector<std::string> names;
+    for (const SubtitleFileName& file : files) {
+        names.push_back(file.name);
+    }
+    return names;
+}
+
 TEST(SubtitleFiles, Several_ComeInNaturalOrder)
 {
-    const std::vector<SubtitleFileName> files = subtitleFilesOf(
-        "film.mkv", {"film.sv.srt", "film.mkv", "film.en.srt", "other.de.srt", "FILM.de.ass", "film.en.forced.srt"});
-    EXPECT_THAT(files,
-                ElementsAre(SubtitleFileName{"FILM.de.ass", "de", ""}, SubtitleFileName{"film.en.forced.srt", "en", ""},
-                            SubtitleFileName{"film.en.srt", "en", ""}, SubtitleFileName{"film.sv.srt", "sv", ""}));
+    const std::vector<SubtitleFileName> files =
+        subtitleFilesOf("film.mkv", {"film.sv.srt", "film.mkv", "film.en.srt", "other.de.srt", "FILM.de.ass"});
+    EXPECT_THAT(files, ElementsAre(SubtitleFileName{"FILM.de.ass", "de", ""}, SubtitleFileName{"film.en.srt", "en", ""},
+                                   SubtitleFileName{"film.sv.srt", "sv", ""}));
+}
+
+TEST(SubtitleFiles, FileWithTheVideosName_ComesFirst)
+{
+    const std::vector<std::string> names = {"film.de.srt", "Film.srt", "film.ass", "film.default.srt"};
+    EXPECT_THAT(namesOf(subtitleFilesOf("film.mkv", names, "de")),
+                ElementsAre("film.ass", "Film.srt", "film.de.srt", "film.default.srt"));
+}
+
+TEST(SubtitleFiles, UsersLanguage_ComesBeforeOthers)
+{
+    const std::vector<std::string> names = {"film.de.srt", "film.en.srt", "film.swe.srt", "film.sv.sdh.srt"};
+    EXPECT_THAT(namesOf(subtitleFilesOf("film.mkv", names, "sv")),
+                ElementsAre("film.sv.sdh.srt", "film.swe.srt", "film.de.srt", "film.en.srt"));
+    EXPECT_THAT(namesOf(subtitleFilesOf("film.mkv", names, "fr")),
+                ElementsAre("film.de.srt", "film.en.srt", "film.sv.sdh.srt", "film.swe.srt"));
+}
+
+TEST(SubtitleFiles, PartsOfTheText_ComeLast)
+{
+    const std::vector<std::string> names = {"film.forced.srt",   "film.de.forced.srt", "film.en.commentary.srt",
+                                            "film.en.signs.srt", "film.en.srt",        "film.sv.srt"};
+    EXPECT_THAT(namesOf(subtitleFilesOf("film.mkv", names, "de")),
+                ElementsAre("film.en.srt", "film.sv.srt", "film.de.forced.srt", "film.en.commentary.srt",
+                            "film.en.signs.srt", "film.forced.srt"));
+}
+
+/// Variables of the environment, as they were again at the end.
+class LocaleTest : public testing::Test {
+protected:
+    LocaleTest()
+    {
+        for (const char* const name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+            const char* const value = std::getenv(name);
+            before[name] = value != nullptr ? std::optional<std::string>(value) : std::nullopt;
+            unsetenv(name);
+        }
+    }
+    ~LocaleTest() override
+    {
+        for (const auto& [name, value] : before) {
+            value ? setenv(name.c_str(), value->c_str(), 1) : unsetenv(name.c_str());
+        }
+    }
+
+    std::map<std::string, std::optional<std::string>> before;
+};
+
+TEST_F(LocaleTest, UserLanguage_IsThatOfTheFirstVariableThatIsSet)
+{
+    EXPECT_EQ(userLanguage(), "");
+    setenv("LANG", "de_DE.UTF-8", 1);
+    EXPECT_EQ(userLanguage(), "de");
+    setenv("LC_MESSAGES", "sv_FI@euro", 1);
+    EXPECT_EQ(userLanguage(), "sv");
+    setenv("LC_ALL", "", 1);
+    EXPECT_EQ(userLanguage(), "sv");
+    for (const char* const none : {"C", "C.UTF-8", "POSIX"}) {
+        setenv("LC_ALL", none, 1);
+        EXPECT_EQ(userLanguage(), "");
+    }
 }
 
 TEST(SubtitleFiles, IndexAndPictures_AreOne)
 {
     EXPECT_THAT(subtitleFilesOf("film.mkv", {"film.sub", "Film.IDX", "film.en.idx", "film.en.sub", "film.de.sub"}),
-                ElementsAre(SubtitleFileName{"film.de.sub", "de", ""}, SubtitleFileName{"film.en.idx", "en", "film.en.sub"},
-                            SubtitleFileName{"Film.IDX", "", "film.sub"}));
+                ElementsAre(SubtitleFileName{"Film.IDX", "", "film.sub"}, SubtitleFileName{"film.de.sub", "de", ""},
+                            SubtitleFileName{"film.en.idx", "en", "film.en.sub"}));
 }
 
 TEST(SubtitleFiles, IndexWithoutItsPictures_IsLeftOut)

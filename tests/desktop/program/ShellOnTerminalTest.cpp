@@ -68,6 +68,8 @@ TEST_F(ShellOnTerminalTest, Help_ExplainsTheCommands)
     EXPECT_TRUE(shows("storagemedia.video.clear.resume"));
     type("help storagemedia.photo.sort\n");
     EXPECT_TRUE(shows("\"order\": integer, required; zero or not zero"));
+    type("help storagemedia.media.stopfile\n");
+    EXPECT_TRUE(shows("On the desktop: Fails when nothing of that type plays."));
     type("help nonsense\n");
     EXPECT_TRUE(shows("Unknown command \\\"nonsense\\\"; help lists them."));
     type("storagemedia.chek.usb.device\n");

@@ -1,7 +1,11 @@
 // What plays is lost at random moments, again and again: the stick is pulled, or the player's process killed. FAULT_ROUNDS
 // chooses how often, FAULT_SEED another order.
 
+#include "desktop/metadata/PlayPositions.h"
+
 #include "tests/desktop/support/DemoStick.h"
+#include "tests/desktop/support/Setting.h"
+#include "tests/desktop/support/Waiting.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
@@ -9,8 +13,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -21,18 +25,13 @@ namespace {
 
 namespace fs = std::filesystem;
 using testsupport::demoFile;
+using testsupport::setting;
 using testsupport::Shell;
 
 constexpr int kPhoto = 3;
 constexpr int kVideo = 4;
 constexpr int kMusic = 5;
 constexpr unsigned int kFewRounds = 12;
-
-unsigned int setting(const char* name, unsigned int otherwise)
-{
-    const char* value = std::getenv(name);
-    return value == nullptr ? otherwise : static_cast<unsigned int>(std::strtoul(value, nullptr, 10));
-}
 
 /// What a process holds.
 struct Holdings {
@@ -108,6 +107,7 @@ protected:
         request["dirpath"] = m_stick + "/" + kFolders.at(type);
         request["index"] = 0;
         request["playall"] = true;
+        request["resume"] = true;
         return request;
     }
 
@@ -166,6 +166,46 @@ protected:
         return std::chrono::duration_cast<std::chrono::milliseconds>(took);
     }
 
+    // In the middle of its film: a place that is worth returning to.
+    bool noteFirstPlace() const
+    {
+        constexpr double kHalfAMinute = 30;
+        desktop::PlayPositions(m_cache.path()).note({m_stick, "./Films/Half a minute.mp4"}, kHalfAMinute / 3, kHalfAMinute);
+        return true;
+    }
+
+    // Of the film that a pull has ended: its position is the one that was told last, unless that is not worth returning to.
+    void expectKeptPosition()
+    {
+        std::string film;
+        double duration = 0;
+        double told = -1; // the whole seconds of it; none yet
+        bool cutOff = false;
+        for (const Json::Value& line : m_shell.lines()) {
+            const std::string name = line["notification"].asString();
+            const Json::Value& body = line["body"];
+            if (name == "storagemedia.media.loadsuccess") {
+                film = body["type"] == kVideo ? body["path"].asString() : "";
+                duration = body["duration"].asDouble();
+                told = -1;
+            } else if (name == "storagemedia.media.process") {
+                told = body["time"].asDouble();
+            }
+            cutOff = name == "storagemedia.media.playfailed" || (cutOff && name.rfind("storagemedia.usb.", 0) == 0);
+        }
+        const double margin = 5;
+        if (!cutOff || film.empty() || told < 0) {
+            return;
+        }
+        EXPECT_TRUE(testsupport::becomes([&] {
+            const auto kept = desktop::PlayPositions(m_cache.path()).find({m_stick, "." + film.substr(m_stick.size())});
+            const bool mayBeKept = told + 1 > margin && told <= duration - margin;
+            const bool mayBeForgotten = told < margin || told + 1 > duration - margin;
+            return kept ? mayBeKept && std::floor(*kept) == told : mayBeForgotten;
+        })) << film
+            << " at " << told;
+    }
+
     void putBack()
     {
         fs::rename(m_stick + ".away", m_stick);
@@ -220,9 +260,11 @@ protected:
     const unsigned int m_seed = setting("FAULT_SEED", 1);
     std::minstd_rand m_random{m_seed};
     testsupport::TemporaryDirectory m_parent;
+    testsupport::TemporaryDirectory m_cache;
     const std::string m_stick = m_parent.path("usb");
-    bool m_plays = false; ///< as far as is known
-    Shell m_shell{{"--stick", m_stick, "--cache", "none", "--log-level", "off"}};
+    bool m_plays = false;                     ///< as far as is known
+    const bool m_hasPlace = noteFirstPlace(); ///< before the program reads it
+    Shell m_shell{{"--stick", m_stick, "--cache", m_cache.path(), "--log-level", "off"}};
 };
 
 TEST_F(PlayFaults, PulledStick_IsToldEachTimeAndNothingIsLeftBehind)
@@ -234,6 +276,7 @@ TEST_F(PlayFaults, PulledStick_IsToldEachTimeAndNothingIsLeftBehind)
         constexpr int kKinds[] = {kVideo, kMusic, kPhoto};
         playForAWhile(kKinds[below(3)]);
         took.push_back(pull());
+        expectKeptPosition();
         putBack();
     }
     ASSERT_FALSE(took.empty());

@@ -4,13 +4,13 @@
 #include "tests/desktop/support/DemoStick.h"
 #include "tests/desktop/support/ManyFiles.h"
 #include "tests/desktop/support/Program.h"
+#include "tests/desktop/support/Setting.h"
 #include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <random>
@@ -20,6 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using testsupport::demoFile;
+using testsupport::setting;
 using testsupport::Shell;
 
 constexpr const char* kChange = "storagemedia.folder.chgdir";
@@ -33,13 +34,6 @@ constexpr const char* kStopPictures = "storagemedia.stop.thumbnail";
 constexpr int kFewRounds = 6;
 constexpr int kSteps = 40;
 constexpr unsigned int kFiles = 300;
-
-/// The whole number in environment variable @p name, or @p otherwise.
-unsigned int setting(const char* name, unsigned int otherwise)
-{
-    const char* value = std::getenv(name);
-    return value == nullptr ? otherwise : static_cast<unsigned int>(std::strtoul(value, nullptr, 10));
-}
 
 /// A stick of media files and a large folder that can be pulled and put back.
 class Stick {

@@ -43,6 +43,7 @@ public:
     void setOptions(const desktop::PlayerOptions& options) override { m_options.add(options); }
     void takeFrame(int width, int height, FrameHandler handle) override
     {
+        m_calls.add("frame");
         handle({width, height, std::make_shared<std::uint8_t>(std::uint8_t{1})});
     }
 

@@ -55,6 +55,8 @@ public:
     void fail() { m_fails = true; }
     /// From now on reads are not answered.
     void fallSilent() { m_isSilent = true; }
+    /// How often something has been opened.
+    int opens() const { return m_opens; }
     /// Waits until a read has not been answered.
     bool hasSilenced() const
     {
@@ -95,6 +97,7 @@ private:
             break;
         case FUSE_OPEN:
         case FUSE_OPENDIR:
+            ++m_opens;
             reply(header, fuse_open_out{1, FOPEN_DIRECT_IO, 0});
             break;
         case FUSE_READ:
@@ -179,6 +182,7 @@ private:
     std::atomic<bool> m_fails{false};
     std::atomic<bool> m_isSilent{false};
     std::atomic<bool> m_silenced{false};
+    std::atomic<int> m_opens{0};
     std::thread m_thread;
 };
 
