@@ -9,13 +9,12 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
 
 namespace desktop {
 
 namespace {
 
-constexpr std::ptrdiff_t kMaxOpenings = 4; // on one volume: more are held up, for it does not answer
+constexpr std::size_t kMaxOpenings = 4; // on one volume at a time
 constexpr std::chrono::seconds kEndTimeout(2);
 
 std::vector<std::string> namesIn(const Location& folder)
@@ -65,7 +64,8 @@ OpenedMedium openMedium(std::uint64_t number, const Location& file, FileType kin
 
 } // namespace
 
-MediumOpener::MediumOpener(Done done)
+MediumOpener::MediumOpener(std::chrono::milliseconds patience, Done done)
+    : m_patience(patience)
 {
     const LockGuard lock(m_receiver->mutex);
     m_receiver->done = std::move(done);
@@ -89,19 +89,55 @@ MediumOpener::~MediumOpener()
 bool MediumOpener::open(std::uint64_t number, const Location& file, FileType kind)
 {
     std::erase_if(m_openings, [](const Opening& opening) { return opening.job->waitFor(std::chrono::milliseconds(0)); });
-    const auto isThere = [&file](const Opening& opening) { return opening.volume == file.volume; };
-    if (std::count_if(m_openings.begin(), m_openings.end(), isThere) == kMaxOpenings) {
+    std::erase_if(m_waiting, [kind](const Order& order) { return order.kind == kind; });
+    const std::vector<const Opening*> running = runningOn(file.volume);
+    if (running.size() < kMaxOpenings) {
+        start({number, file, kind});
+        return true;
+    }
+    const auto isLate = [limit = Clock::now() - m_patience](const Opening* opening) { return opening->begin <= limit; };
+    if (std::all_of(running.begin(), running.end(), isLate)) {
         return false;
     }
-    const auto work = [number, file, kind, receiver = m_receiver](const std::stop_token& /*cancelled*/) {
-        OpenedMedium medium = openMedium(number, file, kind);
+    m_waiting.push_back({number, file, kind});
+    return true;
+}
+
+void MediumOpener::openWaiting()
+{
+    for (std::size_t i = 0; i < m_waiting.size();) {
+        if (runningOn(m_waiting[i].file.volume).size() == kMaxOpenings) {
+            ++i;
+            continue;
+        }
+        start(m_waiting[i]);
+        m_waiting.erase(m_waiting.begin() + static_cast<std::ptrdiff_t>(i));
+    }
+}
+
+std::vector<const MediumOpener::Opening*> MediumOpener::runningOn(const std::string& volume) const
+{
+    std::vector<const Opening*> running;
+    for (const Opening& opening : m_openings) {
+        if (opening.volume == volume && !*opening.ended) {
+            running.push_back(&opening);
+        }
+    }
+    return running;
+}
+
+void MediumOpener::start(const Order& order)
+{
+    const auto ended = std::make_shared<std::atomic<bool>>(false);
+    const auto work = [order, ended, receiver = m_receiver](const std::stop_token& /*cancelled*/) {
+        OpenedMedium medium = openMedium(order.number, order.file, order.kind);
+        *ended = true;
         const LockGuard lock(receiver->mutex);
         if (receiver->done != nullptr) {
             receiver->done(std::move(medium));
         }
     };
-    m_openings.push_back({file.volume, std::make_unique<BackgroundJob>(work)});
-    return true;
+    m_openings.push_back({order.file.volume, Clock::now(), ended, std::make_unique<BackgroundJob>(work)});
 }
 
 } // namespace desktop

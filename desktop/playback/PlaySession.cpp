@@ -95,11 +95,11 @@ bool PlaySession::wind(bool forwards)
         return false;
     }
     m_speed = nextWind(m_paused ? 1 : m_speed, forwards);
-    m_player->wind(m_speed);
     if (std::exchange(m_paused, false)) {
-        m_player->pause(false);
+        m_player->pause(false); // which ends winding, so it comes first
         waitForNext();
     }
+    m_player->wind(m_speed);
     tellSpeed();
     return true;
 }
@@ -109,6 +109,14 @@ void PlaySession::setOptions(const PlayerOptions& options)
     m_options = options;
     if (m_player != nullptr) {
         m_player->setOptions(options);
+    }
+}
+
+void PlaySession::setSlideInterval(std::chrono::milliseconds interval)
+{
+    m_slideInterval = interval;
+    if (kind() == FILE_TYPE_PHOTO && m_state == State::Playing && m_due) {
+        m_due = m_waitBegin + interval;
     }
 }
 
@@ -293,13 +301,14 @@ void PlaySession::tellSpeed() const
 void PlaySession::waitForNext()
 {
     m_due.reset();
+    m_waitBegin = Clock::now();
     if (m_paused) {
         return;
     }
     if (kind() == FILE_TYPE_VIDEO) {
-        m_due = Clock::now() + m_services.times.keep;
+        m_due = m_waitBegin + m_services.times.keep;
     } else if (kind() == FILE_TYPE_PHOTO && m_playAll) {
-        m_due = Clock::now() + m_slideInterval;
+        m_due = m_waitBegin + m_slideInterval;
     }
 }
 

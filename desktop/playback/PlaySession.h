@@ -67,8 +67,8 @@ public:
     /// Takes @p options for what plays and all that follows.
     void setOptions(const PlayerOptions& options);
     const PlayerOptions& options() const { return m_options; }
-    /// How long each photo of a slide show is shown, from the next one on.
-    void setSlideInterval(std::chrono::milliseconds interval) { m_slideInterval = interval; }
+    /// How long each photo of a slide show is shown, also the one that is shown now.
+    void setSlideInterval(std::chrono::milliseconds interval);
 
     /// A file that was asked for has been opened, or not.
     void opened(OpenedMedium medium);
@@ -126,6 +126,7 @@ private:
     double m_position = 0; ///< seconds
     int m_speed = 1;       ///< 1 as usual, else winding
     bool m_paused = false;
+    Clock::time_point m_waitBegin;          ///< of waiting for the next photo, or for the next keeping of the position
     std::optional<Clock::time_point> m_due; ///< of the file's opening, the next photo or the next keeping of the position
 };
 

@@ -29,7 +29,7 @@ Playback::Playback(LocationOpener volumes, EventQueue& events, std::shared_ptr<P
     , m_positions(std::move(positions))
     , m_keyPressed(std::move(keyPressed))
     , m_times(times)
-    , m_files([this](OpenedMedium medium) { opened(std::move(medium)); })
+    , m_files(times.open, [this](OpenedMedium medium) { opened(std::move(medium)); })
     , m_alarm([this] { return timePassed(); })
 {
     const PlayServices services = {m_volumes, m_files, m_events, *m_positions, m_times};
@@ -259,8 +259,9 @@ void Playback::setAlarm()
 
 void Playback::opened(OpenedMedium medium)
 {
-    act(medium.kind, [&medium](PlaySession& player) {
+    act(medium.kind, [this, &medium](PlaySession& player) {
         player.opened(std::move(medium));
+        m_files.openWaiting();
         return true;
     });
 }

@@ -303,7 +303,8 @@ TEST_F(PlaybackTest, WindingWhatIsPaused_PlaysIt)
     playback.playOrPause(FILE_TYPE_VIDEO, false);
     EXPECT_TRUE(playback.wind(FILE_TYPE_VIDEO, false));
     EXPECT_THAT(events.next(2), ElementsAre("13 speed 0, no hdr", "13 speed -2, no hdr"));
-    EXPECT_EQ(players.callsOf(FILE_TYPE_VIDEO).back(), "unpause");
+    const std::vector<std::string> calls = players.callsOf(FILE_TYPE_VIDEO);
+    EXPECT_THAT(std::vector<std::string>(calls.end() - 2, calls.end()), ElementsAre("unpause", "wind -2"));
 }
 
 TEST_F(PlaybackTest, Photos_AreNotWound)
@@ -663,12 +664,31 @@ TEST_F(ImpatientPlaybackTest, PausedSlideShow_Stays)
     impatient.setSlideInterval(std::chrono::seconds(3600));
     impatient.play({list, FILE_TYPE_PHOTO, 5, true});
     players.photo().tell(1, PlayerLoaded());
-    impatient.setSlideInterval(std::chrono::seconds(0));
     EXPECT_TRUE(impatient.playOrPause(FILE_TYPE_PHOTO, false));
+    impatient.setSlideInterval(std::chrono::seconds(0));
     EXPECT_THAT(events.next(3), ElementsAre(StartsWith("29 "), "33 f", "13 speed 0, no hdr"));
     EXPECT_TRUE(events.none());
     EXPECT_TRUE(impatient.playOrPause(FILE_TYPE_PHOTO, true));
     EXPECT_EQ(players.photo().loaded(2).type, FILE_TYPE_PHOTO);
+}
+
+TEST_F(ImpatientPlaybackTest, OtherInterval_CountsForThePhotoThatIsShown)
+{
+    impatient.setSlideInterval(std::chrono::seconds(3600));
+    impatient.play({list, FILE_TYPE_PHOTO, 5, true});
+    players.photo().tell(1, PlayerLoaded());
+    impatient.setSlideInterval(std::chrono::seconds(0));
+    EXPECT_EQ(players.photo().loaded(2).type, FILE_TYPE_PHOTO);
+}
+
+TEST_F(PlaybackTest, ManyInARow_WaitForTheirTurnAndTheLastPlays)
+{
+    constexpr std::uint64_t kPlays = 300;
+    for (std::uint64_t i = 0; i < kPlays; ++i) {
+        play(FILE_TYPE_VIDEO, i % 3);
+    }
+    EXPECT_TRUE(testsupport::becomes([this] { return players.video().lastLoaded() == kPlays; }));
+    EXPECT_TRUE(events.none());
 }
 
 TEST_F(PlaybackTest, StickThatDoesNotAnswer_HoldsUpNobodyAndFailsToLoad)
@@ -696,11 +716,11 @@ TEST_F(PlaybackTest, StickThatDoesNotAnswer_LeavesOthersToPlayFrom)
     auto films = std::make_shared<std::vector<FolderFileInfo_s>>(1, list->front());
     films->front().path = healthy.path("a.mp4");
     const LocationOpener both{PathResolver({stick.path(), healthy.path()}), std::make_shared<ReadReporter>()};
-    Playback two(both, queue, positions, players.factory(), nullptr, times);
-    for (int i = 0; i < 5; ++i) {
+    Playback two(both, queue, positions, players.factory(), nullptr, {std::chrono::milliseconds(50), times.keep});
+    for (int i = 0; i < 5; ++i) { // one more than are opened at a time
         two.play({list, FILE_TYPE_VIDEO, 0});
+        EXPECT_THAT(events.next(1), ElementsAre(testing::HasSubstr("does not answer")));
     }
-    EXPECT_THAT(events.next(1), ElementsAre(testing::HasSubstr("does not answer"))); // no more of it are opened
     two.play({films, FILE_TYPE_VIDEO, 0});
     EXPECT_TRUE(players.video().loaded(1).fd);
 }

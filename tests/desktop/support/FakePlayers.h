@@ -57,6 +57,12 @@ public:
         return *media[count - 1];
     }
     std::size_t loads() { return m_loaded.sofar().size(); }
+    /// The number of the medium that was loaded last; 0: none.
+    std::uint64_t lastLoaded()
+    {
+        const auto media = m_loaded.sofar();
+        return media.empty() ? 0 : media.back()->number;
+    }
     std::vector<desktop::PlayerOptions> options() { return m_options.sofar(); }
 
     /// Tells @p told of the medium of the @p count th load; waits for it.
