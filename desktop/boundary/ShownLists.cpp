@@ -62,11 +62,12 @@ EntryList ShownLists::read(const std::string& path)
 EntryList ShownLists::toPlay(const std::string& name)
 {
     const Shown* const shown = find(name);
-    EntryList list = shown != nullptr ? entriesOf(*shown) : nullptr;
+    const bool isOutdated = shown != nullptr && isOfAnotherStick(*shown);
+    EntryList list = shown != nullptr && !isOutdated ? entriesOf(*shown) : nullptr;
     if (list == nullptr && !name.empty()) {
         list = m_grouping.entries(name, m_grouping.order());
     }
-    if (list == nullptr && !name.empty()) {
+    if (list == nullptr && !name.empty() && !isOutdated) {
         list = entriesIn(m_listings.known(name));
     }
     if (list == nullptr && !name.empty()) {
@@ -97,18 +98,20 @@ bool ShownLists::isTooMuch() const
     return m_shown.size() > 1 && (m_shown.size() > kMaxLists || entries > kMaxEntries);
 }
 
-// Null when there is none, or another stick has come to the place of the one that it was on.
 const ShownLists::Shown* ShownLists::find(const std::string& name) const
 {
     const auto isIt = [&name, plain = withoutTrailingSlash(name)](const Shown& shown) {
         return name.empty() || shown.name == name || shown.name == plain;
     };
     const auto found = std::find_if(m_shown.begin(), m_shown.end(), isIt);
-    if (found == m_shown.end()) {
-        return nullptr;
-    }
-    const Location place = m_volumes.locate(found->name);
-    return !place || place.volumeId == found->volumeId ? &*found : nullptr;
+    return found != m_shown.end() ? &*found : nullptr;
+}
+
+// Whether another one has come to the place of the stick that the list was on.
+bool ShownLists::isOfAnotherStick(const Shown& shown) const
+{
+    const Location place = m_volumes.locate(shown.name);
+    return place && place.volumeId != shown.volumeId;
 }
 
 // Null while it is not known.

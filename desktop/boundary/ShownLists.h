@@ -58,6 +58,7 @@ private:
     void add(Kind kind, std::string name, EntryList entries = nullptr);
     bool isTooMuch() const;
     const Shown* find(const std::string& name) const;
+    bool isOfAnotherStick(const Shown& shown) const;
     EntryList entriesOf(const Shown& shown) const;
 
     const LocationOpener& m_volumes;

@@ -85,6 +85,19 @@ TEST_F(ShownListsTest, AnotherStickInItsPlace_HasNoneOfItsLists)
     EXPECT_EQ(sizeToPlay(stick.path("0")), 7);
 }
 
+TEST_F(ShownListsTest, AnotherStickWithSuchADirectory_IsRead)
+{
+    resolver.setVolumes({{stick.path(), "one"}});
+    const std::string directory = numbered(0);
+    stick.makeFile("0/a.mp4");
+    lists.read(directory);
+    lists.showCurrent(directory);
+    stick.makeFile("0/b.mp4");
+    EXPECT_EQ(sizeToPlay(directory), 1); // as it was shown
+    resolver.setVolumes({{stick.path(), "two"}});
+    EXPECT_EQ(sizeToPlay(directory), 2);
+}
+
 TEST_F(ShownListsTest, ForgottenFolder_TakesTheListsBelowButTheOneShownLast)
 {
     resolver.setVolumes({{stick.path(), "id"}});
