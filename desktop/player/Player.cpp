@@ -25,6 +25,7 @@ using namespace std::chrono_literals;
 constexpr auto kBeat = 500ms;
 constexpr auto kTick = 200ms;     // how often it looks after what plays
 constexpr auto kJump = 250ms;     // between two pictures while winding by jumps
+constexpr auto kLateAnswer = 1s;  // for a read: there are no new pictures until it comes
 constexpr auto kNoAnswer = 10s;   // for a read, which a disk may spin up for
 constexpr int kFastestPlayed = 4; // faster winding is by jumps
 constexpr int kFastest = 16;
@@ -764,9 +765,14 @@ void Player::tick()
 void Player::jumpAlong()
 {
     const Clock::time_point now = Clock::now();
+    const bool isStuck = m_medium->file->stuckFor() > kLateAnswer;
+    m_medium->nextJump = now + kJump;
+    m_medium->winding->hold(isStuck, now);
+    if (isStuck) {
+        return;
+    }
     const double to = position();
     const double length = m_medium->prepared->probed.facts.duration;
-    m_medium->nextJump = now + kJump;
     if (m_medium->winding->isBackwards() ? to <= 0 : length > 0 && to >= length) {
         m_medium->winding->isBackwards() ? windToStart() : end({PlayerEnded::Reason::Finished, "", 0});
         return;

@@ -40,6 +40,18 @@ TEST(Winding, Clock_RunsWithItsSpeed)
     EXPECT_TRUE(Winding(-2, 0, now).isBackwards());
 }
 
+TEST(Winding, Clock_HoldsAndGoesOn)
+{
+    const auto now = Winding::Clock::now();
+    Winding winding(8, 10, now);
+    winding.hold(true, now + 1s);
+    EXPECT_DOUBLE_EQ(winding.position(now + 5s), 18);
+    winding.hold(true, now + 6s);
+    EXPECT_DOUBLE_EQ(winding.position(now + 7s), 18);
+    winding.hold(false, now + 8s);
+    EXPECT_DOUBLE_EQ(winding.position(now + 9s), 26);
+}
+
 TEST(OpenMedium, ReadThatFails_IsNotedOnce)
 {
     int failures = 0;

@@ -221,6 +221,20 @@ TEST_F(PlayerStorage, SilentStorage_DoesNotHoldUpTheNextMedium)
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
 }
 
+TEST_F(PlayerStorage, SilentStorageWhileWinding_IsToldWhereItStopped)
+{
+    ASSERT_TRUE(playing.load(storage.file(), FILE_TYPE_VIDEO));
+    playing.player.wind(8);
+    ASSERT_TRUE(playing.wait<PlayerPosition>([](const PlayerPosition& told) { return told.seconds > 4; }));
+    storage.fallSilent();
+    const auto end = playing.end();
+    ASSERT_TRUE(end);
+    EXPECT_EQ(end->reason, Reason::ReadFailed);
+    EXPECT_EQ(end->text, "The storage does not answer.");
+    EXPECT_LT(end->position, 40);
+    expectThatPlayingGoesOn();
+}
+
 TEST_F(PlayerStorage, SilentStorageAtLoading_EndsAtTheDeadline)
 {
     PlayerSettings settings = settingsFor(telling);
