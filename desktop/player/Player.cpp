@@ -158,7 +158,8 @@ void Player::load(WorkerMessage message)
     m_medium->start = secondsFromJson(body["start"]);
     m_medium->paused = body["paused"].isBool() && body["paused"].asBool();
     m_medium->options = optionsFromJson(body["options"]);
-    // What happens to the file is noticed on other threads, the last of them one that it was left to.
+    // What happens to the file is noticed on other threads, the last of them one
+    // that it was left to.
     m_medium->file = std::make_shared<OpenMedium>(
         std::move(message.files.front()),
         [this, mailbox = m_mailbox, number] { mailbox->post([this, number] { readFailed(number); }); },
@@ -227,7 +228,8 @@ void Player::setOptions(const PlayerOptions& options)
     }
     chooseTracks();
     if (m_medium->paused && before.subtitleTrack != options.subtitleTrack && m_medium->loaded) {
-        m_mpv.commandLater({"seek", "0", "relative+exact"}); // mpv reads the track from here on, not what is shown already
+        m_mpv.commandLater({"seek", "0", "relative+exact"}); // mpv reads the track from here on,
+                                                             // not what is shown already
     }
 }
 
@@ -388,7 +390,8 @@ int Player::chosenAudio() const
     return preferred > 0 ? preferred : first(false);
 }
 
-// Somebody has put a file beside the video, or marked a track: that one; else the first.
+// Somebody has put a file beside the video, or marked a track: that one; else
+// the first.
 int Player::chosenSubtitle() const
 {
     const std::vector<Track> tracks = subtitleTracks();
@@ -487,7 +490,8 @@ void Player::handleReply(const mpv_event& event)
 void Player::handleHook(std::uint64_t hook)
 {
     if (m_medium == nullptr || !m_medium->begun) {
-        mpv_hook_continue(&m_mpv.handle(), hook); // of a file that is not wanted any more
+        mpv_hook_continue(&m_mpv.handle(),
+                          hook); // of a file that is not wanted any more
         return;
     }
     m_medium->hook = hook;
@@ -501,7 +505,10 @@ void Player::handleRestart()
     }
     if (!m_medium->loaded) {
         becomeLoaded();
-    } else if (!m_medium->winding && !m_medium->isPhoto()) {
+    } else if (m_medium->winding) {
+        const double landed = m_mpv.number("time-pos", 0);
+        m_medium->landsAgain = landed == std::exchange(m_medium->landed, landed);
+    } else if (!m_medium->isPhoto()) {
         m_medium->toldSecond = -1; // wherever it is, after a jump that is told
         updatePosition(m_mpv.number("time-pos", m_medium->position));
     }
@@ -564,8 +571,8 @@ void Player::handleProperty(const mpv_event_property& property)
     } else if (name == "sub-text") {
         tellText();
     } else if (name == "eof-reached") {
-        if (!m_medium->winding && m_mpv.flag("eof-reached")) {
-            finish();
+        if (m_mpv.flag("eof-reached")) {
+            reachEnd();
         }
     } else {
         updateFacts();
@@ -689,7 +696,22 @@ void Player::tellText()
     }
 }
 
-// Reads that failed, and files that lack their rest, end like any other for mpv.
+// While winding, the clock says whether it is the end of the medium, unless
+// nobody knows how long that is.
+void Player::reachEnd()
+{
+    const std::optional<Winding>& winding = m_medium->winding;
+    if (!winding) {
+        finish();
+    } else if (!winding->isBackwards() && m_medium->prepared->probed.facts.duration <= 0) {
+        m_medium->winding.reset();
+        m_medium->position = m_mpv.number("time-pos", m_medium->position);
+        finish();
+    }
+}
+
+// Reads that failed, and files that lack their rest, end like any other for
+// mpv.
 void Player::finish()
 {
     const double length = m_medium->prepared->probed.certainLength;
@@ -778,7 +800,10 @@ void Player::jumpAlong()
         return;
     }
     if (!m_mpv.flag("seeking")) {
-        m_mpv.commandLater({"seek", std::to_string(to).c_str(), "absolute+keyframes"});
+        // The last picture to begin with may be shown for ever; on the way to the
+        // picture itself is the end.
+        const bool isExact = length <= 0 && m_medium->landsAgain;
+        m_mpv.commandLater({"seek", std::to_string(to).c_str(), isExact ? "absolute+exact" : "absolute+keyframes"});
     }
     updatePosition(to);
 }

@@ -18,8 +18,9 @@
 
 namespace desktop {
 
-/// The player's process at work: does what comes over the channel, and tells there what becomes of it. Everything happens on
-/// the thread that runs it; other threads put work into its mailbox.
+/// The player's process at work: does what comes over the channel, and tells
+/// there what becomes of it. Everything happens on the thread that runs it;
+/// other threads put work into its mailbox.
 class Player {
 public:
     /// Throws std::runtime_error.
@@ -62,7 +63,9 @@ private:
         long toldSecond = -1;           ///< the last one; -1: the next one is told whatever it is
         std::optional<Winding> winding; ///< by jumps
         Clock::time_point nextJump;
-        int windingSpeed = 1; ///< by mpv's own speed; 1: not wound so
+        double landed = -1;      ///< seconds, where the last jump led to
+        bool landsAgain = false; ///< the one before it led there, too
+        int windingSpeed = 1;    ///< by mpv's own speed; 1: not wound so
         std::string toldText;
         std::unique_ptr<SubtitlePictures> pictures;
         bool showsPicture = false;
@@ -112,6 +115,7 @@ private:
     double position() const;
     void updatePosition(double seconds);
     void tellText();
+    void reachEnd();
     void finish();
     void readFailed(std::uint64_t number);
     void end(PlayerEnded ended);

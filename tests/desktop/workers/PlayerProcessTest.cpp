@@ -381,6 +381,18 @@ TEST_P(PlayerWinding, Backwards_ReachesTheStartAndPlaysOn)
 INSTANTIATE_TEST_SUITE_P(Speed, PlayerWinding, testing::Values(4, 8, 16),
                          [](const auto& row) { return "Times" + std::to_string(row.param); });
 
+TEST_F(PlayerProcessTest, WindingWhatHasNoLength_ReachesTheEnd)
+{
+    const auto facts = playing.load(films.video("film.mkv", 20, Films::kH264 + std::string(" -live 1")), FILE_TYPE_VIDEO);
+    ASSERT_TRUE(facts);
+    EXPECT_EQ(facts->duration, 0);
+    playing.player.wind(8);
+    const auto end = playing.end();
+    ASSERT_TRUE(end);
+    EXPECT_EQ(end->reason, Reason::Finished);
+    EXPECT_NEAR(end->position, 20, 1);
+}
+
 TEST_F(PlayerProcessTest, WindingEnded_PlaysOnFromThere)
 {
     ASSERT_TRUE(playing.load(films.video("film.mp4", 60), FILE_TYPE_VIDEO));
