@@ -25,6 +25,7 @@ using namespace std::chrono_literals;
 constexpr auto kBeat = 500ms;
 constexpr auto kTick = 200ms;     // how often it looks after what plays
 constexpr auto kJump = 250ms;     // between two pictures while winding by jumps
+constexpr auto kTelling = 950ms;  // between two positions: a second, less what pictures come early by
 constexpr auto kLateAnswer = 1s;  // for a read: there are no new pictures until it comes
 constexpr auto kNoAnswer = 10s;   // for a read, which a disk may spin up for
 constexpr int kFastestPlayed = 4; // faster winding is by jumps
@@ -158,8 +159,7 @@ void Player::load(WorkerMessage message)
     m_medium->start = secondsFromJson(body["start"]);
     m_medium->paused = body["paused"].isBool() && body["paused"].asBool();
     m_medium->options = optionsFromJson(body["options"]);
-    // What happens to the file is noticed on other threads, the last of them one
-    // that it was left to.
+    // What happens to the file is noticed on other threads, the last of them one that it was left to.
     m_medium->file = std::make_shared<OpenMedium>(
         std::move(message.files.front()),
         [this, mailbox = m_mailbox, number] { mailbox->post([this, number] { readFailed(number); }); },
@@ -228,8 +228,7 @@ void Player::setOptions(const PlayerOptions& options)
     }
     chooseTracks();
     if (m_medium->paused && before.subtitleTrack != options.subtitleTrack && m_medium->loaded) {
-        m_mpv.commandLater({"seek", "0", "relative+exact"}); // mpv reads the track from here on,
-                                                             // not what is shown already
+        m_mpv.commandLater({"seek", "0", "relative+exact"}); // mpv reads the track from here on, not what is shown already
     }
 }
 
@@ -390,8 +389,7 @@ int Player::chosenAudio() const
     return preferred > 0 ? preferred : first(false);
 }
 
-// Somebody has put a file beside the video, or marked a track: that one; else
-// the first.
+// Somebody has put a file beside the video, or marked a track: that one; else the first.
 int Player::chosenSubtitle() const
 {
     const std::vector<Track> tracks = subtitleTracks();
@@ -490,8 +488,7 @@ void Player::handleReply(const mpv_event& event)
 void Player::handleHook(std::uint64_t hook)
 {
     if (m_medium == nullptr || !m_medium->begun) {
-        mpv_hook_continue(&m_mpv.handle(),
-                          hook); // of a file that is not wanted any more
+        mpv_hook_continue(&m_mpv.handle(), hook); // of a file that is not wanted any more
         return;
     }
     m_medium->hook = hook;
@@ -678,8 +675,11 @@ void Player::updatePosition(double seconds)
 {
     m_medium->position = std::max(seconds, 0.0);
     const long second = std::lround(std::floor(m_medium->position));
-    if (second != m_medium->toldSecond) {
+    const Clock::time_point now = Clock::now();
+    const bool isDue = second != m_medium->toldSecond && now >= m_medium->nextTelling;
+    if (isDue || m_medium->toldSecond < 0) {
         m_medium->toldSecond = second;
+        m_medium->nextTelling = now + kTelling;
         tell(PlayerPosition{m_medium->position});
     }
     if (m_medium->pictures != nullptr && !m_medium->winding) {
@@ -696,8 +696,7 @@ void Player::tellText()
     }
 }
 
-// While winding, the clock says whether it is the end of the medium, unless
-// nobody knows how long that is.
+// While winding, the clock says whether it is the end of the medium, unless nobody knows how long that is.
 void Player::reachEnd()
 {
     const std::optional<Winding>& winding = m_medium->winding;
@@ -710,8 +709,7 @@ void Player::reachEnd()
     }
 }
 
-// Reads that failed, and files that lack their rest, end like any other for
-// mpv.
+// Reads that failed, and files that lack their rest, end like any other for mpv.
 void Player::finish()
 {
     const double length = m_medium->prepared->probed.certainLength;
@@ -800,8 +798,7 @@ void Player::jumpAlong()
         return;
     }
     if (!m_mpv.flag("seeking")) {
-        // The last picture to begin with may be shown for ever; on the way to the
-        // picture itself is the end.
+        // Jumps beyond the end all lead to the last key picture; an exact one finds the end.
         const bool isExact = length <= 0 && m_medium->landsAgain;
         m_mpv.commandLater({"seek", std::to_string(to).c_str(), isExact ? "absolute+exact" : "absolute+keyframes"});
     }

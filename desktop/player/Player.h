@@ -18,9 +18,8 @@
 
 namespace desktop {
 
-/// The player's process at work: does what comes over the channel, and tells
-/// there what becomes of it. Everything happens on the thread that runs it;
-/// other threads put work into its mailbox.
+/// The player's process at work: does what comes over the channel, and tells there what becomes of it. Everything happens on
+/// the thread that runs it; other threads put work into its mailbox.
 class Player {
 public:
     /// Throws std::runtime_error.
@@ -60,7 +59,8 @@ private:
         MediaFacts facts;
         PictureTurn turn;
         double position = 0;            ///< seconds, where it played last
-        long toldSecond = -1;           ///< the last one; -1: the next one is told whatever it is
+        long toldSecond = -1;           ///< the last one; -1: the next one is told at once, whatever it is
+        Clock::time_point nextTelling;  ///< of a position, at the earliest
         std::optional<Winding> winding; ///< by jumps
         Clock::time_point nextJump;
         double landed = -1;      ///< seconds, where the last jump led to
