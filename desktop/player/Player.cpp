@@ -114,8 +114,11 @@ void Player::receive()
         m_alone = true;
         return;
     }
+    const bool isAnswered = message->body["do"] == "frame"; // a picture is, once it is drawn
     handle(std::move(*message));
-    beat();
+    if (!isAnswered) {
+        beat();
+    }
 }
 
 void Player::handle(WorkerMessage message)
