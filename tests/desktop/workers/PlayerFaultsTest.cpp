@@ -454,6 +454,25 @@ TEST(PlayerLies, Messages_AreBoundedOrDropped)
     EXPECT_EQ(facts.audioTracks[0].title, "x y");
 }
 
+// One on a stick may never answer.
+TEST(PlayerLies, PictureThatIsNotInMemory_IsNotRead)
+{
+    const StandIn lying(R"(exec python3 - <<'END'
+import json, socket
+s = socket.socket(fileno=3)
+message, files, flags, address = socket.recv_fds(s, 65536, 1)
+told = {"medium": json.loads(message)["medium"], "tell": "picture"}
+socket.send_fds(s, [json.dumps(told).encode()], files)
+s.send(json.dumps({**told, "tell": "loaded"}).encode())
+s.recv(9)
+END)");
+    const Films films;
+    Playing playing(settingsFor(lying));
+    ASSERT_TRUE(playing.load(films.write("medium", "\x89PNG\r\n\x1A\n"), FILE_TYPE_VIDEO));
+    ASSERT_EQ(playing.all<PlayerSubtitlePicture>().size(), 1U);
+    EXPECT_EQ(playing.all<PlayerSubtitlePicture>()[0].png, "");
+}
+
 TEST(PlayerLies, NoMessage_EndsTheProcess)
 {
     const StandIn lying(
