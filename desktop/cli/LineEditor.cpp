@@ -3,6 +3,8 @@
 #include "desktop/cli/ShellCompletion.h"
 #include "desktop/cli/TextColumns.h"
 
+#include "desktop/base/WriteAll.h"
+
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/ioctl.h>
@@ -242,13 +244,7 @@ void LineEditor::drawLine()
 
 void LineEditor::writeText(const std::string& text) const
 {
-    for (std::string_view rest = text; !rest.empty();) {
-        const ssize_t written = ::write(m_terminal, rest.data(), rest.size());
-        if (written < 0 && errno != EINTR) {
-            return;
-        }
-        rest.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
-    }
+    writeAll(m_terminal, text.data(), text.size()); // without a terminal the next reading ends
 }
 
 } // namespace desktop

@@ -3,6 +3,7 @@
 #include "desktop/cli/UnfinishedFile.h"
 
 #include "desktop/base/TurboJpeg.h"
+#include "desktop/base/WriteAll.h"
 
 #include <sys/stat.h>
 
@@ -28,19 +29,6 @@ ScreenFrame shownFrame(ScreenFrame frame, int width, int height)
         frame = {width, height, std::shared_ptr<const std::uint8_t>(black, black->data())};
     }
     return frame;
-}
-
-bool writeAll(int fd, const unsigned char* bytes, std::size_t size)
-{
-    while (size > 0) {
-        const ssize_t written = TEMP_FAILURE_RETRY(write(fd, bytes, size));
-        if (written <= 0) {
-            return false;
-        }
-        bytes += written;
-        size -= static_cast<std::size_t>(written);
-    }
-    return true;
 }
 
 bool writeJpeg(const ScreenFrame& frame, int fd)

@@ -1,5 +1,7 @@
 #include "desktop/player/MemoryFile.h"
 
+#include "desktop/base/WriteAll.h"
+
 #include <sys/mman.h>
 
 #include <cerrno>
@@ -7,27 +9,10 @@
 
 namespace desktop {
 
-namespace {
-
-bool append(int fd, const char* bytes, std::size_t size)
-{
-    while (size > 0) {
-        const ssize_t written = TEMP_FAILURE_RETRY(write(fd, bytes, size));
-        if (written <= 0) {
-            return false;
-        }
-        bytes += written;
-        size -= static_cast<std::size_t>(written);
-    }
-    return true;
-}
-
-} // namespace
-
 UniqueFd memoryFile(std::string_view bytes)
 {
     UniqueFd file(memfd_create("medium", MFD_CLOEXEC));
-    return file && append(file.get(), bytes.data(), bytes.size()) ? std::move(file) : UniqueFd();
+    return file && writeAll(file.get(), bytes.data(), bytes.size()) ? std::move(file) : UniqueFd();
 }
 
 UniqueFd copyInMemory(int fd, std::int64_t most)
@@ -42,7 +27,7 @@ UniqueFd copyInMemory(int fd, std::int64_t most)
             errno = EFBIG;
             return UniqueFd();
         }
-        if (!append(copy.get(), buffer.data(), static_cast<std::size_t>(got))) {
+        if (!writeAll(copy.get(), buffer.data(), static_cast<std::size_t>(got))) {
             return UniqueFd();
         }
     }

@@ -6,16 +6,6 @@
 
 namespace desktop {
 
-namespace {
-
-std::int64_t now()
-{
-    const auto time = std::chrono::steady_clock::now().time_since_epoch();
-    return std::chrono::duration_cast<std::chrono::milliseconds>(time).count();
-}
-
-} // namespace
-
 OpenMedium::OpenMedium(UniqueFd fd, std::function<void()> failed, std::function<void()> closed)
     : m_fd(std::move(fd))
     , m_size(fileSize(m_fd.get()))
@@ -31,11 +21,19 @@ OpenMedium::~OpenMedium()
 
 ssize_t OpenMedium::read(void* buffer, std::size_t size, std::int64_t offset)
 {
-    m_readingSince = now();
+    const auto begin = Clock::now();
+    {
+        const LockGuard lock(m_mutex);
+        m_reads.insert(begin);
+    }
     const ssize_t got = TEMP_FAILURE_RETRY(pread(m_fd.get(), buffer, size, offset));
-    m_readingSince = 0;
+    const int error = errno;
+    {
+        const LockGuard lock(m_mutex);
+        m_reads.erase(m_reads.find(begin));
+    }
     if (got < 0) {
-        fail(errno);
+        fail(error);
     } else if (got == 0 && size > 0 && offset < m_size) {
         fail(EIO);
     }
@@ -52,8 +50,9 @@ void OpenMedium::fail(int error)
 
 std::chrono::milliseconds OpenMedium::stuckFor() const
 {
-    const std::int64_t since = m_readingSince;
-    return std::chrono::milliseconds(since != 0 ? now() - since : 0);
+    const LockGuard lock(m_mutex);
+    const Clock::duration time = m_reads.empty() ? Clock::duration::zero() : Clock::now() - *m_reads.begin();
+    return std::chrono::duration_cast<std::chrono::milliseconds>(time);
 }
 
 } // namespace desktop

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/base/ThreadAnnotations.h"
 #include "desktop/base/UniqueFd.h"
 
 #include <sys/types.h>
@@ -8,7 +9,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
-#include <optional>
+#include <set>
 
 namespace desktop {
 
@@ -30,10 +31,12 @@ public:
     ssize_t read(void* buffer, std::size_t size, std::int64_t offset);
     /// errno of the first read that failed; 0 when none has. EIO for a file that has been cut.
     int error() const { return m_error; }
-    /// How long a read has been under way that has not come back; zero when there is none.
+    /// How long the oldest of the reads that have not come back has been under way; zero when there is none.
     std::chrono::milliseconds stuckFor() const;
 
 private:
+    using Clock = std::chrono::steady_clock;
+
     void fail(int error);
 
     const UniqueFd m_fd;
@@ -41,7 +44,8 @@ private:
     const std::function<void()> m_failed;
     const std::function<void()> m_closed;
     std::atomic<int> m_error{0};
-    std::atomic<std::int64_t> m_readingSince{0}; ///< milliseconds of the steady clock; 0: no read is under way
+    mutable Mutex m_mutex;
+    std::multiset<Clock::time_point> m_reads GUARDED_BY(m_mutex); ///< when those began that have not come back
 };
 
 } // namespace desktop

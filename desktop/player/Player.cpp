@@ -25,6 +25,8 @@ using namespace std::chrono_literals;
 constexpr auto kBeat = 500ms;
 constexpr auto kTick = 200ms;     // how often it looks after what plays
 constexpr auto kJump = 250ms;     // between two pictures while winding by jumps
+constexpr auto kTelling = 950ms;  // between two positions: a second, less what pictures come early by
+constexpr auto kLateAnswer = 1s;  // for a read: there are no new pictures until it comes
 constexpr auto kNoAnswer = 10s;   // for a read, which a disk may spin up for
 constexpr int kFastestPlayed = 4; // faster winding is by jumps
 constexpr int kFastest = 16;
@@ -112,8 +114,11 @@ void Player::receive()
         m_alone = true;
         return;
     }
+    const bool isAnswered = message->body["do"] == "frame"; // a picture is, once it is drawn
     handle(std::move(*message));
-    beat();
+    if (!isAnswered) {
+        beat();
+    }
 }
 
 void Player::handle(WorkerMessage message)
@@ -500,7 +505,10 @@ void Player::handleRestart()
     }
     if (!m_medium->loaded) {
         becomeLoaded();
-    } else if (!m_medium->winding && !m_medium->isPhoto()) {
+    } else if (m_medium->winding) {
+        const double landed = m_mpv.number("time-pos", 0);
+        m_medium->landsAgain = landed == std::exchange(m_medium->landed, landed);
+    } else if (!m_medium->isPhoto()) {
         m_medium->toldSecond = -1; // wherever it is, after a jump that is told
         updatePosition(m_mpv.number("time-pos", m_medium->position));
     }
@@ -563,8 +571,8 @@ void Player::handleProperty(const mpv_event_property& property)
     } else if (name == "sub-text") {
         tellText();
     } else if (name == "eof-reached") {
-        if (!m_medium->winding && m_mpv.flag("eof-reached")) {
-            finish();
+        if (m_mpv.flag("eof-reached")) {
+            reachEnd();
         }
     } else {
         updateFacts();
@@ -670,8 +678,11 @@ void Player::updatePosition(double seconds)
 {
     m_medium->position = std::max(seconds, 0.0);
     const long second = std::lround(std::floor(m_medium->position));
-    if (second != m_medium->toldSecond) {
+    const Clock::time_point now = Clock::now();
+    const bool isDue = second != m_medium->toldSecond && now >= m_medium->nextTelling;
+    if (isDue || m_medium->toldSecond < 0) {
         m_medium->toldSecond = second;
+        m_medium->nextTelling = now + kTelling;
         tell(PlayerPosition{m_medium->position});
     }
     if (m_medium->pictures != nullptr && !m_medium->winding) {
@@ -685,6 +696,19 @@ void Player::tellText()
     if (text != m_medium->toldText) {
         m_medium->toldText = text;
         tell(PlayerSubtitleText{std::move(text)});
+    }
+}
+
+// While winding, the clock says whether it is the end of the medium, unless nobody knows how long that is.
+void Player::reachEnd()
+{
+    const std::optional<Winding>& winding = m_medium->winding;
+    if (!winding) {
+        finish();
+    } else if (!winding->isBackwards() && m_medium->prepared->probed.facts.duration <= 0) {
+        m_medium->winding.reset();
+        m_medium->position = m_mpv.number("time-pos", m_medium->position);
+        finish();
     }
 }
 
@@ -764,15 +788,22 @@ void Player::tick()
 void Player::jumpAlong()
 {
     const Clock::time_point now = Clock::now();
+    const bool isStuck = m_medium->file->stuckFor() > kLateAnswer;
+    m_medium->nextJump = now + kJump;
+    m_medium->winding->hold(isStuck, now);
+    if (isStuck) {
+        return;
+    }
     const double to = position();
     const double length = m_medium->prepared->probed.facts.duration;
-    m_medium->nextJump = now + kJump;
     if (m_medium->winding->isBackwards() ? to <= 0 : length > 0 && to >= length) {
         m_medium->winding->isBackwards() ? windToStart() : end({PlayerEnded::Reason::Finished, "", 0});
         return;
     }
     if (!m_mpv.flag("seeking")) {
-        m_mpv.commandLater({"seek", std::to_string(to).c_str(), "absolute+keyframes"});
+        // Jumps beyond the end all lead to the last key picture; an exact one finds the end.
+        const bool isExact = length <= 0 && m_medium->landsAgain;
+        m_mpv.commandLater({"seek", std::to_string(to).c_str(), isExact ? "absolute+exact" : "absolute+keyframes"});
     }
     updatePosition(to);
 }

@@ -59,10 +59,13 @@ private:
         MediaFacts facts;
         PictureTurn turn;
         double position = 0;            ///< seconds, where it played last
-        long toldSecond = -1;           ///< the last one; -1: the next one is told whatever it is
+        long toldSecond = -1;           ///< the last one; -1: the next one is told at once, whatever it is
+        Clock::time_point nextTelling;  ///< of a position, at the earliest
         std::optional<Winding> winding; ///< by jumps
         Clock::time_point nextJump;
-        int windingSpeed = 1; ///< by mpv's own speed; 1: not wound so
+        double landed = -1;      ///< seconds, where the last jump led to
+        bool landsAgain = false; ///< the one before it led there, too
+        int windingSpeed = 1;    ///< by mpv's own speed; 1: not wound so
         std::string toldText;
         std::unique_ptr<SubtitlePictures> pictures;
         bool showsPicture = false;
@@ -112,6 +115,7 @@ private:
     double position() const;
     void updatePosition(double seconds);
     void tellText();
+    void reachEnd();
     void finish();
     void readFailed(std::uint64_t number);
     void end(PlayerEnded ended);

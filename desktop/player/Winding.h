@@ -22,14 +22,23 @@ public:
     /// Where it is, in seconds; not below 0.
     double position(Clock::time_point now) const
     {
-        const double position = m_start + m_speed * std::chrono::duration<double>(now - m_since).count();
+        const auto time = m_holds ? Clock::duration::zero() : now - m_since;
+        const double position = m_start + m_speed * std::chrono::duration<double>(time).count();
         return position > 0 ? position : 0;
+    }
+    /// Stays where it is, or goes on from there.
+    void hold(bool holds, Clock::time_point now)
+    {
+        m_start = position(now);
+        m_since = now;
+        m_holds = holds;
     }
 
 private:
     int m_speed;
     double m_start;
     Clock::time_point m_since;
+    bool m_holds = false;
 };
 
 } // namespace desktop

@@ -1,5 +1,6 @@
 #include "desktop/worker/PlaylistFile.h"
 
+#include "desktop/base/WriteAll.h"
 #include "desktop/formats/PlaylistFormats.h"
 #include "desktop/worker/MediaError.h"
 #include "desktop/workers/PlaylistTransfer.h"
@@ -29,17 +30,6 @@ std::string wholeFile(int fd)
     return content;
 }
 
-void writeWhole(int fd, std::string_view bytes)
-{
-    while (!bytes.empty()) {
-        const ssize_t written = TEMP_FAILURE_RETRY(write(fd, bytes.data(), bytes.size()));
-        if (written <= 0) {
-            throw MediaError("The playlist's entries cannot be handed over.");
-        }
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-}
-
 } // namespace
 
 std::size_t readPlaylist(int playlist, const std::string& extension, int output)
@@ -48,7 +38,10 @@ std::size_t readPlaylist(int playlist, const std::string& extension, int output)
     if (!entries) {
         throw MediaError("The file is no playlist.");
     }
-    writeWhole(output, packEntries(*entries));
+    const std::string packed = packEntries(*entries);
+    if (!writeAll(output, packed.data(), packed.size())) {
+        throw MediaError("The playlist's entries cannot be handed over.");
+    }
     return entries->size();
 }
 

@@ -119,7 +119,8 @@ struct PlayerFactsChanged {
     MediaFacts facts;
 };
 
-/// Where it plays. Told when a whole second has passed, forwards or backwards, and after a jump.
+/// Where it plays. Told once a second of the clock, while it gets from one second of the medium to another, and after a
+/// jump.
 struct PlayerPosition {
     double seconds = 0;
 };

@@ -22,7 +22,7 @@ namespace desktop {
 //
 // From it, "tell" says what: the events of MediaPlayer.h, and
 //
-//     beat       that it is at work, every half second and after every command
+//     beat       that it is at work, every half second and after every command but a frame, which is answered
 //     closed     that it has nothing open any more of "medium"
 //     frame      that the picture "frame" is drawn; "empty": that there is none
 

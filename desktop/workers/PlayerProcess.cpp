@@ -60,12 +60,13 @@ std::size_t bytesOf(int width, int height)
     return static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4;
 }
 
-// A subtitle's picture; empty when @p fd holds none.
+// A subtitle's picture; empty when @p fd holds none, or is not a file in memory.
 std::string pngIn(int fd)
 {
     static constexpr char kBegin[] = "\x89PNG\r\n\x1A\n";
     struct stat status = {};
-    if (fstat(fd, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size <= 0 || status.st_size > kMaxPicture) {
+    const bool isInMemory = fcntl(fd, F_GET_SEALS) >= 0; // one on a stick might never be read
+    if (!isInMemory || fstat(fd, &status) != 0 || status.st_size <= 0 || status.st_size > kMaxPicture) {
         return "";
     }
     std::string png(static_cast<std::size_t>(status.st_size), '\0');

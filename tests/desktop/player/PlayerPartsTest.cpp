@@ -8,6 +8,8 @@
 #include "desktop/player/Winding.h"
 
 #include "tests/desktop/support/PictureSubtitles.h"
+#include "tests/desktop/support/ServedFileSystem.h"
+#include "tests/support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -36,6 +38,18 @@ TEST(Winding, Clock_RunsWithItsSpeed)
     EXPECT_DOUBLE_EQ(Winding(-4, 10, now).position(now + 2s), 2);
     EXPECT_DOUBLE_EQ(Winding(-4, 10, now).position(now + 5s), 0);
     EXPECT_TRUE(Winding(-2, 0, now).isBackwards());
+}
+
+TEST(Winding, Clock_HoldsAndGoesOn)
+{
+    const auto now = Winding::Clock::now();
+    Winding winding(8, 10, now);
+    winding.hold(true, now + 1s);
+    EXPECT_DOUBLE_EQ(winding.position(now + 5s), 18);
+    winding.hold(true, now + 6s);
+    EXPECT_DOUBLE_EQ(winding.position(now + 7s), 18);
+    winding.hold(false, now + 8s);
+    EXPECT_DOUBLE_EQ(winding.position(now + 9s), 26);
 }
 
 TEST(OpenMedium, ReadThatFails_IsNotedOnce)
@@ -75,6 +89,29 @@ TEST(OpenMedium, FileThatHasBeenCut_IsAnError)
     char byte = 0;
     EXPECT_EQ(file.read(&byte, 1, 4), 0);
     EXPECT_EQ(file.error(), EIO);
+}
+
+TEST(OpenMedium, OldestRead_SaysHowLongOneIsStuck)
+{
+    const testsupport::TemporaryDirectory folder;
+    std::thread stuck;
+    {
+        testsupport::ServedFileSystem storage(folder.path(), "abcdef");
+        ASSERT_TRUE(storage.works()) << "this test wants root and FUSE";
+        const auto file = std::make_shared<OpenMedium>(
+            UniqueFd(open(storage.file().c_str(), O_RDONLY | O_CLOEXEC)), [] {}, [] {});
+        storage.fallSilent();
+        stuck = std::thread([file] {
+            char byte = 0;
+            EXPECT_EQ(file->read(&byte, 1, 3), -1);
+        });
+        EXPECT_TRUE(storage.hasSilenced());
+        storage.answerAgain();
+        char byte = 0;
+        EXPECT_EQ(file->read(&byte, 1, 0), 1);
+        EXPECT_TRUE(testsupport::becomes([&file] { return file->stuckFor() > 10ms; }));
+    } // which ends the read
+    stuck.join();
 }
 
 TEST(MemoryFile, CopyOfTooMuch_IsNone)

@@ -55,6 +55,8 @@ public:
     void fail() { m_fails = true; }
     /// From now on reads are not answered.
     void fallSilent() { m_isSilent = true; }
+    /// From now on reads are answered again; those that have not been stay so.
+    void answerAgain() { m_isSilent = false; }
     /// How often something has been opened.
     int opens() const { return m_opens; }
     /// Waits until a read has not been answered.

@@ -221,6 +221,20 @@ TEST_F(PlayerStorage, SilentStorage_DoesNotHoldUpTheNextMedium)
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
 }
 
+TEST_F(PlayerStorage, SilentStorageWhileWinding_IsToldWhereItStopped)
+{
+    ASSERT_TRUE(playing.load(storage.file(), FILE_TYPE_VIDEO));
+    playing.player.wind(8);
+    ASSERT_TRUE(playing.wait<PlayerPosition>([](const PlayerPosition& told) { return told.seconds > 4; }));
+    storage.fallSilent();
+    const auto end = playing.end();
+    ASSERT_TRUE(end);
+    EXPECT_EQ(end->reason, Reason::ReadFailed);
+    EXPECT_EQ(end->text, "The storage does not answer.");
+    EXPECT_LT(end->position, 40);
+    expectThatPlayingGoesOn();
+}
+
 TEST_F(PlayerStorage, SilentStorageAtLoading_EndsAtTheDeadline)
 {
     PlayerSettings settings = settingsFor(telling);
@@ -438,6 +452,25 @@ TEST(PlayerLies, Messages_AreBoundedOrDropped)
     EXPECT_EQ(facts.title, "");
     ASSERT_EQ(facts.audioTracks.size(), 1U);
     EXPECT_EQ(facts.audioTracks[0].title, "x y");
+}
+
+// One on a stick may never answer.
+TEST(PlayerLies, PictureThatIsNotInMemory_IsNotRead)
+{
+    const StandIn lying(R"(exec python3 - <<'END'
+import json, socket
+s = socket.socket(fileno=3)
+message, files, flags, address = socket.recv_fds(s, 65536, 1)
+told = {"medium": json.loads(message)["medium"], "tell": "picture"}
+socket.send_fds(s, [json.dumps(told).encode()], files)
+s.send(json.dumps({**told, "tell": "loaded"}).encode())
+s.recv(9)
+END)");
+    const Films films;
+    Playing playing(settingsFor(lying));
+    ASSERT_TRUE(playing.load(films.write("medium", "\x89PNG\r\n\x1A\n"), FILE_TYPE_VIDEO));
+    ASSERT_EQ(playing.all<PlayerSubtitlePicture>().size(), 1U);
+    EXPECT_EQ(playing.all<PlayerSubtitlePicture>()[0].png, "");
 }
 
 TEST(PlayerLies, NoMessage_EndsTheProcess)

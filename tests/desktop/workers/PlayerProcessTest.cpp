@@ -345,8 +345,8 @@ class PlayerWinding : public PlayerProcessTest, public testing::WithParamInterfa
 protected:
     PlayerWinding()
     {
-        PlayerMedium medium = Playing::medium(films.video("film.mp4", 30), FILE_TYPE_VIDEO);
-        medium.start = 15;
+        PlayerMedium medium = Playing::medium(films.video("film.mp4", 60), FILE_TYPE_VIDEO);
+        medium.start = 30;
         EXPECT_TRUE(playing.load(std::move(medium)));
         playing.wait<PlayerPosition>();
         playing.forget();
@@ -357,12 +357,12 @@ TEST_P(PlayerWinding, Forwards_ReachesTheEnd)
 {
     const auto begin = std::chrono::steady_clock::now();
     playing.player.wind(GetParam());
-    expectPositionFrom(17);
+    expectPositionFrom(32);
     const auto end = playing.end();
     ASSERT_TRUE(end);
     EXPECT_EQ(end->reason, Reason::Finished);
-    EXPECT_NEAR(end->position, 30, 0.5);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(15 / GetParam() + 4));
+    EXPECT_NEAR(end->position, 60, 0.5);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30 / GetParam() + 4));
 }
 
 TEST_P(PlayerWinding, Backwards_ReachesTheStartAndPlaysOn)
@@ -370,16 +370,58 @@ TEST_P(PlayerWinding, Backwards_ReachesTheStartAndPlaysOn)
     playing.player.wind(-GetParam());
     ASSERT_TRUE(playing.wait<PlayerAtStart>());
     EXPECT_TRUE(playing.wait<PlayerPosition>([](const PlayerPosition& told) { return told.seconds < 1; }));
-    std::vector<PlayerPosition> positions = playing.all<PlayerPosition>();
-    positions.resize(std::min<std::size_t>(positions.size(), 3)); // before it has turned round
-    EXPECT_TRUE(std::is_sorted(positions.begin(), positions.end(),
-                               [](const auto& a, const auto& b) { return a.seconds > b.seconds; }));
+    double last = 60;
+    for (const PlayerEvent& event : playing.events()) {
+        if (std::holds_alternative<PlayerAtStart>(event.told)) {
+            break;
+        }
+        const auto* const position = std::get_if<PlayerPosition>(&event.told);
+        ASSERT_NE(position, nullptr);
+        EXPECT_LT(position->seconds, last);
+        last = position->seconds;
+    }
     playing.forget();
     expectPositionFrom(1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Speed, PlayerWinding, testing::Values(4, 8, 16),
                          [](const auto& row) { return "Times" + std::to_string(row.param); });
+
+class PlayerTelling : public PlayerProcessTest, public testing::WithParamInterface<int> {};
+
+TEST_P(PlayerTelling, PositionWhileWinding_IsToldOnceASecond)
+{
+    testsupport::Gathered<std::chrono::steady_clock::time_point> told;
+    PlayerProcess player(Playing::usual(), [&told](const PlayerEvent& event) {
+        if (std::holds_alternative<PlayerPosition>(event.told)) {
+            told.add(std::chrono::steady_clock::now());
+        }
+    });
+    PlayerMedium medium = Playing::medium(films.video("film.mp4", 60), FILE_TYPE_VIDEO);
+    medium.start = GetParam() > 0 ? 5 : 55;
+    player.load(std::move(medium));
+    ASSERT_EQ(told.waitFor(1).size(), 1U);
+    player.wind(GetParam());
+    const auto times = told.waitFor(5);
+    ASSERT_GE(times.size(), 5U);
+    EXPECT_GT(times[4] - times[1], std::chrono::milliseconds(2500)); // each a moment late, or not
+}
+
+INSTANTIATE_TEST_SUITE_P(Speed, PlayerTelling, testing::Values(2, 8, -8), [](const auto& row) {
+    return (row.param < 0 ? "BackwardsTimes" : "Times") + std::to_string(std::abs(row.param));
+});
+
+TEST_F(PlayerProcessTest, WindingWhatHasNoLength_ReachesTheEnd)
+{
+    const auto facts = playing.load(films.video("film.mkv", 20, Films::kH264 + std::string(" -live 1")), FILE_TYPE_VIDEO);
+    ASSERT_TRUE(facts);
+    EXPECT_EQ(facts->duration, 0);
+    playing.player.wind(8);
+    const auto end = playing.end();
+    ASSERT_TRUE(end);
+    EXPECT_EQ(end->reason, Reason::Finished);
+    EXPECT_NEAR(end->position, 20, 1);
+}
 
 TEST_F(PlayerProcessTest, WindingEnded_PlaysOnFromThere)
 {
