@@ -280,7 +280,7 @@ TEST_F(PlayingTest, Keys_WantSomethingThatPlays)
     EXPECT_EQ(manager->keyFastForward(FILE_TYPE_VIDEO), 0);
     EXPECT_EQ(manager->keyFastRewind(FILE_TYPE_VIDEO), 0);
     EXPECT_THAT(players.callsOf(FILE_TYPE_VIDEO),
-                testing::ElementsAre("unload", "load from 0 with 0 subtitles", "pause", "wind 2", "unpause", "wind -2"));
+                testing::ElementsAre("unload", "load from 0 with 0 subtitles", "pause", "unpause", "wind 2", "wind -2"));
     EXPECT_EQ(manager->keyPlayNext(FILE_TYPE_VIDEO), 0);
     EXPECT_EQ(manager->keyPlayPrev(FILE_TYPE_VIDEO), 0);
     EXPECT_EQ(manager->keyPlayPrev(FILE_TYPE_VIDEO), -1);

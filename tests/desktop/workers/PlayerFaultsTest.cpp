@@ -466,9 +466,13 @@ socket.send_fds(s, [json.dumps(told).encode()], files)
 s.send(json.dumps({**told, "tell": "loaded"}).encode())
 s.recv(9)
 END)");
-    const Films films;
+    const testsupport::TemporaryDirectory stick;
+    const ServedFileSystem served(stick.path(), "\x89PNG\r\n\x1A\n");
+    if (!served.works()) {
+        GTEST_SKIP() << "this machine mounts no file system of a test's own";
+    }
     Playing playing(settingsFor(lying));
-    ASSERT_TRUE(playing.load(films.write("medium", "\x89PNG\r\n\x1A\n"), FILE_TYPE_VIDEO));
+    ASSERT_TRUE(playing.load(served.file(), FILE_TYPE_VIDEO));
     ASSERT_EQ(playing.all<PlayerSubtitlePicture>().size(), 1U);
     EXPECT_EQ(playing.all<PlayerSubtitlePicture>()[0].png, "");
 }
