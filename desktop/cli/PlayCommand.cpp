@@ -91,6 +91,7 @@ private:
     void handle(const Notification& notification);
     void handleLoaded();
     void handleLoadFailure(const Json::Value& body);
+    void handleFailure(const std::string& path, const std::string& reason);
     void noteUnsupported(const Notification& notification);
     void showNote();
     bool playsAll() const { return m_options.all || m_options.mode || m_target.isWholeList; }
@@ -316,8 +317,7 @@ void PlayCommand::handle(const Notification& notification)
     } else if (name == kLoadFailed) {
         handleLoadFailure(notification.body);
     } else if (name == kPlayFailed) {
-        m_session.fail(m_progress.path(), "It could not be played to its end");
-        m_ended = true;
+        handleFailure(m_progress.path(), "It could not be played to its end");
     } else if (name == kAudioUnsupported || name == kVideoUnsupported) {
         noteUnsupported(notification);
         return;
@@ -341,13 +341,17 @@ void PlayCommand::handleLoaded()
     }
 }
 
-// What follows comes by itself, unless the stick has gone.
 void PlayCommand::handleLoadFailure(const Json::Value& body)
 {
-    const std::string path = body["path"].asString();
     const std::string reason = body["reason"].asString();
     m_note.clear();
-    m_session.fail(path, reason.empty() ? "It cannot be played" : reason);
+    handleFailure(body["path"].asString(), reason.empty() ? "It cannot be played" : reason);
+}
+
+// What follows, or the end of the run, comes by itself, unless the stick has gone.
+void PlayCommand::handleFailure(const std::string& path, const std::string& reason)
+{
+    m_session.fail(path, reason);
     m_ended = m_ended || !playsAll() || m_session.isOnPulledStick(path);
 }
 

@@ -155,10 +155,11 @@ void PlaySession::volumeRemoved(const std::string& volume)
         return;
     }
     if (m_state == State::Playing) {
-        failPlaying();
-        return;
+        keepPosition();
+        m_services.events.failed(m_item);
+    } else {
+        m_services.events.loadFailed(m_item, describeError(ENODEV));
     }
-    m_services.events.loadFailed(m_item, describeError(ENODEV));
     goIdle(); // what follows lies on the same volume
 }
 
@@ -227,7 +228,7 @@ bool PlaySession::move(Direction direction)
     return moved;
 }
 
-// Past what cannot be loaded: on the way that was gone, and forwards where that way ends.
+// Past what cannot be played: on the way that was gone, and forwards where that way ends.
 bool PlaySession::moveOn()
 {
     if (move(m_direction)) {
@@ -249,6 +250,7 @@ void PlaySession::finish()
     if (kind() == FILE_TYPE_VIDEO) {
         m_services.positions.forget(m_location);
     }
+    m_failures = 0;
     if (m_playAll && m_queue->advance(m_mode)) {
         m_direction = Direction::Forwards;
         begin(0);
@@ -260,8 +262,31 @@ void PlaySession::finish()
 void PlaySession::failLoad(const std::string& reason)
 {
     m_services.events.loadFailed(m_item, reason);
+    goPastFailed();
+}
+
+// In the middle of it: the storage or the player may be gone, so nothing follows.
+void PlaySession::failPlaying()
+{
+    keepPosition();
+    m_services.events.failed(m_item);
+    m_playAll ? endRun() : goIdle();
+}
+
+// In the middle of it, by the fault of this file alone. What has played is followed by what is next, however it was come to.
+void PlaySession::failIncomplete()
+{
+    keepPosition();
+    m_services.events.failed(m_item);
+    m_direction = Direction::Forwards;
+    goPastFailed();
+}
+
+// A run in which nothing plays to its end any more ends, too.
+void PlaySession::goPastFailed()
+{
+    m_state = State::Opening; // its position has been kept, or is none of this file's
     ++m_failures;
-    m_state = State::Opening; // whatever position it had is none of this file's
     if (!m_playAll) {
         goIdle();
     } else if (m_failures < m_queue->size() && moveOn()) {
@@ -269,14 +294,6 @@ void PlaySession::failLoad(const std::string& reason)
     } else {
         endRun();
     }
-}
-
-// In the middle of it: the medium may be gone, so nothing follows.
-void PlaySession::failPlaying()
-{
-    keepPosition();
-    m_services.events.failed(m_item);
-    goIdle();
 }
 
 void PlaySession::endRun()
@@ -315,7 +332,6 @@ void PlaySession::waitForNext()
 void PlaySession::handle(PlayerLoaded& told)
 {
     m_state = State::Playing;
-    m_failures = 0;
     m_facts = std::move(told.facts);
     m_services.events.loaded(m_item, m_facts);
     if (m_facts.videoUnsupported) {
@@ -362,7 +378,14 @@ void PlaySession::handle(const PlayerEnded& told)
         kind() == FILE_TYPE_MUSIC ? m_services.events.audioUnsupported(m_item, "") : m_services.events.videoUnsupported();
         return failLoad(told.text);
     default:
-        m_state == State::Playing ? failPlaying() : failLoad(told.text);
+        break;
+    }
+    if (m_state != State::Playing) {
+        failLoad(told.text);
+    } else if (told.reason == PlayerEnded::Reason::Incomplete) {
+        failIncomplete();
+    } else {
+        failPlaying();
     }
 }
 

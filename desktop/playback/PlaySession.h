@@ -94,6 +94,8 @@ private:
     void finish();
     void failLoad(const std::string& reason);
     void failPlaying();
+    void failIncomplete();
+    void goPastFailed();
     void endRun();
     void tellSpeed() const;
     void waitForNext();
@@ -121,7 +123,7 @@ private:
     std::optional<PlayQueue> m_queue;
     bool m_playAll = false;
     Direction m_direction = Direction::Forwards; ///< the way that the latest step went
-    std::size_t m_failures = 0;                  ///< entries that could not be loaded since one could
+    std::size_t m_failures = 0;                  ///< entries that failed since one played to its end
     MediaFacts m_facts;
     double m_position = 0; ///< seconds
     int m_speed = 1;       ///< 1 as usual, else winding

@@ -720,7 +720,7 @@ void Player::finish()
     if (m_medium->file != nullptr && m_medium->file->error() != 0) {
         ended = readFailure(*m_medium->file);
     } else if (!m_medium->winding && isWellBefore(m_medium->position, length)) {
-        ended = {PlayerEnded::Reason::ReadFailed,
+        ended = {PlayerEnded::Reason::Incomplete,
                  "The file is incomplete: it ends at " + clockTime(m_medium->position) + " of " + clockTime(length) + ".",
                  0};
     }

@@ -145,6 +145,7 @@ struct PlayerEnded {
         Finished,    ///< the end of the medium
         LoadFailed,  ///< it has never played: empty, no media, damaged
         ReadFailed,  ///< the file could not be read any more
+        Incomplete,  ///< the file itself ends well before the medium does
         Unsupported, ///< there is nothing in it that can be decoded
         PlayerLost,  ///< the player's process has died, or does not answer any more
     };

@@ -212,6 +212,32 @@ TEST_F(PlayCommandTest, FileThatIsLostInTheMiddle_IsAnError)
     EXPECT_EQ(errors, "desktop-tv: " + stick.path("1.mp4") + ": It could not be played to its end\n");
 }
 
+TEST_F(PlayCommandTest, IncompleteFile_IsAnErrorAndDoesNotEndTheRun)
+{
+    options.all = true;
+    const auto end = [this] {
+        players.video().tell(1, loaded());
+        players.video().tell(1, ended(PlayerEnded::Reason::Incomplete));
+        players.video().tell(2, loaded());
+        players.video().tell(2, ended(PlayerEnded::Reason::Finished));
+    };
+    EXPECT_EQ(play("1.mp4", end), 1);
+    EXPECT_EQ(errors, "desktop-tv: " + stick.path("1.mp4") + ": It could not be played to its end\n");
+    EXPECT_EQ(written, "1 of 2: " + stick.path("1.mp4") + "\n2 of 2: " + stick.path("3.mp4") + "\n");
+}
+
+TEST_F(PlayCommandTest, StorageThatFailsInTheMiddleOfARun_EndsIt)
+{
+    options.all = true;
+    const auto end = [this] {
+        players.video().tell(1, loaded());
+        players.video().tell(1, ended(PlayerEnded::Reason::ReadFailed));
+    };
+    EXPECT_EQ(play("1.mp4", end), 1);
+    EXPECT_EQ(errors, "desktop-tv: " + stick.path("1.mp4") + ": It could not be played to its end\n");
+    EXPECT_EQ(loads().size(), 1U);
+}
+
 TEST_F(PlayCommandTest, StickThatIsPulled_IsOneErrorAndTheEnd)
 {
     options.all = true;

@@ -32,6 +32,7 @@ PlayerEnded endBy(PlayerEnded::Reason reason, const std::string& text = "")
 }
 
 constexpr auto kFinished = PlayerEnded::Reason::Finished;
+constexpr auto kIncomplete = PlayerEnded::Reason::Incomplete;
 
 class PlaybackTest : public testing::Test {
 protected:
@@ -427,9 +428,123 @@ TEST_F(PlaybackTest, LostPlayer_FailsAndTheNextPlayWorks)
 {
     playLoaded(FILE_TYPE_VIDEO, 0, true);
     players.video().tell(1, endBy(PlayerEnded::Reason::PlayerLost));
-    EXPECT_THAT(events.next(1), ElementsAre("25"));
+    EXPECT_THAT(events.next(2), ElementsAre("25", "16"));
     EXPECT_TRUE(events.none());
     playLoaded(FILE_TYPE_VIDEO, 0);
+    EXPECT_TRUE(playback.current(FILE_TYPE_VIDEO));
+}
+
+TEST_F(PlaybackTest, StorageThatFails_EndsTheRun)
+{
+    playLoaded(FILE_TYPE_VIDEO, 0, true);
+    players.video().tell(1, endBy(PlayerEnded::Reason::ReadFailed));
+    EXPECT_THAT(events.next(2), ElementsAre("25", "16"));
+    playLoaded(FILE_TYPE_VIDEO, 0);
+    players.video().tell(2, endBy(PlayerEnded::Reason::ReadFailed));
+    EXPECT_THAT(events.next(1), ElementsAre("25"));
+    EXPECT_TRUE(events.none());
+    EXPECT_EQ(players.video().loads(), 2U);
+}
+
+TEST_F(PlaybackTest, IncompleteFile_IsFollowedByTheNext)
+{
+    playLoaded(FILE_TYPE_VIDEO, 1, true);
+    players.video().tell(1, endBy(kIncomplete));
+    EXPECT_THAT(events.next(1), ElementsAre("25"));
+    load(FILE_TYPE_VIDEO);
+    EXPECT_EQ(playback.current(FILE_TYPE_VIDEO)->item.index, 2U);
+    players.video().tell(2, endBy(kIncomplete));
+    EXPECT_THAT(events.next(2), ElementsAre("25", "16"));
+    EXPECT_TRUE(events.none());
+}
+
+TEST_F(PlaybackTest, IncompleteFileOfTheSecondBrowser_HasTheEventOfThat)
+{
+    ASSERT_TRUE(play(FILE_TYPE_VIDEO, 0, true, true));
+    load(FILE_TYPE_VIDEO);
+    players.video().tell(1, endBy(kIncomplete));
+    EXPECT_THAT(events.next(1), ElementsAre("32"));
+    EXPECT_TRUE(players.video().loaded(2).fd);
+}
+
+TEST_F(PlaybackTest, IncompleteFileByItself_EndsAsItFails)
+{
+    playLoaded(FILE_TYPE_VIDEO, 0);
+    players.video().tell(1, endBy(kIncomplete));
+    EXPECT_THAT(events.next(1), ElementsAre("25"));
+    EXPECT_TRUE(events.none());
+    EXPECT_FALSE(playback.next(FILE_TYPE_VIDEO));
+}
+
+TEST_F(PlaybackTest, IncompleteBeforeItIsLoaded_FailsToLoad)
+{
+    ASSERT_TRUE(play(FILE_TYPE_VIDEO, 0));
+    players.video().tell(1, endBy(kIncomplete, "The file is incomplete."));
+    EXPECT_THAT(events.next(1), ElementsAre(testing::HasSubstr("The file is incomplete.")));
+    EXPECT_TRUE(events.none());
+}
+
+TEST_F(PlaybackTest, IncompleteFileThatWasGoneBackTo_IsFollowedByTheNext)
+{
+    playLoaded(FILE_TYPE_VIDEO, 2, true);
+    EXPECT_TRUE(playback.previous(FILE_TYPE_VIDEO));
+    load(FILE_TYPE_VIDEO);
+    players.video().tell(2, endBy(kIncomplete));
+    EXPECT_THAT(events.next(1), ElementsAre("25"));
+    load(FILE_TYPE_VIDEO);
+    EXPECT_EQ(playback.current(FILE_TYPE_VIDEO)->item.index, 2U);
+}
+
+TEST_F(PlaybackTest, PlayAllOfIncompleteFiles_EndsAfterEachHasBeenTried)
+{
+    for (const int mode : {PLAYER_MODE_REPEAT_ALL, PLAYER_MODE_SHUFFLE, PLAYER_MODE_REPEAT_ONE}) {
+        playback.setMode(FILE_TYPE_VIDEO, mode);
+        ASSERT_TRUE(play(FILE_TYPE_VIDEO, 0, true));
+        for (int i = 0; i < 3; ++i) {
+            load(FILE_TYPE_VIDEO);
+            players.video().tell(loads[FILE_TYPE_VIDEO], endBy(kIncomplete));
+            EXPECT_THAT(events.next(1), ElementsAre("25"));
+        }
+        EXPECT_THAT(events.next(1), ElementsAre("16"));
+        EXPECT_TRUE(events.none());
+    }
+}
+
+TEST_F(PlaybackTest, IncompleteFiles_CountTogetherWithThoseThatCannotBeLoaded)
+{
+    std::filesystem::remove(stick.path("b.mp4"));
+    std::filesystem::remove(stick.path("c.mp4"));
+    playback.setMode(FILE_TYPE_VIDEO, PLAYER_MODE_REPEAT_ALL);
+    playLoaded(FILE_TYPE_VIDEO, 0, true);
+    players.video().tell(1, endBy(kIncomplete));
+    EXPECT_THAT(events.next(4), ElementsAre("25", StartsWith("14 "), StartsWith("14 "), "16"));
+}
+
+TEST_F(PlaybackTest, OneThatPlaysToItsEnd_KeepsTheRunGoing)
+{
+    playback.setMode(FILE_TYPE_VIDEO, PLAYER_MODE_REPEAT_ALL);
+    playLoaded(FILE_TYPE_VIDEO, 0, true);
+    for (std::size_t film = 1; film < 12; ++film) {
+        const bool isComplete = film % 3 == 0;
+        players.video().tell(film, endBy(isComplete ? kFinished : kIncomplete));
+        events.next(isComplete ? 0 : 1);
+        load(FILE_TYPE_VIDEO);
+    }
+    EXPECT_TRUE(playback.current(FILE_TYPE_VIDEO));
+    EXPECT_TRUE(events.none());
+}
+
+TEST_F(PlaybackTest, PersonWhoStepsOn_MayTryEachAgain)
+{
+    playback.setMode(FILE_TYPE_VIDEO, PLAYER_MODE_REPEAT_ALL);
+    playLoaded(FILE_TYPE_VIDEO, 0, true);
+    for (std::size_t film = 1; film < 6; film += 2) {
+        players.video().tell(film, endBy(kIncomplete));
+        events.next(1);
+        load(FILE_TYPE_VIDEO);
+        EXPECT_TRUE(playback.next(FILE_TYPE_VIDEO));
+        load(FILE_TYPE_VIDEO);
+    }
     EXPECT_TRUE(playback.current(FILE_TYPE_VIDEO));
 }
 
@@ -480,6 +595,7 @@ TEST_F(PlaybackTest, Position_IsKeptWhateverEndsThePlaying)
     expectKept(20, [this] { playback.volumeRemoved(stick.path()); });
     expectKept(21, [this] { players.video().tell(loads[FILE_TYPE_VIDEO], endBy(PlayerEnded::Reason::ReadFailed)); });
     expectKept(22, [this] { players.video().tell(loads[FILE_TYPE_VIDEO], endBy(PlayerEnded::Reason::PlayerLost)); });
+    expectKept(23, [this] { players.video().tell(loads[FILE_TYPE_VIDEO], endBy(kIncomplete)); });
 }
 
 TEST_F(PlaybackTest, Position_IsKeptWhenAnotherFollows)

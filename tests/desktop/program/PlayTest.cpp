@@ -1,4 +1,5 @@
 #include "tests/desktop/support/DemoStick.h"
+#include "tests/desktop/support/Films.h"
 #include "tests/desktop/support/Jpeg.h"
 #include "tests/desktop/support/Songs.h"
 #include "tests/support/TemporaryDirectory.h"
@@ -67,6 +68,22 @@ TEST_F(MusicStickTest, Folder_IsPlayedPastWhatCannotBePlayed)
     EXPECT_EQ(program.output(), "1 of 3: " + stick.path("1.wav") + " (0:01)\n3 of 3: " + stick.path("3.wav") + " (0:01)\n");
     EXPECT_THAT(program.errors(), HasSubstr("desktop-tv: " + stick.path("2.wav") + ": "));
     EXPECT_EQ(std::count(program.errors().begin(), program.errors().end(), '\n'), 1) << program.errors();
+}
+
+TEST(Play, IncompleteFilm_DoesNotEndTheRun)
+{
+    const testsupport::Films films;
+    const testsupport::TemporaryDirectory stick;
+    const std::string film = testsupport::readFile(films.video("film.mkv", 10));
+    writeFile(stick.path("2.mkv"), film.substr(0, film.size() / 5));
+    for (const char* const name : {"1.mkv", "3.mkv"}) {
+        std::filesystem::copy(films.video("short.mkv", 1), stick.path(name));
+    }
+    Program program(playing(stick.path(), {stick.path()}));
+    EXPECT_EQ(program.wait(), 1);
+    EXPECT_EQ(program.output(), "1 of 3: " + stick.path("1.mkv") + " (0:01)\n2 of 3: " + stick.path("2.mkv") +
+                                    " (0:10)\n3 of 3: " + stick.path("3.mkv") + " (0:01)\n");
+    EXPECT_EQ(program.errors(), "desktop-tv: " + stick.path("2.mkv") + ": It could not be played to its end\n");
 }
 
 TEST_F(MusicStickTest, Json_IsTheNotifications)

@@ -83,14 +83,14 @@ INSTANTIATE_TEST_SUITE_P(
                     BadFile{"Edition", "# mpv EDL v0\n/etc/passwd\n", FILE_TYPE_VIDEO}),
     [](const auto& row) { return testsupport::caseName(row.index, row.param.name); });
 
-TEST_F(PlayerFaults, TruncatedVideo_EndsAsUnreadable)
+TEST_F(PlayerFaults, TruncatedVideo_EndsAsIncomplete)
 {
     const std::string film = films.video("film.mkv", 10, "-c:v libx264 -preset ultrafast -g 25 -c:a aac");
     std::filesystem::resize_file(film, std::filesystem::file_size(film) / 3);
     ASSERT_TRUE(playing.load(film, FILE_TYPE_VIDEO));
     const auto end = playing.end();
     ASSERT_TRUE(end);
-    EXPECT_EQ(end->reason, Reason::ReadFailed);
+    EXPECT_EQ(end->reason, Reason::Incomplete);
     EXPECT_NE(end->text.find("incomplete"), std::string::npos) << end->text;
     EXPECT_LT(end->position, 6);
 }

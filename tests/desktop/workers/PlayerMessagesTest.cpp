@@ -98,6 +98,7 @@ TEST(PlayerMessages, OtherEvents_ComeBackAsTheyWere)
     EXPECT_EQ(ended.reason, PlayerEnded::Reason::ReadFailed);
     EXPECT_EQ(ended.text, "why");
     EXPECT_EQ(ended.position, 3.5);
+    EXPECT_EQ(sent(PlayerEnded{PlayerEnded::Reason::Incomplete, "", 0}).reason, PlayerEnded::Reason::Incomplete);
     EXPECT_EQ(sent(PlayerKey{"SPACE"}).name, "SPACE");
     const PlayerSubtitlePicture picture = sent(PlayerSubtitlePicture{"", 1, 2, 3, 4});
     EXPECT_EQ(picture.x, 1);
