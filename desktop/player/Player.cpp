@@ -206,6 +206,8 @@ void Player::wind(int speed)
     m_medium->windingSpeed = 1;
     m_medium->winding.emplace(speed, from, Clock::now());
     m_medium->nextJump = Clock::now();
+    hidePicture();
+    tellText();
 }
 
 void Player::seek(double seconds)
@@ -214,6 +216,7 @@ void Player::seek(double seconds)
         m_medium->winding.emplace(m_medium->winding->speed(), seconds, Clock::now());
     } else if (m_medium->released) {
         m_mpv.commandLater({"seek", std::to_string(seconds).c_str(), "absolute+exact"});
+        m_medium->sought = true;
     }
     m_medium->start = seconds;
 }
@@ -509,9 +512,20 @@ void Player::handleRestart()
         const double landed = m_mpv.number("time-pos", 0);
         m_medium->landsAgain = landed == std::exchange(m_medium->landed, landed);
     } else if (!m_medium->isPhoto()) {
-        m_medium->toldSecond = -1; // wherever it is, after a jump that is told
-        updatePosition(m_mpv.number("time-pos", m_medium->position));
+        arrive();
     }
+}
+
+// A jump that was asked for is told wherever it led to, and the place where winding has ended unless it has been told.
+void Player::arrive()
+{
+    m_medium->leavesJumps = m_medium->leavesJumps && m_mpv.flag("seeking");
+    m_medium->nextTelling = Clock::now();
+    if (std::exchange(m_medium->sought, false)) {
+        m_medium->toldSecond = -1;
+    }
+    updatePosition(m_mpv.number("time-pos", m_medium->position));
+    tellText();
 }
 
 void Player::becomeLoaded()
@@ -565,7 +579,7 @@ void Player::handleProperty(const mpv_event_property& property)
     }
     const std::string name = property.name;
     if (name == "time-pos") {
-        if (property.format == MPV_FORMAT_DOUBLE && !m_medium->winding) {
+        if (property.format == MPV_FORMAT_DOUBLE && !m_medium->winding && !m_medium->leavesJumps) {
             updatePosition(*static_cast<const double*>(property.data));
         }
     } else if (name == "sub-text") {
@@ -623,10 +637,13 @@ void Player::updateFacts()
     }
 }
 
-// Reads the pictures of the subtitle track that is chosen, if it has such.
+// Reads the pictures of the subtitle track that is chosen, if it has such. None are shown while winding by jumps.
 void Player::updatePictures()
 {
     hidePicture();
+    if (m_medium->winding) {
+        return;
+    }
     for (const Track& track : subtitleTracks()) {
         if (track.media.id == m_medium->facts.subtitleTrack && isPictureSubtitle(track.media.codec)) {
             const VideoFacts& video = m_medium->facts.video;
@@ -685,14 +702,15 @@ void Player::updatePosition(double seconds)
         m_medium->nextTelling = now + kTelling;
         tell(PlayerPosition{m_medium->position});
     }
-    if (m_medium->pictures != nullptr && !m_medium->winding) {
+    if (m_medium->pictures != nullptr) {
         m_medium->pictures->moveTo(subtitlePosition());
     }
 }
 
+// The pictures that winding jumps to are not where it is, so their texts are not told.
 void Player::tellText()
 {
-    std::string text = m_mpv.text("sub-text");
+    std::string text = m_medium->winding || m_medium->leavesJumps ? "" : m_mpv.text("sub-text");
     if (text != m_medium->toldText) {
         m_medium->toldText = text;
         tell(PlayerSubtitleText{std::move(text)});
@@ -812,7 +830,7 @@ void Player::windToStart()
 {
     playOn(0);
     tell(PlayerAtStart());
-    m_medium->toldSecond = -1;
+    m_medium->nextTelling = Clock::now();
     updatePosition(0);
 }
 
@@ -821,7 +839,10 @@ void Player::playOn(double position)
 {
     if (m_medium->winding) {
         m_medium->winding.reset();
+        m_medium->position = position;
+        m_medium->leavesJumps = m_mpv.flag("seekable");
         m_mpv.commandLater({"seek", std::to_string(position).c_str(), "absolute+exact"});
+        updatePictures();
     }
     m_medium->windingSpeed = 1;
     m_mpv.set("speed", m_medium->options.speed);

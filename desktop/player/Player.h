@@ -63,9 +63,11 @@ private:
         Clock::time_point nextTelling;  ///< of a position, at the earliest
         std::optional<Winding> winding; ///< by jumps
         Clock::time_point nextJump;
-        double landed = -1;      ///< seconds, where the last jump led to
-        bool landsAgain = false; ///< the one before it led there, too
-        int windingSpeed = 1;    ///< by mpv's own speed; 1: not wound so
+        double landed = -1;       ///< seconds, where the last jump led to
+        bool landsAgain = false;  ///< the one before it led there, too
+        bool leavesJumps = false; ///< winding by jumps has ended, and mpv is on its way to where
+        bool sought = false;      ///< a jump that was asked for is to be told
+        int windingSpeed = 1;     ///< by mpv's own speed; 1: not wound so
         std::string toldText;
         std::unique_ptr<SubtitlePictures> pictures;
         bool showsPicture = false;
@@ -100,6 +102,7 @@ private:
     void handleReply(const mpv_event& event);
     void handleHook(std::uint64_t hook);
     void handleRestart();
+    void arrive();
     void becomeLoaded();
     void handleEndOfFile(const mpv_event_end_file& ended);
     bool hasPicture() const;

@@ -380,8 +380,12 @@ TEST_P(PlayerWinding, Backwards_ReachesTheStartAndPlaysOn)
         EXPECT_LT(position->seconds, last);
         last = position->seconds;
     }
+    std::vector<PlayerPosition> told = playing.all<PlayerPosition>();
     playing.forget();
     expectPositionFrom(1);
+    const std::vector<PlayerPosition> later = playing.all<PlayerPosition>();
+    told.insert(told.end(), later.begin(), later.end());
+    EXPECT_EQ(std::count_if(told.begin(), told.end(), [](const PlayerPosition& place) { return place.seconds < 1; }), 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Speed, PlayerWinding, testing::Values(4, 8, 16),

@@ -181,6 +181,51 @@ TEST_F(PlayerSubtitles, SeveralFiles_FollowThoseInTheVideoInTheirOrder)
         [](const PlayerFactsChanged& changed) { return changed.facts.subtitleTrack == 2; }));
 }
 
+/// A video of a minute with a text in the first half of each second.
+class PlayerSubtitlesWhileWinding : public PlayerSubtitles, public testing::WithParamInterface<int> {
+protected:
+    PlayerSubtitlesWhileWinding()
+    {
+        std::string lines;
+        for (int second = 0; second < 60; ++second) {
+            const std::string at = "00:00:" + std::string(second < 10 ? "0" : "") + std::to_string(second);
+            lines += std::to_string(second + 1) + "\n" + at + ",000 --> " + at + ",500\nSecond " + std::to_string(second) +
+                     "\n\n";
+        }
+        PlayerMedium medium = Playing::medium(films.video("film.mp4", 60), FILE_TYPE_VIDEO);
+        medium.start = 30.2;
+        medium.subtitles.push_back(beside("film.srt", lines));
+        EXPECT_TRUE(playing.load(std::move(medium)));
+        EXPECT_TRUE(becomesText("Second 30"));
+    }
+
+    std::vector<std::string> texts()
+    {
+        std::vector<std::string> texts;
+        for (const PlayerSubtitleText& told : playing.all<PlayerSubtitleText>()) {
+            texts.push_back(told.text);
+        }
+        return texts;
+    }
+};
+
+TEST_P(PlayerSubtitlesWhileWinding, ByJumps_NoneIsToldUntilItEnds)
+{
+    playing.player.wind(GetParam());
+    const double to = 30 + GetParam() * 2;
+    ASSERT_TRUE(playing.wait<PlayerPosition>([to](const PlayerPosition& told) { return std::abs(told.seconds - to) < 6; }));
+    EXPECT_EQ(texts(), (std::vector<std::string>{"Second 30", ""}));
+    playing.forget();
+    playing.player.wind(1);
+    const auto told = playing.wait<PlayerSubtitleText>();
+    ASSERT_TRUE(told);
+    EXPECT_EQ(told->text.rfind("Second ", 0), 0U) << told->text;
+    EXPECT_NEAR(std::stod(told->text.substr(7)), to, 8);
+}
+
+INSTANTIATE_TEST_SUITE_P(Speed, PlayerSubtitlesWhileWinding, testing::Values(8, -8),
+                         [](const auto& row) { return row.param > 0 ? "Forwards" : "Backwards"; });
+
 TEST_F(PlayerSubtitles, Delay_MovesThem)
 {
     PlayerMedium medium = film();
@@ -285,6 +330,25 @@ TEST_F(PlayerPictures, JumpIntoOne_TellsIt)
     playing.forget();
     playing.player.seek(0.2);
     EXPECT_EQ(playing.wait<PlayerSubtitlePicture>().value().png, "");
+}
+
+TEST_F(PlayerPictures, WindingByJumps_ShowsNoneUntilItEnds)
+{
+    films.write("a.sup", testsupport::bluraySubtitle(1, 40));
+    const std::string film =
+        films.make("film.mkv", "-f lavfi -i color=c=black:size=320x180:rate=25:duration=45 -copyts -i " +
+                                   films.path("a.sup") + " -map 0 -map 1 -c:v libx264 -preset ultrafast -c:s copy");
+    PlayerMedium medium = Playing::medium(film, FILE_TYPE_VIDEO);
+    medium.start = 2;
+    ASSERT_TRUE(playing.load(std::move(medium)));
+    ASSERT_TRUE(playing.wait<PlayerSubtitlePicture>());
+    playing.forget();
+    playing.player.wind(8);
+    ASSERT_TRUE(playing.wait<PlayerPosition>([](const PlayerPosition& told) { return told.seconds > 10; }));
+    ASSERT_EQ(playing.all<PlayerSubtitlePicture>().size(), 1U);
+    EXPECT_EQ(playing.all<PlayerSubtitlePicture>()[0].png, "");
+    playing.player.wind(1);
+    EXPECT_TRUE(playing.wait<PlayerSubtitlePicture>([](const PlayerSubtitlePicture& told) { return !told.png.empty(); }));
 }
 
 TEST_F(PlayerPictures, VobSubBeside_AreToldAndShown)
