@@ -23,8 +23,10 @@ namespace {
 constexpr int kMaxFrameSide = 4096;           // pixels
 constexpr std::int64_t kMaxPicture = 4 << 20; // bytes of a subtitle's picture
 constexpr std::size_t kMaxSubtitleFiles = 32; // more than anyone has beside a video
+constexpr int kMaxEvents = 500;               // a second: more than subtitles change, and more than wait in the channel
 constexpr const char* kDied = "The player has stopped.";
 constexpr const char* kSilent = "The player does not answer any more.";
+constexpr const char* kTooMany = "The player tells more than it can have to tell.";
 constexpr const char* kTooLong = "The file took too long to open.";
 
 PlayerSettings completed(PlayerSettings settings)
@@ -476,6 +478,10 @@ void PlayerProcess::handleEvent(PlayerEvent event, const std::vector<UniqueFd>& 
     if (!m_playing || event.medium != m_playing->number) {
         return; // late
     }
+    if (isTooMany()) {
+        lose(kTooMany);
+        return;
+    }
     if (std::holds_alternative<PlayerLoaded>(event.told)) {
         m_playing->medium.reset();
     } else if (const auto* const position = std::get_if<PlayerPosition>(&event.told)) {
@@ -489,6 +495,17 @@ void PlayerProcess::handleEvent(PlayerEvent event, const std::vector<UniqueFd>& 
     if (event.medium == m_wanted) {
         m_handle(std::move(event));
     }
+}
+
+// One that a medium has taken over must not keep whoever listens from all else.
+bool PlayerProcess::isTooMany()
+{
+    const Clock::time_point now = Clock::now();
+    if (now - m_countedSince >= std::chrono::seconds(1)) {
+        m_countedSince = now;
+        m_events = 0;
+    }
+    return ++m_events > kMaxEvents;
 }
 
 void PlayerProcess::endPlaying(PlayerEnded::Reason reason, const std::string& text)

@@ -96,6 +96,7 @@ private:
     void receive();
     void handleMessage(WorkerMessage message);
     void handleEvent(PlayerEvent event, const std::vector<UniqueFd>& files);
+    bool isTooMany();
     void endPlaying(PlayerEnded::Reason reason, const std::string& text);
 
     const PlayerSettings m_settings;
@@ -109,6 +110,8 @@ private:
     std::unique_ptr<WorkerProcess> m_process;
     bool m_speaks = false; ///< the process has said something
     Clock::time_point m_heard;
+    Clock::time_point m_countedSince;
+    int m_events = 0; ///< since then
     std::optional<Playing> m_playing;
     std::map<std::uint64_t, Clock::time_point> m_closing; ///< media that the process still holds, and until when it may
     std::map<int, Frame> m_frames;

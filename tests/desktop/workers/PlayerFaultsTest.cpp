@@ -477,6 +477,26 @@ END)");
     EXPECT_EQ(playing.all<PlayerSubtitlePicture>()[0].png, "");
 }
 
+TEST(PlayerLies, EventsWithoutEnd_EndTheProcess)
+{
+    const StandIn flooding(R"(exec python3 - <<'END'
+import json, socket
+s = socket.socket(fileno=3)
+medium = json.loads(s.recv(65536))["medium"]
+s.send(json.dumps({"medium": medium, "tell": "loaded"}).encode())
+for second in range(100000):
+    s.send(json.dumps({"medium": medium, "tell": "position", "seconds": second}).encode())
+s.recv(9)
+END)");
+    Playing playing(settingsFor(flooding));
+    ASSERT_TRUE(playing.load(demoFile("Movies/counter.mp4"), FILE_TYPE_VIDEO));
+    const auto end = playing.end();
+    ASSERT_TRUE(end);
+    EXPECT_EQ(end->reason, Reason::PlayerLost);
+    EXPECT_EQ(end->text, "The player tells more than it can have to tell.");
+    EXPECT_LT(playing.all<PlayerPosition>().size(), 5000U); // some hundreds for each second that it may take
+}
+
 TEST(PlayerLies, NoMessage_EndsTheProcess)
 {
     const StandIn lying(
