@@ -259,11 +259,11 @@ void Playback::setAlarm()
 
 void Playback::opened(OpenedMedium medium)
 {
-    act(medium.kind, [this, &medium](PlaySession& player) {
-        player.opened(std::move(medium));
-        m_files.openWaiting();
-        return true;
-    });
+    const LockGuard lock(m_mutex);
+    PlaySession* const player = session(medium.kind);
+    player->opened(std::move(medium));
+    m_files.openWaiting();
+    setAlarm();
 }
 
 void Playback::told(FileType kind, PlayerEvent event)
