@@ -47,12 +47,16 @@ protected:
         sigaction(SIGUSR1, &m_userSignal, nullptr);
     }
 
-    /// Whether the thread is still there to be interrupted.
+    /// Whether the thread is still there to be interrupted. A sanitizer puts off a signal that comes just before a system
+    /// call until that returns, so one may not be enough.
     bool interrupt()
     {
         const int before = interruptions;
-        pthread_kill(m_thread.native_handle(), SIGUSR1);
-        return testsupport::becomes([&] { return interruptions > before || m_hasEnded; }) && !m_hasEnded;
+        return testsupport::becomes([&] {
+                   pthread_kill(m_thread.native_handle(), SIGUSR1);
+                   return interruptions > before || m_hasEnded;
+               }) &&
+               !m_hasEnded;
     }
     std::string readToTheEnd() const
     {
